@@ -1,0 +1,88 @@
+#pragma once
+
+#include "Wendril/frame.hpp"
+#include "Wendril/runtime/task.hpp"
+#include "Wendril/transport.hpp"
+
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace Wendril {
+
+/// How a request ended without a usable reply. Equal by case and code.
+class BusError : public std::exception {
+public:
+    enum class Case { timeout, rejected, closed };
+
+    static BusError timeout(std::uint8_t fun);
+    static BusError rejected(std::uint8_t fun);
+    static BusError closed();
+
+    Case kind() const { return errorCase; }
+    std::uint8_t fun() const { return code; }  // 0 for closed
+    const std::string& description() const { return *text; }
+    const char* what() const noexcept override { return text->c_str(); }
+
+    friend bool operator==(const BusError& a, const BusError& b) {
+        return a.errorCase == b.errorCase && a.code == b.code;
+    }
+
+private:
+    BusError(Case errorCase, std::uint8_t code, std::string text);
+
+    Case errorCase;
+    std::uint8_t code;
+    std::shared_ptr<const std::string> text;  // shared, so that copying an exception cannot throw
+};
+
+/// One request at a time on a half-duplex line: sends, waits for the reply that the caller
+/// recognises, resends after a time-out. Requests are served strictly in the order in which they
+/// came.
+///
+/// All state lives on `executor`; the operations may be started on any executor. Dropping the bus
+/// closes it: whoever waits gets `closed`. A request is not cut short by anything else.
+class Bus {
+public:
+    using Logger = std::function<void(std::string line)>;
+    using CloseHandler = std::function<void(std::exception_ptr error)>;
+    using Match = std::function<bool(const Frame& frame)>;
+
+    /// A closed bus. By default it works on the transport's own queue, so that a reply reaches it
+    /// with no change of thread.
+    explicit Bus(std::shared_ptr<Transport> transport, std::shared_ptr<Executor> executor = nullptr);
+    ~Bus();
+    Bus(const Bus&) = delete;
+    Bus& operator=(const Bus&) = delete;
+
+    const std::shared_ptr<Transport> transport;
+    const std::shared_ptr<Executor> executor;
+
+    /// Receives "-> " or "<- " and the hex dump of every attempt sent and every valid frame
+    /// received, on the bus's executor. An empty one stops the log.
+    Task<void> setLogger(Logger logger);
+
+    /// Called once per open period, on the bus's executor, when it ends: with null after `close` or
+    /// a clean end of the link, else with the transport's error. Replaces any earlier handler.
+    Task<void> onClose(CloseHandler handler);
+
+    /// Throws what the transport's `open` throws; the bus stays closed then.
+    Task<void> open();
+
+    /// Fails a waiting request with `closed` at once, also one whose transport blocks.
+    Task<void> close();
+
+    /// Sends `frame` (encoded) up to `retries` + 1 times, waiting `timeout` for each, and returns
+    /// the first received frame that `match` accepts; `match` runs on the bus's executor. Throws
+    /// BusError `timeout` or `closed`, or the transport's write error (no resend).
+    Task<Frame> request(Bytes frame, Duration timeout, int retries, Match match);
+
+private:
+    class Core;
+
+    const std::shared_ptr<Core> core;
+};
+
+}  // namespace Wendril

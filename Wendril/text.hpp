@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Wendril/frame.hpp"
+
+#include <string>
+
+namespace Wendril {
+
+/// The text in a fixed-size field of a reply: up to the first zero byte, as valid UTF-8 (each
+/// invalid sequence becomes U+FFFD), without spaces and tabs at either end.
+std::string fieldText(ByteView field);
+
+}  // namespace Wendril

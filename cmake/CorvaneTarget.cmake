@@ -1,0 +1,7 @@
+# What every target of this project has in common. Headers are included by their path from the
+# top of the tree ("Wendril/frame.hpp"), in the tree as after installation.
+function(corvane_target name)
+    target_compile_features(${name} PUBLIC cxx_std_20)
+    set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
+    target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Werror)
+endfunction()

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Wendril/frame.hpp"
+#include "Wendril/values.hpp"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <random>
+#include <string>
+
+namespace Simulator {
+
+/// One K7Q board: 98 modules, 32 preset slots, an address. It answers the frames that concern it
+/// and stores module values byte for byte; the line (see Line) decides what reaches it and judges
+/// the host's frames first. One thread at a time.
+class Board {
+public:
+    /// Address 0: none given yet. `number`, from 1, makes serial number and music of a board its own.
+    Board(int number, std::uint8_t address, std::uint64_t seed);
+
+    /// The reply to a valid request, or none where the board stays silent. `seconds` is the time
+    /// on the line, which moves the meters.
+    std::optional<Wendril::Frame> answer(const Wendril::Frame& request, double seconds);
+
+    /// What an `ack` with that status looks like from this board.
+    Wendril::Frame acknowledge(const Wendril::Frame& request, std::uint8_t status) const;
+
+    std::uint8_t address() const { return ownAddress; }
+
+    /// True from `netStart` until the board has taken an address: it answers broadcasts to identify.
+    bool awaitsAddress() const { return addressing; }
+    void beginAddressing();
+    void takeAddress(std::uint8_t address);
+
+    /// The stored bytes of a module, 1 to 92, and their meaning.
+    const Wendril::Bytes& stored(std::uint8_t module) const { return settings.at(module); }
+    Wendril::ModuleValue value(std::uint8_t module) const;
+    void store(std::uint8_t module, const Wendril::ModuleValue& value);
+
+    struct Preset {
+        Wendril::Bytes name;  // 20 bytes as they came
+        std::map<std::uint8_t, Wendril::Bytes> settings;
+    };
+    const std::optional<Preset>& preset(std::size_t slot) const { return presets.at(slot); }
+
+    /// Levels in dB in the order of K7Q::meterChannels. They move like music and follow the
+    /// gains, mutes and routing of the channel; the same seed plays the same piece.
+    std::array<float, 6> levels(double seconds) const;
+
+    static constexpr std::uint8_t accepted = 0;
+    static constexpr std::uint8_t refused = 3;
+
+private:
+    Wendril::Frame reply(Wendril::Fun fun, Wendril::Bytes payload) const;
+    Wendril::Frame identity() const;
+    Wendril::Frame moduleReply(std::uint8_t module, double seconds) const;
+    Wendril::Frame changeModule(const Wendril::Frame& request);
+    Wendril::Frame presetDirectory() const;
+    Wendril::Frame presetName(const Wendril::Frame& request) const;
+    Wendril::Frame changePreset(const Wendril::Frame& request);
+    float musicLevel(std::size_t input, double seconds) const;
+
+    const int number;
+    const std::uint64_t seed;
+    std::uint8_t ownAddress;
+    bool addressing = false;
+    std::map<std::uint8_t, Wendril::Bytes> settings;
+    std::array<std::optional<Preset>, 32> presets;
+    std::uint32_t currentPreset = 0;
+};
+
+}  // namespace Simulator

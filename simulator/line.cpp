@@ -1,0 +1,200 @@
+#include "simulator/line.hpp"
+
+#include "Wendril/profile.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace Simulator {
+
+using namespace Wendril;
+
+namespace {
+
+constexpr int bitsPerByte = 10;  // start bit, 8 data bits, stop bit
+constexpr Duration byteTime{1'000'000'000LL * bitsPerByte / K7Q::baudRate};
+
+// A host writes a frame in one go; one that stays unfinished for so long is broken off.
+constexpr auto longestGap = std::chrono::milliseconds(100);
+
+bool canRefuse(const Frame& request) {
+    switch (request.function().value_or(Fun::ack)) {
+    case Fun::moduleSet:
+    case Fun::presetSave:
+    case Fun::presetLoad:
+    case Fun::presetDelete:
+        return true;
+    default:
+        return false;
+    }
+}
+
+std::string kindOf(const Frame& request) {
+    if (request.function() == Fun::moduleGet)
+        return u8(request.payload, 1) >= K7Q::meterIndex ? "meter readings" : "module reads";
+    switch (request.function().value_or(Fun::groupSet)) {
+    case Fun::linkStatus:
+        return "pings";
+    case Fun::devInfo:
+        return "identity requests";
+    case Fun::moduleSet:
+        return "module writes";
+    case Fun::netStart:
+    case Fun::netAddressSet:
+        return "addressing commands";
+    default:
+        return "preset commands";
+    }
+}
+
+}  // namespace
+
+Line::Line(std::shared_ptr<Executor> executor, const LineOptions& options)
+    : executor(std::move(executor))
+    , options(options)
+    , start(this->executor->now())
+    , random(options.seed)
+    , lastByte(start)
+    , busyUntil(start) {
+    for (std::size_t i = 1; i <= options.boards; ++i)
+        boards.emplace_back(static_cast<int>(i), options.addressed ? static_cast<std::uint8_t>(i) : 0,
+                            options.seed);
+}
+
+void Line::connect(ToHost to) {
+    disconnect();
+    toHost = std::move(to);
+}
+
+void Line::disconnect() {
+    ++session;
+    toHost = nullptr;
+    outstanding.reset();
+    hostParser.reset();
+    reader.reset();
+}
+
+void Line::receive(ByteView fromHost) {
+    const TimePoint now = executor->now();
+    if (reader.midFrame() && now - lastByte > longestGap) {
+        fault("a frame broken off");
+        reader.reset();
+    }
+    lastByte = now;
+    busyUntil = std::max(busyUntil, now) + byteTime * static_cast<int>(fromHost.size());
+    RequestReader::Reading reading = reader.feed(fromHost);
+    for (const std::string& what : reading.faults)
+        fault(what);
+    for (const Frame& request : reading.requests) {
+        judge(request);
+        handle(request);
+    }
+}
+
+double Line::seconds() const { return std::chrono::duration<double>(executor->now() - start).count(); }
+
+bool Line::happens(double chance) {
+    return chance > 0 && std::generate_canonical<double, 53>(random) < chance;
+}
+
+void Line::fault(const std::string& what) {
+    record.faults.push_back(what);
+    if (log) log("FAULT of the host: " + what);
+}
+
+void Line::judge(const Frame& request) {
+    if (log) {
+        const bool stray = request.function() == Fun::netStart;
+        const Bytes bytes = FrameCodec::encode(request, false, stray ? Bytes{0} : Bytes{});
+        log("host  -> " + hex(bytes) + "  " + meaningOf(request, true));
+    }
+    ++record.requests[kindOf(request)];
+    const TimePoint now = executor->now();
+    if (outstanding && now < outstanding->until)
+        fault("a request before the last one was answered or given up: " + meaningOf(request, true) +
+              " after " + meaningOf(outstanding->request, true));
+    const auto patience =
+        std::chrono::duration_cast<Duration>(replyTimeout(request) * (1 - options.hostJitter));
+    outstanding = Outstanding{request, now + patience};
+    if (const auto what = faultOf(request)) fault(*what + ": " + meaningOf(request, true));
+}
+
+void Line::handle(const Frame& request) {
+    if (faultOf(request)) return;
+    const auto reply = replyTo(request);
+    if (!reply || happens(options.lose)) return;
+    sendReply(*reply);
+}
+
+std::optional<Frame> Line::replyTo(const Frame& request) {
+    if (request.function() == Fun::netStart)
+        for (Board& board : boards)
+            board.beginAddressing();
+    Board* const board = addressee(request);
+    if (!board) return std::nullopt;
+    if (canRefuse(request) && happens(options.refuse)) return board->acknowledge(request, Board::refused);
+    return board->answer(request, seconds());
+}
+
+// Addressing runs along the chain: the first board still without an address is the one that
+// answers.
+Board* Line::addressee(const Frame& request) {
+    for (std::size_t i = 0; i < boards.size(); ++i) {
+        if (muted.contains(i)) continue;
+        const bool meant =
+            isBroadcast(request) ? boards[i].awaitsAddress() : boards[i].address() == request.address;
+        if (meant && (isBroadcast(request) || request.address != 0)) return &boards[i];
+    }
+    return nullptr;
+}
+
+void Line::sendReply(const Frame& reply) {
+    Bytes bytes = FrameCodec::encode(reply, false, {});
+    const std::size_t frameBytes = bytes.size();
+    if (happens(options.corrupt))
+        bytes[random() % frameBytes] ^= static_cast<std::uint8_t>(1U << random() % 8);
+    if (happens(options.noise)) {
+        const Bytes noise = noiseBytes();
+        bytes.insert(bytes.begin(), noise.begin(), noise.end());
+    }
+    TimePoint due = executor->now() + options.turnaround;
+    if (options.pace)
+        due = busyUntil = busyUntil + options.turnaround + byteTime * static_cast<int>(bytes.size());
+    if (happens(options.late)) due += options.delay;
+    if (happens(options.duplicate))
+        deliverAt(due + byteTime * static_cast<int>(frameBytes), FrameCodec::encode(reply, false, {}));
+    deliverAt(due, std::move(bytes));
+}
+
+Bytes Line::noiseBytes() {
+    constexpr std::size_t longest = 12;
+    Bytes noise(1 + random() % longest);
+    for (std::uint8_t& byte : noise)
+        byte = static_cast<std::uint8_t>(random());
+    return noise;
+}
+
+void Line::deliverAt(TimePoint due, Bytes bytes) {
+    const Duration wait = due - executor->now();
+    if (wait <= Duration::zero()) return deliver(bytes);
+    executor->postAfter(wait, [weakLine = weak_from_this(), session = session, bytes = std::move(bytes)] {
+        const auto line = weakLine.lock();
+        if (line && line->session == session) line->deliver(bytes);
+    });
+}
+
+void Line::deliver(const Bytes& bytes) {
+    if (!toHost) return;
+    ++record.replies;
+    std::size_t intact = 0;
+    hostParser.feed(bytes, [this, &intact](const Frame& frame) {
+        ++intact;
+        if (log)
+            log("board <- " + hex(FrameCodec::encode(frame, false, {})) + "  " + meaningOf(frame, false));
+        if (outstanding && answers(frame, outstanding->request)) outstanding.reset();
+    });
+    if (log && intact == 0) log("board <- " + hex(bytes) + "  (broken)");
+    toHost(bytes);
+}
+
+}  // namespace Simulator

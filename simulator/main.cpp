@@ -1,0 +1,97 @@
+#include "simulator/options.hpp"
+
+#include "simulator/line.hpp"
+#include "simulator/ptyend.hpp"
+#include "simulator/tcpend.hpp"
+
+#include "Wendril/runtime/serialqueue.hpp"
+#include "Wendril/runtime/task.hpp"
+
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
+using namespace Simulator;
+
+namespace {
+
+void print(const std::string& line) {
+    std::printf("%s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+void printSummary(const Line::Summary& summary) {
+    std::string served;
+    for (const auto& [what, count] : summary.requests)
+        served += (served.empty() ? "" : ", ") + std::to_string(count) + " " + what;
+    print("served: " + (served.empty() ? "nothing" : served) +
+          "; replies: " + std::to_string(summary.replies));
+    print("protocol faults of the host: " + std::to_string(summary.faults.size()));
+    for (const std::string& fault : summary.faults)
+        print("  " + fault);
+}
+
+// The default slack of 50 µs would make a paced line slower than the wire.
+void sharpenTimers() { ::prctl(PR_SET_TIMERSLACK, 1UL); }
+
+sigset_t endSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    return signals;
+}
+
+Line::Summary serve(const ProgramOptions& options, const sigset_t& signals) {
+    const auto queue = std::make_shared<Wendril::SerialQueue>("line");
+    const auto line = std::make_shared<Line>(queue, options.line);
+    if (options.log) line->setLog(print);
+    queue->post(sharpenTimers);
+    for (const auto& mute : options.mutes)
+        queue->postAfter(mute.after, [line, position = mute.board - 1] { line->mute(position); });
+    if (options.hangUp) queue->postAfter(*options.hangUp, [] { ::kill(::getpid(), SIGTERM); });
+
+    std::optional<PtyEnd> pty;
+    std::optional<TcpEnd> tcp;
+    if (options.tcpPort) {
+        tcp.emplace(queue, line, *options.tcpPort, options.listenAddress);
+        print("listening on " + options.listenAddress + ":" + std::to_string(tcp->port()));
+    } else {
+        pty.emplace(queue, line, options.ptyLink);
+        print("serial port at " + pty->path());
+    }
+    int signal = 0;
+    ::sigwait(&signals, &signal);
+    pty.reset();
+    tcp.reset();
+    std::promise<Line::Summary> summary;
+    queue->post([&summary, line] { summary.set_value(line->summary()); });
+    return summary.get_future().get();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Blocked before any thread begins, so that only `sigwait` sees them.
+    const sigset_t signals = endSignals();
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    try {
+        const ProgramOptions options = parseOptions(argc, argv);
+        if (options.help) {
+            print(usage);
+            return 0;
+        }
+        const Line::Summary summary = serve(options, signals);
+        printSummary(summary);
+        return summary.faults.empty() ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "corvane-sim: %s\n", error.what());
+        return 2;
+    }
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "simulator/line.hpp"
+
+#include "Wendril/runtime/descriptor.hpp"
+#include "Wendril/runtime/serialqueue.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace Simulator {
+
+/// A simulated line behind a Wi-Fi bridge: a TCP server that relays bytes for one host at a time;
+/// a new host takes the place of the last. The line must live on `queue`. Destroying the end hangs
+/// up.
+class TcpEnd {
+public:
+    /// Listens on a numeric IPv4 `address`; port 0 picks a free one. Throws std::system_error.
+    TcpEnd(std::shared_ptr<Wendril::SerialQueue> queue, std::shared_ptr<Line> line, std::uint16_t port,
+           const std::string& address = "127.0.0.1");
+    ~TcpEnd();
+    TcpEnd(const TcpEnd&) = delete;
+    TcpEnd& operator=(const TcpEnd&) = delete;
+
+    std::uint16_t port() const { return ownPort; }
+
+    /// Closes the connection and listens no more. From any thread.
+    void hangUp();
+
+private:
+    struct Connection;
+
+    const std::shared_ptr<Wendril::SerialQueue> queue;
+    const std::shared_ptr<Connection> connection;
+    std::uint16_t ownPort = 0;
+    Wendril::SerialQueue::WatchId watch = 0;
+};
+
+}  // namespace Simulator
