@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Wendril/client.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+
+namespace Cli {
+
+/// Where the speakers are: a serial port or a bridge.
+struct Endpoint {
+    std::string port;  // path; empty for a bridge
+    std::string bridge;
+    std::uint16_t bridgePort = 8899;
+
+    /// "host" or "host:port". Throws std::invalid_argument.
+    static Endpoint ofBridge(const std::string& text);
+};
+
+/// The user pressed Ctrl-C.
+struct Interrupted : std::runtime_error {
+    Interrupted()
+        : std::runtime_error("interrompido") {}
+};
+
+/// An open link, with everything on the transport's own queue, so that an exchange costs no more
+/// thread hand-overs than the line itself.
+class Link {
+public:
+    /// Opens; throws what keeps the link from opening. `verbose` logs every frame on standard error.
+    Link(const Endpoint& endpoint, bool verbose);
+    ~Link();
+    Link(const Link&) = delete;
+    Link& operator=(const Link&) = delete;
+
+    /// Runs a task to its end. A link that has gone is reported by its own error, in place of the
+    /// "closed" that the task sees.
+    template <class T>
+    T run(Wendril::Task<T> task) {
+        try {
+            return Wendril::spawn(bus->executor, std::move(task)).get();
+        } catch (const std::exception&) {
+            throwIfLost();
+            throw;
+        }
+    }
+
+    Wendril::K7QClient client() const { return {bus, Wendril::K7Q::productID}; }
+
+private:
+    void throwIfLost();
+
+    struct Loss {
+        std::mutex mutex;
+        bool lost = false;
+        bool interrupted = false;
+        std::exception_ptr error;
+    };
+
+    const std::shared_ptr<Loss> loss;
+    const std::shared_ptr<Wendril::Bus> bus;
+};
+
+}  // namespace Cli

@@ -1,0 +1,200 @@
+#include "cli/modules.hpp"
+
+#include "Wendril/fields.hpp"
+#include "Wendril/filtermath.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <type_traits>
+
+namespace Cli {
+
+using namespace Wendril;
+
+namespace {
+
+[[noreturn]] void refuse(const std::string& text) { throw std::invalid_argument(text); }
+
+std::string lowered(std::string text) {
+    std::ranges::transform(text, text.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+template <class Number>
+std::optional<Number> parseNumber(std::string_view text) {
+    Number number{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    return number;
+}
+
+struct Limits {
+    ModuleKind kind;
+    std::string_view field;
+    double low;
+    double high;
+};
+
+// What the board's blocks are used with; outputs may be raised further than inputs.
+constexpr Limits limits[] = {
+    {ModuleKind::gain, "db", -60, 15},
+    {ModuleKind::peq, "fc", 20, 22000},
+    {ModuleKind::peq, "gain", -12, 12},
+    {ModuleKind::peq, "q", 0.3, 50},
+    {ModuleKind::hpf, "fc", 20, 22000},
+    {ModuleKind::lpf, "fc", 20, 22000},
+    {ModuleKind::compressor, "threshold", -20, 22},
+    {ModuleKind::compressor, "ratio", 1, 20},
+    {ModuleKind::compressor, "knee", 0, 30},
+    {ModuleKind::limiter, "threshold", -20, 24},
+    {ModuleKind::limiter, "ratio", 1, 100},
+    {ModuleKind::limiter, "knee", 0, 30},
+    {ModuleKind::gate, "threshold", -120, -60},
+    {ModuleKind::gate, "ratio", 1, 100},
+    {ModuleKind::gate, "knee", 0, 30},
+    {ModuleKind::mixer, "db", -60, 6},
+    {ModuleKind::delay, "ms", 0, 5},
+};
+constexpr double highestInputGain = 6;
+
+const Limits* limitsOf(const ModuleRef& module, std::string_view field) {
+    const auto* found = std::ranges::find_if(
+        limits, [&](const Limits& entry) { return entry.kind == module.kind && entry.field == field; });
+    return found == std::end(limits) ? nullptr : found;
+}
+
+std::string shortText(double number) {
+    char digits[32];
+    return {digits, std::to_chars(digits, digits + sizeof digits, number).ptr};
+}
+
+void checkLimits(const ModuleRef& module, const std::string& field, double value) {
+    const Limits* const entry = limitsOf(module, field);
+    if (!entry) return;
+    const bool input = module.kind == ModuleKind::gain && module.channel.starts_with("In");
+    const double high = input ? highestInputGain : entry->high;
+    if (value >= entry->low && value <= high) return;
+    refuse(field + " de " + labelOf(module) + " vai de " + shortText(entry->low) + " a " + shortText(high));
+}
+
+bool isTime(std::string_view field) { return field == "hold" || field == "attack" || field == "release"; }
+
+void checkTime(const std::string& field, std::uint32_t ms) {
+    const std::uint32_t nearest = K7Q::nearestTime(ms);
+    if (ms == 0 || ms == nearest) return;
+    refuse(field + " aceita 0 ou um dos tempos da placa, de 1 a " + std::to_string(K7Q::timeSteps.back()) +
+           " ms; o mais próximo é " + std::to_string(nearest));
+}
+
+std::string slopeList() {
+    std::string list;
+    for (const auto& slope : FilterMath::slopes)
+        list +=
+            (list.empty() ? "" : ", ") + std::to_string(slope.code) + " (" + std::string(slope.name) + ")";
+    return list;
+}
+
+void parseInto(const ModuleRef& module, const std::string& field, std::string text, float& target) {
+    std::ranges::replace(text, ',', '.');
+    const auto number = parseNumber<float>(text);
+    if (!number) refuse(field + " precisa de um número, não \"" + text + "\"");
+    checkLimits(module, field, *number);
+    target = *number;
+}
+
+void parseInto(const ModuleRef& module, const std::string& field, const std::string& text,
+               std::uint32_t& target) {
+    const auto number = parseNumber<std::uint32_t>(text);
+    if (!number) refuse(field + " precisa de um número inteiro, não \"" + text + "\"");
+    checkLimits(module, field, *number);
+    if (isTime(field)) checkTime(field, *number);
+    target = *number;
+}
+
+void parseInto(const ModuleRef&, const std::string& field, const std::string& text, bool& target) {
+    if (text != "0" && text != "1" && text != "false" && text != "true")
+        refuse(field + " aceita 0 ou 1 (false ou true), não \"" + text + "\"");
+    target = text == "1" || text == "true";
+}
+
+void parseInto(const ModuleRef& module, const std::string& field, const std::string& text,
+               std::uint8_t& target) {
+    const auto code = parseNumber<std::uint8_t>(text);
+    if (module.kind == ModuleKind::peq) {
+        if (!code || !peqType(*code)) refuse(field + " aceita 0 (peak), 1 (low shelf) ou 2 (high shelf)");
+    } else if (!code || std::ranges::none_of(FilterMath::slopes,
+                                             [&](const auto& slope) { return slope.code == *code; }))
+        refuse(field + " aceita " + slopeList());
+    target = *code;
+}
+
+std::string kindList() {
+    std::string list;
+    for (const auto& entry : moduleKindNames)
+        list += (list.empty() ? "" : ", ") + std::string(entry.name);
+    return list;
+}
+
+// "PEQ/In0/0 a PEQ/In0/3, PEQ/In1/0 a …": the bands of a channel as one range.
+std::string labelsOfKind(const std::string& kind) {
+    std::string list;
+    const auto& modules = K7Q::modules();
+    for (auto first = modules.begin(); first != modules.end();) {
+        const auto next = std::find_if(first, modules.end(), [&first](const ModuleRef& ref) {
+            return ref.kind != first->kind || ref.channel != first->channel;
+        });
+        if (lowered(std::string(nameOf(first->kind))) == kind) {
+            list += (list.empty() ? "" : ", ") + labelOf(*first);
+            if (next - first > 1) list += " a " + labelOf(*(next - 1));
+        }
+        first = next;
+    }
+    return list;
+}
+
+}  // namespace
+
+ModuleRef parseModule(const std::string& text) {
+    if (const auto number = parseNumber<std::uint8_t>(text)) {
+        if (const auto ref = K7Q::module(*number)) return *ref;
+        refuse("não há módulo " + text + "; os números vão de 1 a " + std::to_string(K7Q::modules().size()));
+    }
+    const std::string wanted = lowered(text);
+    for (const ModuleRef& ref : K7Q::modules())
+        if (lowered(labelOf(ref)) == wanted) return ref;
+    const std::string ofKind = labelsOfKind(wanted.substr(0, wanted.find('/')));
+    if (ofKind.empty()) refuse("não há módulo \"" + text + "\"; os tipos são " + kindList());
+    refuse("não há módulo \"" + text + "\"; há " + ofKind);
+}
+
+Change parseChange(const ModuleRef& module, const std::string& text) {
+    auto value = ModuleValue::factory(module);
+    if (!value) refuse(labelOf(module) + " é um medidor e não se ajusta");
+    const std::size_t equals = text.find('=');
+    const std::string wanted = text.substr(0, equals);
+    std::optional<Change> change;
+    std::string names;
+    forEachField(*value, [&](const char* name, auto& field) {
+        names += (names.empty() ? "" : ", ") + std::string(name);
+        if (wanted != name || equals == text.npos) return;
+        parseInto(module, wanted, text.substr(equals + 1), field);
+        change = [wanted, parsed = field](ModuleValue& target) {
+            forEachField(target, [&](const char* candidate, auto& slot) {
+                if constexpr (std::is_same_v<std::remove_cvref_t<decltype(slot)>,
+                                             std::remove_cvref_t<decltype(parsed)>>)
+                    if (wanted == candidate) slot = parsed;
+            });
+        };
+    });
+    if (equals == text.npos) refuse("escreva campo=valor, não \"" + text + "\"; os campos são " + names);
+    if (!change) refuse(labelOf(module) + " não tem o campo \"" + wanted + "\"; os campos são " + names);
+    return *change;
+}
+
+}  // namespace Cli

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Wendril/profile.hpp"
+#include "Wendril/values.hpp"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// Modules and their fields as a person types them. What is wrong is refused with
+// std::invalid_argument, whose text names what is allowed.
+namespace Cli {
+
+/// "GAIN/In0", "PEQ/Out2/4" (letters in any case) or a module number, 1 to 98.
+Wendril::ModuleRef parseModule(const std::string& text);
+
+/// Changes one field of a value.
+using Change = std::function<void(Wendril::ModuleValue& value)>;
+
+/// "gain=-3,5": a field of that module, within what the module takes. Decimal point or comma.
+Change parseChange(const Wendril::ModuleRef& module, const std::string& text);
+
+}  // namespace Cli
