@@ -247,6 +247,7 @@ void scan(const Session& session, const std::string& range) {
     const AddressRange addresses = parseRange(range);
     Link link(session.endpoint, session.verbose);
     const auto found = link.run(link.client().scan(addresses.first, addresses.last));
+    link.throwIfLost();
     printDevices(session, found);
     if (found.empty()) throw std::runtime_error("nenhuma caixa respondeu de " + range);
 }

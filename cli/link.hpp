@@ -50,9 +50,10 @@ public:
 
     Wendril::K7QClient client() const { return {bus, Wendril::K7Q::productID}; }
 
-private:
+    /// Throws the link's own error when it has ended: for tasks that never fail.
     void throwIfLost();
 
+private:
     struct Loss {
         std::mutex mutex;
         bool lost = false;
