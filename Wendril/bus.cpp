@@ -144,6 +144,8 @@ private:
     Logger logger;
     CloseHandler closeHandler;
     std::atomic<bool> blocked = false;
+    std::atomic<bool> abandoned = false;
+    std::atomic<std::uint64_t> closings = 0;  // counts the requests to close
 };
 
 Task<void> Bus::Core::setLogger(std::shared_ptr<Core> self, Logger logger) {
@@ -156,7 +158,9 @@ Task<void> Bus::Core::onClose(std::shared_ptr<Core> self, CloseHandler handler) 
     self->closeHandler = std::move(handler);
 }
 
+// A close that is asked for after the opening wins over it, however far the opening is.
 Task<void> Bus::Core::open(std::shared_ptr<Core> self) {
+    const std::uint64_t closingsBefore = self->closings;
     co_await resumeOn(self->executor);
     if (self->isOpen) co_return;
     const std::uint64_t period = ++self->period;
@@ -173,6 +177,7 @@ Task<void> Bus::Core::open(std::shared_ptr<Core> self) {
     };
     {
         const Blocking mark(*self);
+        if (self->abandoned || self->closings != closingsBefore) throw BusError::closed();
         self->transport->open(std::move(onData), std::move(onClose));
     }
     self->parser.reset();
@@ -189,6 +194,7 @@ Task<void> Bus::Core::close(std::shared_ptr<Core> self) {
 
 // The owner is gone: nobody is left to be told.
 void Bus::Core::abandon() {
+    abandoned = true;
     unblock();
     executor->post([self = shared_from_this()] {
         self->logger = nullptr;
@@ -227,6 +233,7 @@ Task<void> Bus::Core::pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chu
 // Ends an `open` or `write` that holds the executor: closing the transport from here makes it
 // return. It may be about to begin and not have seen the first close, so there are a few.
 void Bus::Core::unblock() {
+    ++closings;
     for (int attempt = 0; attempt < 100 && blocked; ++attempt) {
         transport->close();
         std::this_thread::sleep_for(std::chrono::microseconds(100));

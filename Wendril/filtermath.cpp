@@ -121,7 +121,7 @@ struct Power {
 };
 
 Power powerOf(double p0, double p1, double p2) {
-    const double sum = (p0 + p2) + p1;
+    const double sum = (p0 + p1) + p2;  // in this order both additions are exact where the sum is small
     const double difference = p0 - p2;
     return {sum * sum, difference * difference - sum * (p0 + p2), p0 * p2};
 }

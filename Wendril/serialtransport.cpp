@@ -58,6 +58,13 @@ void waitForRoom(int descriptor) {
 
 bool tryAgain(int error) { return error == EAGAIN || error == EINTR; }
 
+// A terminal whose other side has gone reads as EIO or as the end of file, whichever the reader
+// meets first; its settings tell the two ends of file apart. 0 for a clean one.
+int hangUpError(int descriptor) {
+    termios settings{};
+    return ::tcgetattr(descriptor, &settings) == 0 ? 0 : errno;
+}
+
 bool isSerialPort(std::string_view name) {
     constexpr std::array<std::string_view, 3> adapters{"cu.", "ttyUSB", "ttyACM"};
     constexpr std::array<std::string_view, 3> otherUses{"Bluetooth", "BLTH", "debug-console"};
@@ -143,7 +150,7 @@ void SerialTransport::open(OnData onData, OnClose onClose) {
         std::array<std::uint8_t, 1024> bytes;
         const ssize_t count = ::read(descriptor->number, bytes.data(), bytes.size());
         if (count > 0) return onData(ByteView(bytes).first(static_cast<std::size_t>(count)));
-        const int error = count == 0 ? 0 : errno;
+        const int error = count == 0 ? hangUpError(descriptor->number) : errno;
         if (tryAgain(error) || !line->stop(*queue)) return;
         onClose(error == 0 ? nullptr : std::make_exception_ptr(TransportError::open(path, error)));
     };

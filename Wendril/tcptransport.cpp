@@ -22,12 +22,13 @@ namespace Wendril {
 
 namespace {
 
-constexpr auto connectLimit = std::chrono::seconds(5);
-
 // An opening in progress: what `close` raises to end it.
 struct Opening {
+    explicit Opening(Duration limit)
+        : deadline(std::chrono::steady_clock::now() + limit) {}
+
     Wakeup cancelled;
-    TimePoint deadline = std::chrono::steady_clock::now() + connectLimit;
+    const TimePoint deadline;
 };
 
 class ResolverCategory final : public std::error_category {
@@ -150,9 +151,9 @@ std::shared_ptr<Descriptor> connectToAny(const std::vector<Address>& addresses, 
 // The connection: held by the transport and, weakly, by the watch on its socket.
 class TCPTransport::Link : public std::enable_shared_from_this<Link> {
 public:
-    std::shared_ptr<const Opening> beginOpening() {
+    std::shared_ptr<const Opening> beginOpening(Duration limit) {
         const std::scoped_lock lock(mutex);
-        opening = std::make_shared<const Opening>();
+        opening = std::make_shared<const Opening>(limit);
         return opening;
     }
 
@@ -239,9 +240,10 @@ private:
     Bytes outgoing;
 };
 
-TCPTransport::TCPTransport(std::string host, std::uint16_t port)
+TCPTransport::TCPTransport(std::string host, std::uint16_t port, Duration openLimit)
     : host(std::move(host))
     , port(port)
+    , openLimit(openLimit)
     , serialQueue(std::make_shared<SerialQueue>("dsp.tcp"))
     , link(std::make_shared<Link>()) {}
 
@@ -251,7 +253,7 @@ std::string TCPTransport::name() const { return host + ":" + std::to_string(port
 
 void TCPTransport::open(OnData onData, OnClose onClose) {
     close();
-    const auto opening = link->beginOpening();
+    const auto opening = link->beginOpening(openLimit);
     const auto addresses = resolve(host, port, *opening, name());
     auto socket = connectToAny(addresses, *opening, name());
     if (!link->start(opening, std::move(socket), serialQueue, std::move(onData), std::move(onClose)))

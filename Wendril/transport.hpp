@@ -3,6 +3,7 @@
 #include "Wendril/frame.hpp"
 #include "Wendril/runtime/serialqueue.hpp"
 
+#include <chrono>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -104,14 +105,16 @@ private:
 /// `open` that succeeded. Destroying an open transport closes it.
 class TCPTransport final : public Transport {
 public:
-    TCPTransport(std::string host, std::uint16_t port);
+    static constexpr Duration connectLimit = std::chrono::seconds(5);
+
+    TCPTransport(std::string host, std::uint16_t port, Duration openLimit = connectLimit);
     ~TCPTransport() override;
     TCPTransport(const TCPTransport&) = delete;
     TCPTransport& operator=(const TCPTransport&) = delete;
 
     std::string name() const override;  // host:port
 
-    /// Blocks its caller for 5 s at most, name resolution included; `close` from another thread
+    /// Blocks its caller for `openLimit` at most, name resolution included; `close` from another thread
     /// ends it at once with `notOpen`. Refusals and resolver failures are std::system_error with
     /// the system's text; a time-out is `TransportError::open` with ETIMEDOUT.
     void open(OnData onData, OnClose onClose) override;
@@ -126,6 +129,7 @@ private:
 
     const std::string host;
     const std::uint16_t port;
+    const Duration openLimit;
     const std::shared_ptr<SerialQueue> serialQueue;
     const std::shared_ptr<Link> link;
 };
