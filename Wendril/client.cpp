@@ -78,15 +78,10 @@ Bytes numberPayload(std::uint32_t number) {
 // A slot number and a name field, padded with spaces.
 Bytes namedSlot(std::uint32_t number, const std::string& name) {
     Bytes payload = numberPayload(number);
-    payload.insert(payload.end(), name.begin(),
-                   name.begin() + static_cast<std::ptrdiff_t>(std::min(name.size(), nameBytes)));
+    for (const char letter : std::string_view(name).substr(0, nameBytes))
+        payload.push_back(static_cast<std::uint8_t>(letter));
     payload.resize(headerBytes + nameBytes, ' ');
     return payload;
-}
-
-Bytes append(Bytes front, const Bytes& back) {
-    front.insert(front.end(), back.begin(), back.end());
-    return front;
 }
 
 Task<Frame> send(const K7QClient& client, std::uint8_t address, const Command& command, Bytes payload,
@@ -175,8 +170,7 @@ Task<std::vector<DeviceInfo>> assignAddressesOf(K7QClient client, int maxDevices
 // The request carries the module's default value, so that it is as long as the value it asks for.
 Task<ModuleValue> readOf(K7QClient client, std::uint8_t address, ModuleRef ref) {
     Bytes payload = moduleHeader(ref.index);
-    if (const auto factory = ModuleValue::factory(ref))
-        payload = append(std::move(payload), factory->encoded());
+    if (const auto factory = ModuleValue::factory(ref)) append(payload, factory->encoded());
     const Frame reply =
         co_await send(client, address, readCommand, std::move(payload), moduleReply(address, ref.index));
     const ByteView bytes(reply.payload);
@@ -186,7 +180,8 @@ Task<ModuleValue> readOf(K7QClient client, std::uint8_t address, ModuleRef ref) 
 }
 
 Task<void> writeOf(K7QClient client, std::uint8_t address, ModuleRef ref, ModuleValue value) {
-    Bytes payload = append(moduleHeader(ref.index), value.encoded());
+    Bytes payload = moduleHeader(ref.index);
+    append(payload, value.encoded());
     const Frame reply =
         co_await send(client, address, writeCommand, std::move(payload), ackFrom(address, Fun::moduleSet));
     if (u8(reply.payload, 0) != 0) throw BusError::rejected(codeOf(Fun::moduleSet));

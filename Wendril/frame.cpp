@@ -66,6 +66,8 @@ void appendU32(Bytes& bytes, std::uint32_t value) {
 
 void appendF32(Bytes& bytes, float value) { appendU32(bytes, std::bit_cast<std::uint32_t>(value)); }
 
+void append(Bytes& bytes, ByteView more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
+
 std::string hex(ByteView bytes) {
     constexpr char digits[] = "0123456789ABCDEF";
     std::string text;
@@ -86,8 +88,8 @@ Bytes encode(const Frame& frame, bool omitPayload, ByteView stray) {
     bytes.reserve(headerBytes + frame.payload.size() + stray.size() + checksumBytes);
     bytes.assign({head, frame.product, frame.address, frame.fun, frame.gnumber, frame.gmember, 0, 0});
     appendU32(bytes, static_cast<std::uint32_t>(words));
-    if (!omitPayload) bytes.insert(bytes.end(), frame.payload.begin(), frame.payload.end());
-    bytes.insert(bytes.end(), stray.begin(), stray.end());
+    if (!omitPayload) append(bytes, frame.payload);
+    append(bytes, stray);
     appendU32(bytes, checksum(frame.payload, words));
     return bytes;
 }
@@ -112,7 +114,7 @@ std::vector<Frame> FrameParser::feed(ByteView data) {
 // Bytes are copied only where a frame spans two chunks; otherwise `data` is parsed where it lies.
 ByteView FrameParser::join(ByteView data) {
     if (buffer.empty()) return data;
-    buffer.insert(buffer.end(), data.begin(), data.end());
+    append(buffer, data);
     return buffer;
 }
 

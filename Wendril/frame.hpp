@@ -66,6 +66,7 @@ float f32(ByteView bytes, std::size_t i);
 /// Writers of the same fields, at the end of `bytes`.
 void appendU32(Bytes& bytes, std::uint32_t value);
 void appendF32(Bytes& bytes, float value);
+void append(Bytes& bytes, ByteView more);
 
 /// Upper-case hexadecimal bytes joined by single spaces: "55 0A".
 std::string hex(ByteView bytes);

@@ -182,7 +182,7 @@ public:
         const std::scoped_lock lock(mutex);
         if (!socket) throw TransportError::notOpen();
         const bool waiting = !outgoing.empty();
-        outgoing.insert(outgoing.end(), data.begin(), data.end());
+        append(outgoing, data);
         if (waiting) return;
         sendOutgoing();
         if (!outgoing.empty()) queue.setEvents(watch, POLLIN | POLLOUT);

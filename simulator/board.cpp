@@ -107,7 +107,7 @@ Frame Board::identity() const {
 Frame Board::moduleReply(std::uint8_t module, double seconds) const {
     Bytes payload{0, module, 0, 0};
     if (const auto found = settings.find(module); found != settings.end()) {
-        payload.insert(payload.end(), found->second.begin(), found->second.end());
+        append(payload, found->second);
         return reply(Fun::moduleGet, std::move(payload));
     }
     // The first meter stands for all six; the others give their own level.
@@ -144,7 +144,7 @@ Frame Board::presetName(const Frame& request) const {
     appendU32(payload, slot);
     const bool stored = slot < presets.size() && presets[slot];
     const Bytes name = stored ? presets[slot]->name : Bytes(nameBytes, ' ');
-    payload.insert(payload.end(), name.begin(), name.end());
+    append(payload, name);
     return reply(Fun::presetName, std::move(payload));
 }
 

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>

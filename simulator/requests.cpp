@@ -194,7 +194,7 @@ std::string meaningOf(const Frame& frame, bool fromHost) {
 
 RequestReader::Reading RequestReader::feed(ByteView data) {
     using namespace FrameCodec;
-    buffer.insert(buffer.end(), data.begin(), data.end());
+    append(buffer, data);
     Reading reading;
     const auto drop = [this](std::size_t count) {
         buffer.erase(buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(count));

@@ -2,9 +2,9 @@
 
 #include "Wendril/runtime/executor.hpp"
 
+#include <condition_variable>
 #include <coroutine>
 #include <exception>
-#include <future>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -207,26 +207,70 @@ private:
 /// Sleeps on the task's executor. False when the task is asked to stop, before or meanwhile.
 Task<bool> sleepFor(Duration duration);
 
+namespace detail {
+
+/// How a spawned task ended, between its executor and whoever waits. The result is handed over, not
+/// shared: the waiter is the last to hold an exception.
+template <class T>
+class Outcome {
+public:
+    using Value = std::conditional_t<std::is_void_v<T>, std::monostate, T>;
+
+    void settle(std::variant<Value, std::exception_ptr> outcome) {
+        const std::scoped_lock lock(mutex);
+        result = std::move(outcome);
+        settled.notify_all();
+    }
+
+    bool isSettled() const {
+        const std::scoped_lock lock(mutex);
+        return result.has_value();
+    }
+
+    T take() {
+        std::unique_lock lock(mutex);
+        settled.wait(lock, [this] { return result.has_value(); });
+        auto outcome = *std::move(result);
+        result.emplace();
+        lock.unlock();
+        if (outcome.index() == 1) std::rethrow_exception(std::get<1>(std::move(outcome)));
+        if constexpr (!std::is_void_v<T>) return std::get<0>(std::move(outcome));
+    }
+
+private:
+    mutable std::mutex mutex;
+    std::condition_variable settled;
+    std::optional<std::variant<Value, std::exception_ptr>> result;
+};
+
+}  // namespace detail
+
+/// What a spawned task fails with when its executor ends before it does.
+class TaskDropped : public std::exception {
+public:
+    const char* what() const noexcept override { return "the executor of the task has ended"; }
+};
+
 /// A task at work by itself. Dropping this neither ends nor cancels it.
 template <class T>
 class Spawned {
 public:
-    Spawned(std::stop_source stop, std::future<T> result)
+    Spawned(std::stop_source stop, std::shared_ptr<detail::Outcome<T>> outcome)
         : stop(std::move(stop))
-        , result(std::move(result)) {}
+        , outcome(std::move(outcome)) {}
 
     /// Ends its sleeps and shows in its stop token; a request on the line is not cut short.
     void requestStop() { stop.request_stop(); }
 
-    bool isDone() const { return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }
+    bool isDone() const { return outcome->isSettled(); }
 
-    /// Blocks until it ends; returns or throws what it does, or std::future_error when its executor
-    /// ended first. Once only, and not from its own executor.
-    T get() { return result.get(); }
+    /// Blocks until it ends; returns or throws what it does, or TaskDropped. Once only, and not
+    /// from its own executor.
+    T get() { return outcome->take(); }
 
 private:
     std::stop_source stop;
-    std::future<T> result;
+    std::shared_ptr<detail::Outcome<T>> outcome;
 };
 
 namespace detail {
@@ -248,26 +292,35 @@ struct Root {
     TaskContext* context;
 };
 
-// What the task held is gone before its result shows.
+/// Settles the outcome with what the task came to, or with TaskDropped if it came to nothing.
 template <class T>
-Root rootOf(Task<T> task, std::promise<T> result) {
-    std::exception_ptr error;
-    std::optional<std::conditional_t<std::is_void_v<T>, std::monostate, T>> value;
+struct Settlement {
+    explicit Settlement(std::shared_ptr<Outcome<T>> outcome)
+        : outcome(std::move(outcome)) {}
+    ~Settlement() { outcome->settle(std::move(result)); }
+    Settlement(const Settlement&) = delete;
+    Settlement& operator=(const Settlement&) = delete;
+
+    const std::shared_ptr<Outcome<T>> outcome;
+    std::variant<typename Outcome<T>::Value, std::exception_ptr> result =
+        std::make_exception_ptr(TaskDropped());
+};
+
+// What the task held is gone before its outcome shows.
+template <class T>
+Root rootOf(std::shared_ptr<Outcome<T>> outcome, Task<T> task) {
+    Settlement<T> settlement(std::move(outcome));
     try {
-        if constexpr (std::is_void_v<T>)
+        if constexpr (std::is_void_v<T>) {
             co_await std::move(task);
-        else
-            value.emplace(co_await std::move(task));
+            settlement.result.template emplace<0>();
+        } else {
+            settlement.result.template emplace<0>(co_await std::move(task));
+        }
     } catch (...) {
-        error = std::current_exception();
+        settlement.result = std::current_exception();
     }
     task = {};
-    if (error)
-        result.set_exception(std::move(error));
-    else if constexpr (std::is_void_v<T>)
-        result.set_value();
-    else
-        result.set_value(*std::move(value));
 }
 
 }  // namespace detail
@@ -276,13 +329,12 @@ Root rootOf(Task<T> task, std::promise<T> result) {
 template <class T>
 Spawned<T> spawn(std::shared_ptr<Executor> executor, Task<T> task) {
     std::stop_source stop;
-    std::promise<T> promise;
-    std::future<T> result = promise.get_future();
-    TaskContext& root = *detail::rootOf(std::move(task), std::move(promise)).context;
+    auto outcome = std::make_shared<detail::Outcome<T>>();
+    TaskContext& root = *detail::rootOf(outcome, std::move(task)).context;
     root.executor = std::move(executor);
     root.stop = stop.get_token();
     Continuation(root).post();
-    return {std::move(stop), std::move(result)};
+    return {std::move(stop), std::move(outcome)};
 }
 
 }  // namespace Wendril

@@ -11,6 +11,7 @@
 #include <poll.h>
 
 #include <atomic>
+#include <future>
 #include <memory>
 #include <numeric>
 #include <string>
