@@ -76,6 +76,8 @@ struct Suspension {
     }
     auto await_resume() { return resume(); }
 };
+template <class Suspend, class Resume>
+Suspension(Suspend, Resume) -> Suspension<Suspend, Resume>;
 
 struct FinalHandOver {
     bool await_ready() const noexcept { return false; }
@@ -292,35 +294,38 @@ struct Root {
     TaskContext* context;
 };
 
-/// Settles the outcome with what the task came to, or with TaskDropped if it came to nothing.
+/// A task and where its end is reported: what it came to, or TaskDropped if it came to nothing.
+/// What the task held is gone before its outcome shows.
 template <class T>
-struct Settlement {
-    explicit Settlement(std::shared_ptr<Outcome<T>> outcome)
-        : outcome(std::move(outcome)) {}
-    ~Settlement() { outcome->settle(std::move(result)); }
-    Settlement(const Settlement&) = delete;
-    Settlement& operator=(const Settlement&) = delete;
+struct Errand {
+    Errand(Task<T> task, std::shared_ptr<Outcome<T>> outcome)
+        : task(std::move(task))
+        , outcome(std::move(outcome)) {}
+    Errand(Errand&&) noexcept = default;
+    Errand& operator=(Errand&&) = delete;
+    ~Errand() {
+        task = {};
+        if (outcome) outcome->settle(std::move(result));
+    }
 
-    const std::shared_ptr<Outcome<T>> outcome;
+    Task<T> task;
+    std::shared_ptr<Outcome<T>> outcome;
     std::variant<typename Outcome<T>::Value, std::exception_ptr> result =
         std::make_exception_ptr(TaskDropped());
 };
 
-// What the task held is gone before its outcome shows.
 template <class T>
-Root rootOf(std::shared_ptr<Outcome<T>> outcome, Task<T> task) {
-    Settlement<T> settlement(std::move(outcome));
+Root rootOf(Errand<T> errand) {
     try {
         if constexpr (std::is_void_v<T>) {
-            co_await std::move(task);
-            settlement.result.template emplace<0>();
+            co_await std::move(errand.task);
+            errand.result.template emplace<0>();
         } else {
-            settlement.result.template emplace<0>(co_await std::move(task));
+            errand.result.template emplace<0>(co_await std::move(errand.task));
         }
     } catch (...) {
-        settlement.result = std::current_exception();
+        errand.result = std::current_exception();
     }
-    task = {};
 }
 
 }  // namespace detail
@@ -330,7 +335,7 @@ template <class T>
 Spawned<T> spawn(std::shared_ptr<Executor> executor, Task<T> task) {
     std::stop_source stop;
     auto outcome = std::make_shared<detail::Outcome<T>>();
-    TaskContext& root = *detail::rootOf(outcome, std::move(task)).context;
+    TaskContext& root = *detail::rootOf(detail::Errand<T>(std::move(task), outcome)).context;
     root.executor = std::move(executor);
     root.stop = stop.get_token();
     Continuation(root).post();
