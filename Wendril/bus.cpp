@@ -66,10 +66,17 @@ private:
 
         Core& core;
         const Match& match;
-        std::int64_t id = 0;
-        std::weak_ptr<Parking> place;  // owned by the timer of this attempt
+        TimePoint deadline;
+        std::weak_ptr<Parking> place;  // owned by the alarm
         std::optional<Frame> reply;
         bool closed = false;
+    };
+
+    // The timer of whoever waits: set anew only when it rings before the deadline of that time. One
+    // for each attempt would leave thousands a second behind on a fast line.
+    struct Alarm {
+        TimePoint due;
+        std::shared_ptr<Parking> place;
     };
 
     // A request's turn on the line. Awaiting it waits for the line; its end, however it comes,
@@ -128,7 +135,8 @@ private:
     void send(const Bytes& frame);
     void expect(Waiter& next, Duration timeout);
     void ingest(const Bytes& chunk);
-    void expire(std::int64_t id);
+    void set(const std::shared_ptr<Alarm>& alarm, TimePoint due);
+    void ring(const std::shared_ptr<Alarm>& alarm);
     void resumeWaiter();
     void closed(std::uint64_t endedPeriod, const std::exception_ptr& error);
 
@@ -136,7 +144,7 @@ private:
     const std::shared_ptr<Executor> executor;
     FrameParser parser;
     Waiter* waiter = nullptr;
-    std::int64_t nextID = 0;
+    std::weak_ptr<Alarm> currentAlarm;
     bool busy = false;
     std::deque<Queued> queue;
     bool isOpen = false;
@@ -259,13 +267,30 @@ void Bus::Core::send(const Bytes& frame) {
 }
 
 void Bus::Core::expect(Waiter& next, Duration timeout) {
-    next.id = nextID++;
     waiter = &next;
+    next.deadline = executor->now() + timeout;
     auto place = std::make_shared<Parking>();
     next.place = place;
-    executor->postAfter(timeout, [place = std::move(place), weakCore = weak_from_this(), id = next.id] {
-        if (const auto core = weakCore.lock()) core->expire(id);
+    auto alarm = currentAlarm.lock();
+    if (!alarm || alarm->due > next.deadline) {
+        alarm = std::make_shared<Alarm>();
+        currentAlarm = alarm;
+        set(alarm, next.deadline);
+    }
+    alarm->place = std::move(place);
+}
+
+void Bus::Core::set(const std::shared_ptr<Alarm>& alarm, TimePoint due) {
+    alarm->due = due;
+    executor->postAfter(due - executor->now(), [alarm, weakCore = weak_from_this()] {
+        if (const auto core = weakCore.lock()) core->ring(alarm);
     });
+}
+
+void Bus::Core::ring(const std::shared_ptr<Alarm>& alarm) {
+    if (!waiter || currentAlarm.lock() != alarm) return;
+    if (waiter->deadline > executor->now()) return set(alarm, waiter->deadline);
+    resumeWaiter();
 }
 
 void Bus::Core::ingest(const Bytes& chunk) {
@@ -275,10 +300,6 @@ void Bus::Core::ingest(const Bytes& chunk) {
         waiter->reply = std::move(frame);
         resumeWaiter();
     });
-}
-
-void Bus::Core::expire(std::int64_t id) {
-    if (waiter && waiter->id == id) resumeWaiter();
 }
 
 void Bus::Core::resumeWaiter() {

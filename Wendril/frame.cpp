@@ -106,7 +106,10 @@ std::uint32_t checksum(ByteView data, std::size_t words) {
 }  // namespace FrameCodec
 
 std::vector<Frame> FrameParser::feed(ByteView data) {
+    constexpr std::size_t shortest = FrameCodec::headerBytes + FrameCodec::checksumBytes;
+    constexpr std::size_t readAtOnce = 4096;  // what arrives together, as a rule
     std::vector<Frame> frames;
+    frames.reserve(std::min(data.size(), readAtOnce) / shortest);
     feed(data, [&frames](Frame& frame) { frames.push_back(std::move(frame)); });
     return frames;
 }

@@ -175,11 +175,20 @@ Bytes Line::noiseBytes() {
 }
 
 void Line::deliverAt(TimePoint due, Bytes bytes) {
-    const Duration wait = due - executor->now();
-    if (wait <= Duration::zero()) return deliver(bytes);
-    executor->postAfter(wait, [weakLine = weak_from_this(), session = session, bytes = std::move(bytes)] {
-        const auto line = weakLine.lock();
-        if (line && line->session == session) line->deliver(bytes);
+    const Duration wait = due - executor->now() - options.wakeAhead;
+    if (wait <= Duration::zero()) return deliverWhenDue(due, session, std::move(bytes));
+    executor->postAfter(wait,
+                        [weakLine = weak_from_this(), due, to = session, bytes = std::move(bytes)]() mutable {
+                            if (const auto line = weakLine.lock())
+                                line->deliverWhenDue(due, to, std::move(bytes));
+                        });
+}
+
+void Line::deliverWhenDue(TimePoint due, std::uint64_t to, Bytes bytes) {
+    if (session != to) return;
+    if (executor->now() >= due) return deliver(bytes);
+    executor->post([weakLine = weak_from_this(), due, to, bytes = std::move(bytes)]() mutable {
+        if (const auto line = weakLine.lock()) line->deliverWhenDue(due, to, std::move(bytes));
     });
 }
 

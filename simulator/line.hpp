@@ -29,11 +29,13 @@ struct LineOptions {
     double corrupt = 0;  // one bit of it is wrong
     double late = 0;     // it comes `delay` too late
     Wendril::Duration delay{};
-    double duplicate = 0;   // it comes twice
-    double noise = 0;       // random bytes come before it
-    double refuse = 0;      // a write or preset command is refused and not carried out
-    double hostJitter = 0;  // part of a time-out that the host may send too early; its
-                            // clock and ours only agree in virtual time
+    double duplicate = 0;           // it comes twice
+    double noise = 0;               // random bytes come before it
+    double refuse = 0;              // a write or preset command is refused and not carried out
+    double hostJitter = 0;          // part of a time-out that the host may send too early; its
+                                    // clock and ours only agree in virtual time
+    Wendril::Duration wakeAhead{};  // a real timer fires late: the line wakes so long before a
+                                    // reply is due and watches the clock for the rest
 };
 
 /// Boards in chain order on a half-duplex line. It carries frames both ways, lets time pass and
@@ -84,6 +86,7 @@ private:
     void sendReply(const Wendril::Frame& reply);
     Wendril::Bytes noiseBytes();
     void deliverAt(Wendril::TimePoint due, Wendril::Bytes bytes);
+    void deliverWhenDue(Wendril::TimePoint due, std::uint64_t to, Wendril::Bytes bytes);
     void deliver(const Wendril::Bytes& bytes);
 
     const LineOptions options;

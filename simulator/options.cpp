@@ -137,6 +137,7 @@ ProgramOptions parseOptions(int argc, char** argv) {
     ProgramOptions options;
     // The host's clock starts a little before ours sees its request.
     options.line.hostJitter = 0.25;
+    options.line.wakeAhead = std::chrono::microseconds(80);
     for (int i = 1; i < argc; ++i) {
         const std::string option = argv[i];
         if (const auto found = plainOptions().find(option); found != plainOptions().end()) {
