@@ -1,70 +1,20 @@
 #include "bench/modbuspeer.hpp"
 
 #include "Wendril/client.hpp"
+#include "tests/simulatorprocess.hpp"
 
 #include <benchmark/benchmark.h>
 #include <modbus.h>
 
 #include <array>
-#include <cstdio>
 #include <memory>
 #include <string>
-#include <vector>
-
-#include <csignal>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
 using namespace Wendril;
 
 constexpr int roundTripsPerRun = 500;
-
-// corvane-sim in a process of its own, ended with the object.
-class SimulatorProcess {
-public:
-    explicit SimulatorProcess(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), SIMULATOR);
-        std::vector<char*> pointers;
-        for (std::string& argument : arguments)
-            pointers.push_back(argument.data());
-        pointers.push_back(nullptr);
-        int pipeEnds[2];
-        if (::pipe(pipeEnds) != 0) std::abort();
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addclose(&actions, pipeEnds[0]);
-        if (::posix_spawn(&process, SIMULATOR, &actions, nullptr, pointers.data(), environ) != 0)
-            std::abort();
-        posix_spawn_file_actions_destroy(&actions);
-        ::close(pipeEnds[1]);
-        output = ::fdopen(pipeEnds[0], "r");
-        std::array<char, 256> line{};
-        if (std::fgets(line.data(), line.size(), output)) where = line.data();
-        where.erase(where.find_last_not_of('\n') + 1);
-    }
-    ~SimulatorProcess() {
-        ::kill(process, SIGTERM);
-        ::waitpid(process, nullptr, 0);
-        std::fclose(output);
-    }
-    SimulatorProcess(const SimulatorProcess&) = delete;
-    SimulatorProcess& operator=(const SimulatorProcess&) = delete;
-
-    // The last word, or what follows the colon, of "serial port at PATH" and "listening on HOST:PORT".
-    std::string path() const { return where.substr(where.rfind(' ') + 1); }
-    std::uint16_t port() const {
-        return static_cast<std::uint16_t>(std::stoi(where.substr(where.rfind(':') + 1)));
-    }
-
-private:
-    pid_t process = 0;
-    std::FILE* output = nullptr;
-    std::string where;
-};
 
 template <class T>
 T run(const std::shared_ptr<Executor>& executor, Task<T> task) {
@@ -92,13 +42,16 @@ void exchange(benchmark::State& state, const std::shared_ptr<Transport>& transpo
 // The caller on the line's own queue, as in the command line, or on a thread of its own, as the
 // window is.
 void roundTripSerial(benchmark::State& state, bool onOwnThread) {
-    const SimulatorProcess simulator({});
+    const Tests::SimulatorProcess simulator({});
     exchange(state, std::make_shared<SerialTransport>(simulator.path(), K7Q::baudRate), onOwnThread);
 }
 
 void roundTripTcp(benchmark::State& state, bool onOwnThread) {
-    const SimulatorProcess simulator({"--tcp", "0"});
-    exchange(state, std::make_shared<TCPTransport>("127.0.0.1", simulator.port()), onOwnThread);
+    const Tests::SimulatorProcess simulator({"--tcp", "0"});
+    exchange(
+        state,
+        std::make_shared<TCPTransport>("127.0.0.1", static_cast<std::uint16_t>(std::stoi(simulator.port()))),
+        onOwnThread);
 }
 
 void exchangeByModbus(benchmark::State& state, modbus_t* context) {
@@ -125,7 +78,7 @@ void roundTripTcpModbus(benchmark::State& state) {
 // One speaker at 115200 8N1: as a ratio to the time its 6160 bytes take on the wire.
 void readAllPaced(benchmark::State& state) {
     constexpr double wireSeconds = 6160 * 10 / 115200.0;
-    const SimulatorProcess simulator({"--pace"});
+    const Tests::SimulatorProcess simulator({"--pace"});
     const auto bus =
         std::make_shared<Bus>(std::make_shared<SerialTransport>(simulator.path(), K7Q::baudRate));
     const K7QClient client(bus, K7Q::productID);

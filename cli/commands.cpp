@@ -49,6 +49,7 @@ void printDevices(const Session& session, const std::vector<DeviceInfo>& devices
                             {"serial", d.serial}});
         return printJson(list);
     }
+    if (devices.empty()) return;
     std::vector<Row> rows;
     for (const DeviceInfo& d : devices)
         rows.push_back({twoDigits(d.address), d.model, d.version, d.date, d.serial});

@@ -2,6 +2,7 @@
 
 #include "tests/chain.hpp"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -187,8 +188,8 @@ TEST(ClientTest, MetersFollowGainAndMute) {
 
 Bytes identity(std::string_view model, std::uint32_t high, std::uint32_t low) {
     Bytes payload{9, 1, 0, 0, 0, 0, 0, 0, 1, 4, 2, 1, 0xE8, 7, 3, 7};
-    payload.insert(payload.end(), model.begin(), model.end());
     payload.resize(28);
+    std::ranges::copy(model, payload.begin() + 16);
     appendU32(payload, high);
     appendU32(payload, low);
     return payload;

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Tests {
+
+/// A program with its standard output and error in a pipe; ended with the object.
+class Process {
+public:
+    explicit Process(std::vector<std::string> command) {
+        std::vector<char*> arguments;
+        for (std::string& argument : command)
+            arguments.push_back(argument.data());
+        arguments.push_back(nullptr);
+        int ends[2];
+        if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("pipe");
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
+        const int error =
+            ::posix_spawn(&id, command[0].c_str(), &actions, nullptr, arguments.data(), environ);
+        posix_spawn_file_actions_destroy(&actions);
+        ::close(ends[1]);
+        output = ::fdopen(ends[0], "r");
+        if (error != 0) throw std::runtime_error("cannot start " + command[0]);
+    }
+    ~Process() {
+        end(SIGKILL);
+        std::fclose(output);
+    }
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    /// The next line, without its end; "" when there is none.
+    std::string line() {
+        std::string text;
+        for (int c = std::fgetc(output); c != EOF && c != '\n'; c = std::fgetc(output))
+            text += static_cast<char>(c);
+        return text;
+    }
+
+    /// Everything that it still prints, to its end.
+    std::string rest() {
+        std::string text;
+        for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output))
+            text += static_cast<char>(c);
+        return text;
+    }
+
+    /// Sends the signal, if any, and waits. The exit status; -1 after a signal that killed it.
+    int end(int signal = 0) {
+        if (id == 0) return status;
+        if (signal != 0) ::kill(id, signal);
+        int raw = 0;
+        ::waitpid(std::exchange(id, 0), &raw, 0);
+        return status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    }
+
+private:
+    pid_t id = 0;
+    int status = 0;
+    std::FILE* output = nullptr;
+};
+
+/// corvane-sim, up and serving.
+class SimulatorProcess : public Process {
+public:
+    explicit SimulatorProcess(std::vector<std::string> options)
+        : Process(withProgram(std::move(options)))
+        , where(line()) {}
+
+    // The last word, or what follows the last colon, of "serial port at PATH" and "listening on
+    // HOST:PORT".
+    std::string path() const { return where.substr(where.rfind(' ') + 1); }
+    std::string port() const { return where.substr(where.rfind(':') + 1); }
+
+private:
+    static std::vector<std::string> withProgram(std::vector<std::string> options) {
+        options.insert(options.begin(), SIMULATOR);
+        return options;
+    }
+
+    const std::string where;
+};
+
+}  // namespace Tests
