@@ -1,13 +1,11 @@
 #include "cli/link.hpp"
 
-#include "Wendril/runtime/wakeup.hpp"
-
+#include <array>
 #include <charconv>
 #include <csignal>
 #include <cstdio>
 #include <stdexcept>
 #include <system_error>
-#include <thread>
 #include <utility>
 
 #include <poll.h>
@@ -33,6 +31,15 @@ const Wakeup& interruption() {
 
 void onSignal(int) { interruption().raise(); }
 
+std::string textOf(const std::exception_ptr& error) {
+    try {
+        if (error) std::rethrow_exception(error);
+        return "A conexão com as caixas caiu";
+    } catch (const std::exception& failure) {
+        return failure.what();
+    }
+}
+
 }  // namespace
 
 Endpoint Endpoint::ofBridge(const std::string& text) {
@@ -54,44 +61,51 @@ Endpoint Endpoint::ofBridge(const std::string& text) {
 Link::Link(const Endpoint& endpoint, bool verbose)
     : loss(std::make_shared<Loss>())
     , bus(std::make_shared<Bus>(transportTo(endpoint))) {
-    // Ctrl-C closes the bus, which ends whatever waits on it, and the port is given back in order.
+    if (verbose) run(bus->setLogger(printLogLine));
+    run(bus->onClose([loss = loss](const std::exception_ptr& error) {
+        const std::scoped_lock lock(loss->mutex);
+        loss->text = textOf(error);
+    }));
     interruption();
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);
-    std::thread([weakBus = std::weak_ptr(bus), loss = loss] {
-        pollfd entry{interruption().descriptor(), POLLIN, 0};
-        while (::poll(&entry, 1, -1) < 0) {
-        }
-        {
-            const std::scoped_lock lock(loss->mutex);
-            loss->interrupted = true;
-        }
-        if (const auto bus = weakBus.lock()) spawn(bus->executor, bus->close());
-    }).detach();
-
-    if (verbose) run(bus->setLogger(printLogLine));
-    run(bus->onClose([loss = loss](std::exception_ptr error) {
-        const std::scoped_lock lock(loss->mutex);
-        loss->lost = true;
-        loss->error = std::move(error);
-    }));
-    run(bus->open());
+    watcher = std::thread([this] { closeOnInterruption(); });
+    try {
+        run(bus->open());
+    } catch (...) {
+        stopWatching();
+        throw;
+    }
 }
 
 Link::~Link() {
-    try {
-        spawn(bus->executor, bus->close()).get();
-    } catch (const std::exception&) {
-        return;  // closed already
+    stopWatching();
+    spawn(bus->executor, bus->close()).get();
+}
+
+void Link::stopWatching() {
+    ended.raise();
+    watcher.join();
+}
+
+// Ctrl-C closes the bus, which ends whatever waits on it, and the port is given back in order.
+void Link::closeOnInterruption() {
+    std::array<pollfd, 2> entries{
+        {{interruption().descriptor(), POLLIN, 0}, {ended.descriptor(), POLLIN, 0}}};
+    while (::poll(entries.data(), entries.size(), -1) < 0) {
     }
+    if (entries[0].revents == 0) return;
+    {
+        const std::scoped_lock lock(loss->mutex);
+        loss->interrupted = true;
+    }
+    spawn(bus->executor, bus->close());
 }
 
 void Link::throwIfLost() {
     const std::scoped_lock lock(loss->mutex);
     if (loss->interrupted) throw Interrupted();
-    if (!loss->lost) return;
-    if (loss->error) std::rethrow_exception(loss->error);
-    throw std::runtime_error("A conexão com as caixas caiu");
+    if (!loss->text.empty()) throw std::runtime_error(loss->text);
 }
 
 }  // namespace Cli

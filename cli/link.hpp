@@ -1,12 +1,14 @@
 #pragma once
 
 #include "Wendril/client.hpp"
+#include "Wendril/runtime/wakeup.hpp"
 
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 namespace Cli {
 
@@ -54,15 +56,20 @@ public:
     void throwIfLost();
 
 private:
+    // How the link ended by itself, if it has.
     struct Loss {
         std::mutex mutex;
-        bool lost = false;
         bool interrupted = false;
-        std::exception_ptr error;
+        std::string text;
     };
+
+    void closeOnInterruption();
+    void stopWatching();
 
     const std::shared_ptr<Loss> loss;
     const std::shared_ptr<Wendril::Bus> bus;
+    Wendril::Wakeup ended;
+    std::thread watcher;
 };
 
 }  // namespace Cli
