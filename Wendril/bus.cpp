@@ -221,7 +221,7 @@ Task<Frame> Bus::Core::request(std::shared_ptr<Core> self, Bytes frame, Duration
         Waiter waiter(*self, match);
         self->send(frame);
         self->expect(waiter, timeout);
-        if (const auto place = waiter.place.lock().get()) co_await place->park();
+        if (auto* const place = waiter.place.lock().get()) co_await place->park();
         if (waiter.reply) co_return *std::move(waiter.reply);
         if (waiter.closed) throw BusError::closed();
         if (resendsLeft == 0) throw BusError::timeout(functionOf(frame));

@@ -116,7 +116,7 @@ std::vector<Address> resolve(const std::string& host, std::uint16_t port, const 
 
 std::shared_ptr<Descriptor> connectTo(const Address& address, const Opening& opening,
                                       const std::string& target) {
-    const auto socket = std::make_shared<Descriptor>(
+    auto socket = std::make_shared<Descriptor>(
         ::socket(address.bytes.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, IPPROTO_TCP));
     if (socket->number < 0) throw systemError(errno);
     const int noDelay = 1;
@@ -143,7 +143,7 @@ std::shared_ptr<Descriptor> connectToAny(const std::vector<Address>& addresses, 
             refusal = error;
         }
     }
-    throw refusal;
+    throw std::system_error(refusal);
 }
 
 }  // namespace

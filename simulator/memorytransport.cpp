@@ -21,7 +21,7 @@ void MemoryTransport::write(Wendril::ByteView data) {
 
 void MemoryTransport::close() { cut(nullptr); }
 
-void MemoryTransport::cut(std::exception_ptr error) {
+void MemoryTransport::cut(const std::exception_ptr& error) {
     if (!onClose) return;
     line->disconnect();
     line->executor->post([closed = std::exchange(onClose, nullptr), error] { closed(error); });

@@ -24,7 +24,7 @@ public:
     std::shared_ptr<Wendril::Executor> queue() const override { return line->executor; }
 
     /// The cable is cut: the link ends with `error`, or cleanly without one.
-    void cut(std::exception_ptr error);
+    void cut(const std::exception_ptr& error);
 
 private:
     const std::shared_ptr<Line> line;

@@ -30,7 +30,7 @@ std::shared_ptr<const Descriptor> listenOn(const std::string& address, std::uint
         errno = EINVAL;
         fail(address);
     }
-    const auto socket =
+    auto socket =
         std::make_shared<const Descriptor>(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     const int on = 1;
     if (socket->number < 0 || ::setsockopt(socket->number, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||

@@ -54,8 +54,9 @@ struct BusTest : testing::Test {
         , bus(std::make_shared<Bus>(transport)) {}
 
     void open() {
-        time.run(bus->onClose(
-            [this](std::exception_ptr error) { closings.push_back(error ? describe(error) : "clean"); }));
+        time.run(bus->onClose([this](const std::exception_ptr& error) {
+            closings.push_back(error ? describe(error) : "clean");
+        }));
         time.run(bus->open());
     }
 
@@ -214,7 +215,7 @@ TEST_F(BusTest, AWriteErrorIsPassedOnWithoutResendAndTheBusStaysOpen) {
 
 TEST_F(BusTest, TheCloseHandlerMayCloseAndReopen) {
     int calls = 0;
-    time.run(bus->onClose([&](std::exception_ptr) {
+    time.run(bus->onClose([&](const std::exception_ptr&) {
         if (++calls > 1) return;
         spawn(time.executor(), bus->close());
         spawn(time.executor(), bus->open());

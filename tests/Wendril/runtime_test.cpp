@@ -75,7 +75,7 @@ TEST(TaskTest, ALongLoopOfReadyTasksNeedsNoStack) {
 }
 
 Task<void> holding(std::shared_ptr<int> held, StreamReader<int> stream) {
-    const auto copy = held;
+    const std::vector<std::shared_ptr<int>> copies{held};
     co_await stream.next();
 }
 

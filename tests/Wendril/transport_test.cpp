@@ -187,12 +187,13 @@ TEST(SerialTransportTest, AWriteThatWaitsForRoomEndsWithTheLine) {
 // A listener that never accepts and whose queue is full lets a connection hang.
 struct DeafListener {
     DeafListener() {
-        ::bind(socket.number, reinterpret_cast<const sockaddr*>(&where), sizeof where);
-        ::listen(socket.number, 0);
+        EXPECT_EQ(::bind(socket.number, reinterpret_cast<const sockaddr*>(&where), sizeof where), 0);
+        EXPECT_EQ(::listen(socket.number, 0), 0);
         socklen_t size = sizeof where;
         ::getsockname(socket.number, reinterpret_cast<sockaddr*>(&where), &size);
         for (const auto& filler : fillers)
-            ::connect(filler.number, reinterpret_cast<const sockaddr*>(&where), sizeof where);
+            static_cast<void>(
+                ::connect(filler.number, reinterpret_cast<const sockaddr*>(&where), sizeof where));
     }
 
     static int newSocket(int flags) { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0); }

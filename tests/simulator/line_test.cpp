@@ -166,7 +166,8 @@ TEST_F(LineTest, TheMusicIsTheSameForTheSameSeedAndMoves) {
     const auto other = std::make_shared<Line>(time.executor(), LineOptions{.seed = 4});
     float low = 0;
     float high = -200;
-    for (double seconds = 0; seconds < 20; seconds += 0.06) {
+    for (int reading = 0; reading < 333; ++reading) {
+        const double seconds = 0.06 * reading;
         const auto levels = line->board(1).levels(seconds);
         EXPECT_EQ(levels, other->board(1).levels(seconds));
         low = std::min(low, levels[0]);
