@@ -323,6 +323,8 @@ Bus::Bus(std::shared_ptr<Transport> transport, std::shared_ptr<Executor> executo
 
 Bus::~Bus() { core->abandon(); }
 
+void Bus::abandon() { core->abandon(); }
+
 Task<void> Bus::setLogger(Logger logger) { return Core::setLogger(core, std::move(logger)); }
 
 Task<void> Bus::onClose(CloseHandler handler) { return Core::onClose(core, std::move(handler)); }

@@ -74,6 +74,10 @@ public:
     /// Fails a waiting request with `closed` at once, also one whose transport blocks.
     Task<void> close();
 
+    /// Ends the bus for good, from any thread and without waiting, as dropping it does: for an owner
+    /// that shares it with requests.
+    void abandon();
+
     /// Sends `frame` (encoded) up to `retries` + 1 times, waiting `timeout` for each, and returns
     /// the first received frame that `match` accepts; `match` runs on the bus's executor. Throws
     /// BusError `timeout` or `closed`, or the transport's write error (no resend).

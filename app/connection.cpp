@@ -1,0 +1,123 @@
+#include "app/appmodel.hpp"
+#include "app/outcome.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace Corvane {
+
+using namespace Wendril;
+
+void AppModel::refreshPorts() {
+    std::vector<std::string> list = surroundings.serialPorts();
+    const std::string& extra = surroundings.extraPort;
+    if (!extra.empty() && std::ranges::find(list, extra) == list.end()) list.insert(list.begin(), extra);
+    const std::string chosen = portChoice.value();
+    const bool stillThere = chosen == bridgeChoice || std::ranges::find(list, chosen) != list.end();
+    const std::string first = list.empty() ? std::string(bridgeChoice) : list.front();
+    ports = std::move(list);
+    if (chosen.empty() || !stillThere) portChoice = first;
+}
+
+Task<void> AppModel::connect() { return connect(weak_from_this()); }
+
+Task<void> AppModel::disconnect() { return disconnect(weak_from_this()); }
+
+Task<void> AppModel::disconnect(Weak weak) {
+    const auto self = weak.lock();
+    if (!self) co_return;
+    auto left = leave(weak, ++self->attempts);
+    co_await std::move(left);
+}
+
+std::shared_ptr<Transport> AppModel::chosenTransport() const {
+    const std::string choice = portChoice.value();
+    if (choice == bridgeChoice) return surroundings.bridge(espHost.value(), bridgePort);
+    return surroundings.serial(choice);
+}
+
+// Closes the link and shows nothing of it any more. False when another attempt has overruled this
+// one meanwhile.
+Task<bool> AppModel::leave(Weak weak, std::uint64_t attempt) {
+    auto self = weak.lock();
+    if (!self) co_return false;
+    self->stopLoop();
+    self->loop.reset();
+    self->endDiscovery();
+    self->opening.reset();
+    const auto closing = std::exchange(self->link, std::nullopt);
+    self.reset();
+    if (closing) {
+        auto closed = closing->bus->close();
+        co_await std::move(closed);
+    }
+    self = weak.lock();
+    if (!self || self->attempts != attempt) co_return false;
+    self->speakers = Speakers{};
+    self->meters = std::vector<float>(K7Q::meterChannels.size(), silence);
+    self->status = Status::offline();
+    co_return true;
+}
+
+// While the bus opens, the model alone owns it: whoever takes over or ends the model ends the
+// opening too.
+Task<void> AppModel::connect(Weak weak) {
+    auto self = weak.lock();
+    if (!self) co_return;
+    const std::uint64_t attempt = ++self->attempts;
+    self.reset();
+    auto leaving = leave(weak, attempt);
+    const bool left = co_await std::move(leaving);
+    self = weak.lock();
+    if (!left || !self) co_return;
+
+    const auto transport = self->chosenTransport();
+    self->progress = std::nullopt;
+    self->status = Status::working("Conectando a " + transport->name() + "…");
+    self->opening = std::make_shared<Bus>(transport);
+    auto watching = self->opening->onClose(self->closeHandler(attempt));
+    auto open = self->opening->open();
+    self.reset();
+    co_await std::move(watching);
+    auto opened = failureOf(std::move(open));
+    const auto failure = co_await std::move(opened);
+
+    self = weak.lock();
+    if (!self || self->attempts != attempt) co_return;
+    const auto bus = std::exchange(self->opening, nullptr);
+    if (failure) {
+        self->status = Status::error(*failure);
+        co_return;
+    }
+    self->link = Link{bus, K7QClient(bus, K7Q::productID)};
+    self.reset();
+    auto discovery = discover(weak, false);
+    co_await std::move(discovery);
+}
+
+// The bus calls it on its own executor; a report of its end that comes before the opening has been
+// taken note of waits behind it on ours.
+Bus::CloseHandler AppModel::closeHandler(std::uint64_t attempt) {
+    return [weak = weak_from_this(), executor = surroundings.executor,
+            attempt](const std::exception_ptr& error) {
+        std::string reason = error ? describe(error) : "A conexão com as caixas caiu";
+        executor->post([weak, attempt, reason = std::move(reason)] {
+            if (const auto self = weak.lock()) self->linkLost(attempt, reason);
+        });
+    };
+}
+
+void AppModel::linkLost(std::uint64_t attempt, const std::string& reason) {
+    if (attempts != attempt || !link) return;
+    stopLoop();
+    endDiscovery();
+    link.reset();
+    status = Status::error(reason);
+}
+
+void AppModel::endDiscovery() {
+    ++discoveries;
+    discovering = false;
+}
+
+}  // namespace Corvane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Wendril/client.hpp"
+
+#include <QProperty>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Corvane {
+
+/// One speaker of the chain and the model's copy of its settings: empty until it has been read.
+struct Speaker {
+    explicit Speaker(const Wendril::DeviceInfo& device)
+        : address(device.address)
+        , info(device) {}
+
+    const std::uint8_t address;
+    QProperty<Wendril::DeviceInfo> info;
+    QProperty<Wendril::ModuleValues> values;
+};
+
+using Speakers = std::vector<std::shared_ptr<Speaker>>;
+
+/// An address as the user reads it: "01".
+std::string twoDigits(std::uint8_t address);
+
+}  // namespace Corvane
