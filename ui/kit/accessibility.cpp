@@ -1,0 +1,98 @@
+#include "ui/kit/accessibility.hpp"
+
+#include "ui/kit/control.hpp"
+#include "ui/kit/valuecontrol.hpp"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+namespace Kit {
+
+namespace {
+
+class AccessibleControl : public QAccessibleWidget {
+public:
+    explicit AccessibleControl(Control* control)
+        : QAccessibleWidget(control, control->accessibleRole())
+        , control(control) {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? control->valueText() : QAccessibleWidget::text(kind);
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.checkable = control->isCheckable();
+        state.checked = control->isChecked();
+        return state;
+    }
+
+    QStringList actionNames() const override {
+        return {control->isCheckable() ? toggleAction() : pressAction()};
+    }
+
+    void doAction(const QString& name) override {
+        if (actionNames().contains(name)) control->activate();
+    }
+
+private:
+    Control* const control;
+};
+
+class AccessibleValueControl final : public AccessibleControl, public QAccessibleValueInterface {
+public:
+    explicit AccessibleValueControl(ValueControl* control)
+        : AccessibleControl(control)
+        , control(control) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+        return AccessibleControl::interface_cast(type);
+    }
+
+    QStringList actionNames() const override { return {increaseAction(), decreaseAction()}; }
+
+    void doAction(const QString& name) override {
+        if (name == increaseAction()) control->moveBySteps(1);
+        if (name == decreaseAction()) control->moveBySteps(-1);
+    }
+
+    QVariant currentValue() const override { return control->value(); }
+    void setCurrentValue(const QVariant& value) override { control->propose(value.toDouble()); }
+    QVariant maximumValue() const override { return control->range.upper; }
+    QVariant minimumValue() const override { return control->range.lower; }
+    QVariant minimumStepSize() const override { return control->stepSize(); }
+
+private:
+    ValueControl* const control;
+};
+
+QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
+    if (auto* const value = dynamic_cast<ValueControl*>(object)) return new AccessibleValueControl(value);
+    if (auto* const control = dynamic_cast<Control*>(object)) return new AccessibleControl(control);
+    return nullptr;
+}
+
+}  // namespace
+
+void installAccessibility() {
+    static const bool installed = [] {
+        QAccessible::installFactory(interfaceOf);
+        return true;
+    }();
+    static_cast<void>(installed);
+}
+
+void notifyValueChanged(Control& control) {
+    if (!QAccessible::isActive()) return;
+    if (control.isCheckable()) {
+        QAccessible::State changed;
+        changed.checked = true;
+        QAccessibleStateChangeEvent event(&control, changed);
+        return QAccessible::updateAccessibility(&event);
+    }
+    QAccessibleValueChangeEvent event(&control, control.valueText());
+    QAccessible::updateAccessibility(&event);
+}
+
+}  // namespace Kit

@@ -1,0 +1,179 @@
+#include "ui/kit/analogvu.hpp"
+
+#include "ui/kit/painting.hpp"
+
+#include <QPainterPath>
+#include <QtMath>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace Kit {
+
+namespace {
+
+constexpr std::array<double, 11> marks{-20, -10, -7, -5, -3, -2, -1, 0, 1, 2, 3};
+constexpr std::array<double, 11> minorMarks{-15, -12, -8.5, -6, -4, -2.5, -1.5, -0.5, 0.5, 1.5, 2.5};
+constexpr double fullScale = 3;       // VU
+constexpr double overshoot = 1.04;    // of full scale
+constexpr double restingAngle = -50;  // degrees
+constexpr double fullAngle = 100;     // from rest to full scale
+constexpr double captionHeight = 26;
+
+// In parts of the face's height.
+constexpr double pivotDepth = 1.18;
+constexpr double arcRadius = 0.88;
+constexpr double needleLength = 0.93;
+
+QColor ink() { return Theme::rgb(0.12, 0.08, 0.04); }
+QColor red() { return Theme::rgb(0.78, 0.10, 0.06); }
+
+QPointF pivotOf(const QRectF& face) { return {face.center().x(), face.top() + pivotDepth * face.height()}; }
+
+// Where a line from the pivot at that angle has that length.
+QPointF along(QPointF pivot, double length, double degrees) {
+    const double angle = qDegreesToRadians(degrees);
+    return pivot + QPointF(length * std::sin(angle), -length * std::cos(angle));
+}
+
+void drawArc(QPainter& painter, const QRectF& face, double fromVu, double toVu, const QColor& color) {
+    const double radius = arcRadius * face.height();
+    const QPointF pivot = pivotOf(face);
+    const QRectF round(pivot.x() - radius, pivot.y() - radius, 2 * radius, 2 * radius);
+    const double from = AnalogVU::needleAngle(fromVu);
+    const double to = AnalogVU::needleAngle(toVu);
+    painter.setPen(QPen(color, 0.016 * face.height(), Qt::SolidLine, Qt::FlatCap));
+    painter.drawArc(round, static_cast<int>(std::lround((90 - from) * 16)),
+                    static_cast<int>(std::lround((from - to) * 16)));
+}
+
+void drawMark(QPainter& painter, const QRectF& face, double vu, bool major) {
+    const double h = face.height();
+    const double angle = AnalogVU::needleAngle(vu);
+    const QPointF pivot = pivotOf(face);
+    const double length = major ? 0.06 : 0.035;
+    painter.setPen(QPen(vu > 0 ? red() : ink(), (major ? 0.014 : 0.009) * h, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(along(pivot, arcRadius * h, angle), along(pivot, (arcRadius + length) * h, angle));
+    if (!major) return;
+    // Numbers stand along the arc.
+    painter.save();
+    painter.translate(along(pivot, (arcRadius + length + 0.062) * h, angle));
+    painter.rotate(angle);
+    const QString number = vu > 0 ? QString::asprintf("+%.0f", vu) : QString::asprintf("%.0f", std::abs(vu));
+    Paint::text(painter, QRectF(-0.2 * h, -0.06 * h, 0.4 * h, 0.12 * h), Qt::AlignCenter, number,
+                {Theme::font(0.085 * h, QFont::DemiBold), vu > 0 ? red() : ink(), {}, false});
+    painter.restore();
+}
+
+void drawFace(QPainter& painter, const QRectF& face) {
+    QLinearGradient card(face.topLeft(), face.bottomLeft());
+    card.setColorAt(0, Theme::rgb(1.0, 0.9, 0.55));
+    card.setColorAt(0.55, Theme::rgb(0.97, 0.72, 0.3));
+    card.setColorAt(1, Theme::rgb(0.62, 0.38, 0.1));
+    Paint::fill(painter, face, 9, card);
+    drawArc(painter, face, marks.front(), 0, ink());
+    drawArc(painter, face, 0, marks.back(), red());
+    for (const double vu : minorMarks)
+        drawMark(painter, face, vu, false);
+    for (const double vu : marks)
+        drawMark(painter, face, vu, true);
+    const double h = face.height();
+    Paint::text(painter, QRectF(face.left(), face.top() + 0.48 * h, face.width(), 0.2 * h), Qt::AlignCenter,
+                QStringLiteral("VU"), {Theme::font(0.15 * h, QFont::Bold), ink(), {}, false});
+    Paint::innerShadow(painter, face, 9, {Theme::black(0.45), 12, 5});
+}
+
+void drawGlass(QPainter& painter, const QRectF& face) {
+    QLinearGradient shine(face.topLeft(), QPointF(face.left(), face.top() + 0.5 * face.height()));
+    shine.setColorAt(0, Theme::white(0.22));
+    shine.setColorAt(1, Theme::white(0));
+    Paint::fill(painter, face, 9, shine);
+    Paint::edge(painter, face, 9, Theme::black(0.5));
+}
+
+}  // namespace
+
+AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
+    : Control(parent)
+    , label(label)
+    , reference(reference)
+    , level(-std::numeric_limits<float>::infinity())
+    , needle(Motion::Kind::spring, restingAngle, *this,
+             [this] {
+                 update(sweptBy(drawnAngle) | sweptBy(needle.position()));
+                 drawnAngle = needle.position();
+             })
+    , drawnAngle(restingAngle) {
+    setFocusPolicy(Qt::NoFocus);
+    setAccessibleName(label);
+    setMinimumSize(200, 130);
+}
+
+double AnalogVU::needleAngle(double vu) {
+    if (!std::isfinite(vu)) return restingAngle;
+    const double part = std::pow(10, vu / 20) / std::pow(10, fullScale / 20);
+    return std::min(part, overshoot) * fullAngle + restingAngle;
+}
+
+double AnalogVU::vu() const {
+    return std::isfinite(level) ? level - reference : -std::numeric_limits<double>::infinity();
+}
+
+QString AnalogVU::valueText() const { return QString::asprintf("%.0f VU", vu()); }
+
+void AnalogVU::setLevel(float value) {
+    const bool peaked = vu() > fullScale;
+    level = value;
+    if (peaked != (vu() > fullScale)) update(peakLamp().adjusted(-9, -9, 9, 9).toAlignedRect());
+    needle.moveTo(needleAngle(vu()));
+}
+
+QRectF AnalogVU::bezel() const { return QRectF(rect()).adjusted(0, 0, 0, -captionHeight); }
+
+QRectF AnalogVU::face() const { return bezel().adjusted(9, 9, -9, -9); }
+
+QRectF AnalogVU::peakLamp() const { return {face().right() - 18, face().top() + 11, 7, 7}; }
+
+// What of the face the needle covers at that angle.
+QRect AnalogVU::sweptBy(double angle) const {
+    const QPointF pivot = pivotOf(face());
+    const QRectF span = QRectF(along(pivot, (pivotDepth - 1) * face().height(), angle),
+                               along(pivot, needleLength * face().height(), angle))
+                            .normalized();
+    return span.adjusted(-6, -6, 6, 6).toAlignedRect();
+}
+
+void AnalogVU::paint(QPainter& painter) {
+    Paint::cached(painter, QStringLiteral("vu"), bezel(), [&](QPainter& ink) {
+        Paint::fill(ink, bezel(), 16,
+                    Theme::vertical(bezel(), Theme::rgb(0.2, 0.21, 0.25), Theme::rgb(0.08, 0.085, 0.1)));
+        Paint::edge(ink, bezel(), 16, Theme::rim(bezel()));
+        drawFace(ink, face());
+    });
+    drawNeedle(painter);
+    Paint::cached(painter, QStringLiteral("vu glass"), face(),
+                  [&](QPainter& ink) { drawGlass(ink, QRectF(QPointF(), face().size())); });
+    const bool peak = vu() > fullScale;
+    if (peak) Paint::dropShadow(painter, peakLamp(), 3.5, {red(), 8, 0});
+    Paint::fill(painter, peakLamp(), 3.5, peak ? Theme::rgb(1, 0.16, 0.1) : Theme::rgb(0.35, 0.12, 0.08));
+    Paint::text(painter, QRectF(0, bezel().bottom() + 6, width(), captionHeight - 6), Qt::AlignCenter, label,
+                {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false});
+}
+
+void AnalogVU::drawNeedle(QPainter& painter) const {
+    const QRectF card = face();
+    const QPointF pivot = pivotOf(card);
+    const double angle = needle.position();
+    const QPointF tip = along(pivot, needleLength * card.height(), angle);
+    painter.save();
+    painter.setClipRect(card.adjusted(1, 1, -1, -1), Qt::IntersectClip);
+    painter.setPen(QPen(Theme::black(0.22), 2.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(pivot + QPointF(2.5, 2.5), tip + QPointF(2.5, 2.5));
+    painter.setPen(QPen(ink(), 1.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(pivot, tip);
+    painter.restore();
+}
+
+}  // namespace Kit

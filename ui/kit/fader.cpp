@@ -1,0 +1,99 @@
+#include "ui/kit/fader.hpp"
+
+#include "ui/kit/painting.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Kit {
+
+namespace {
+
+constexpr double quantum = 0.1;
+constexpr int controlWidth = 64;
+constexpr double captionLine = 20;
+constexpr double readOutLine = 20;
+constexpr double labelGap = 8;
+constexpr double capHeight = 30;
+constexpr double barWidth = 5;
+constexpr int barPadding = 18;
+
+// Arrow keys and the wheel take useful steps on a range of dB, fine ones on a few ms.
+constexpr double wideRange = 20;
+constexpr double wideStep = 0.5;
+
+}  // namespace
+
+Fader::Fader(const QString& title, Range range, double defaultValue, Format format, const Look& look,
+             QWidget* parent)
+    : ValueControl(range, defaultValue, quantum, std::move(format), parent)
+    , title(title)
+    , look(look) {
+    setAccessibleName(title);
+    setFixedSize(controlWidth + 24, static_cast<int>(look.height + captionLine + readOutLine + labelGap));
+    for (int i = 0; i < look.levels; ++i) {
+        auto* const bar = new MeterBar(barWidth, this);
+        const QRectF place = track().adjusted(0, barPadding, 0, -barPadding);
+        const double x = track().right() - 10 - (look.levels - i) * (barWidth + 5);
+        bar->setGeometry(static_cast<int>(std::round(x + barWidth / 2)) - bar->width() / 2,
+                         static_cast<int>(place.top()), bar->width(), static_cast<int>(place.height()));
+        bars.push_back(bar);
+    }
+}
+
+void Fader::setLevels(const std::vector<float>& levels) {
+    for (std::size_t i = 0; i < std::min(levels.size(), bars.size()); ++i)
+        bars[i]->setLevel(levels[i]);
+}
+
+double Fader::stepSize() const { return range.extent() > wideRange ? wideStep : quantum; }
+
+QRectF Fader::track() const {
+    const double top = look.labelsBelow ? 0 : captionLine + readOutLine + labelGap;
+    return {(width() - controlWidth) / 2.0, top, controlWidth, look.height};
+}
+
+Control::Outline Fader::outline() const { return {track().adjusted(-3, 1, 3, -1), 22}; }
+
+double Fader::slotCentre() const {
+    return bars.empty() ? track().center().x() : track().left() + controlWidth * 0.36;
+}
+
+QRectF Fader::cap() const {
+    const double travel = track().height() - capHeight;
+    const double width = bars.empty() ? 44 : 36;
+    return {slotCentre() - width / 2, track().top() + (1 - fraction()) * travel, width, capHeight};
+}
+
+double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) const {
+    return start - range.extent() * translation.y() / (track().height() - capHeight);
+}
+
+void Fader::paint(QPainter& painter) {
+    Paint::well(painter, track(), 20);
+    const QRectF slot(slotCentre() - 2, track().top() + 14, 4, track().height() - 28);
+    Paint::fill(painter, slot, 2, Theme::black(0.55));
+    Paint::edge(painter, slot, 2, Theme::recessRim(slot), 0.6);
+
+    const QRectF handle = cap();
+    const bool bright = isHovered() || isDragging();
+    Paint::dropShadow(painter, handle, 10, {Theme::black(0.6), 6, 3});
+    Paint::cached(painter, QStringLiteral("fader cap %1").arg(int(bright)), handle, [&](QPainter& ink) {
+        const QRectF local(QPointF(), handle.size());
+        Paint::fill(ink, local, 10,
+                    Theme::vertical(local, Theme::rgb(0.30, 0.315, 0.36), Theme::rgb(0.17, 0.18, 0.215)));
+        if (bright) Paint::fill(ink, local, 10, Theme::white(0.05));
+        Paint::edge(ink, local, 10, Theme::rim(local));
+        QRectF grip(0, 0, local.width() - 16, 2.4);
+        grip.moveCenter(local.center());
+        Paint::fill(ink, grip, 1.2, Theme::grey(0.92));
+    });
+
+    const double top = look.labelsBelow ? track().bottom() + labelGap : 0;
+    Paint::text(painter, {0, top, double(width()), captionLine}, Qt::AlignCenter, title.toUpper(),
+                {Theme::font(12, QFont::DemiBold, 2), Theme::text, {}, false});
+    Paint::text(painter, {0, top + captionLine, double(width()), readOutLine}, Qt::AlignCenter, valueText(),
+                {Theme::font(13, QFont::Medium), Theme::text, {}, true});
+}
+
+}  // namespace Kit

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "ui/kit/meterbar.hpp"
+#include "ui/kit/valuecontrol.hpp"
+
+#include <QString>
+
+#include <vector>
+
+namespace Kit {
+
+/// A vertical slider on steps of 0.1, with meter bars beside its slot. A drag over its whole travel
+/// covers the whole range.
+class Fader final : public ValueControl {
+public:
+    struct Look {
+        double height = 300;  // of the track
+        int levels = 0;       // meter bars
+        bool labelsBelow = false;
+    };
+
+    Fader(const QString& title, Range range, double defaultValue, Format format, const Look& look,
+          QWidget* parent);
+
+    void setLevels(const std::vector<float>& levels);
+
+    double stepSize() const override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::Slider; }
+
+protected:
+    double dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const override;
+    void paint(QPainter& painter) override;
+    Outline outline() const override;
+
+private:
+    QRectF track() const;
+    QRectF cap() const;
+    double slotCentre() const;
+
+    const QString title;
+    const Look look;
+    std::vector<MeterBar*> bars;
+};
+
+}  // namespace Kit

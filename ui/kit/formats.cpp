@@ -1,0 +1,29 @@
+#include "ui/kit/formats.hpp"
+
+namespace Formats {
+
+namespace {
+
+constexpr double centimetresPerMs = 34.3;
+
+}  // namespace
+
+QString decibels(double db) { return QString::asprintf("%.1f dB", db); }
+QString signedDecibels(double db) { return QString::asprintf("%+.1f dB", db); }
+QString wholeDecibels(double db) { return QString::asprintf("%.0f dB", db); }
+QString ratio(double ratio) { return QString::asprintf("%.1f : 1", ratio); }
+QString delay(double ms) { return QString::asprintf("%.2f ms", ms); }
+QString distance(double ms) { return QString::asprintf("%.1f cm", ms * centimetresPerMs); }
+
+QString time(std::uint32_t ms) {
+    return ms < 1000 ? QString::asprintf("%u ms", ms) : QString::asprintf("%.2f s", ms / 1000.0);
+}
+
+QString percent(double fraction) { return QString::asprintf("%.0f%%", fraction * 100); }
+
+QString frequency(double hz) {
+    if (hz < 1000) return QString::asprintf("%.0f Hz", hz);
+    return QString::asprintf(hz < 10000 ? "%.2fk" : "%.1fk", hz / 1000);
+}
+
+}  // namespace Formats

@@ -1,0 +1,58 @@
+#include "ui/kit/iconbutton.hpp"
+
+#include "ui/kit/painting.hpp"
+#include "ui/kit/symbols.hpp"
+
+namespace Kit {
+
+namespace {
+
+constexpr int spokes = 8;
+
+}  // namespace
+
+IconButton::IconButton(const QString& symbol, const QString& meaning, double iconSize, QWidget* parent)
+    : Key(parent)
+    , symbol(symbol)
+    , iconSize(iconSize) {
+    setAccessibleName(meaning);
+    setToolTip(meaning);
+    setFixedSize(static_cast<int>(iconSize) + 12, static_cast<int>(iconSize) + 12);
+}
+
+void IconButton::paint(QPainter& painter) {
+    if (isHovered() && isEnabled()) Paint::fill(painter, rect(), 7, Theme::white(isPressed() ? 0.10 : 0.06));
+    QRectF icon(0, 0, iconSize, iconSize);
+    icon.moveCenter(QRectF(rect()).center());
+    Symbols::draw(painter, symbol, icon, isHovered() && isEnabled() ? Theme::text : Theme::secondary);
+}
+
+Spinner::Spinner(QWidget* parent)
+    : QWidget(parent) {
+    setFixedSize(16, 16);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void Spinner::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(QRectF(rect()).center());
+    painter.rotate(turn * 360.0 / spokes);
+    for (int i = 0; i < spokes; ++i) {
+        painter.setPen(
+            QPen(Theme::faded(Theme::text, 0.15 + 0.75 * i / spokes), 1.8, Qt::SolidLine, Qt::RoundCap));
+        painter.drawLine(QPointF(0, -3.4), QPointF(0, -6.4));
+        painter.rotate(360.0 / spokes);
+    }
+}
+
+void Spinner::timerEvent(QTimerEvent*) {
+    turn = (turn + 1) % spokes;
+    update();
+}
+
+void Spinner::showEvent(QShowEvent*) { timer = startTimer(100); }
+
+void Spinner::hideEvent(QHideEvent*) { killTimer(timer); }
+
+}  // namespace Kit

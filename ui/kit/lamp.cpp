@@ -1,0 +1,35 @@
+#include "ui/kit/lamp.hpp"
+
+#include "ui/kit/painting.hpp"
+
+namespace Kit {
+
+void drawLamp(QPainter& painter, const QRectF& bounds, const QColor& color, bool on) {
+    QRectF lamp(0, 0, lampSize, lampSize);
+    lamp.moveCenter(bounds.center());
+    if (on) Paint::dropShadow(painter, lamp, lampSize / 2, {Theme::faded(color, 0.8), 4, 0});
+    Paint::fill(painter, lamp, lampSize / 2, on ? color : Theme::grey(0.2));
+    Paint::edge(painter, lamp, lampSize / 2, Theme::black(0.4), 0.5);
+}
+
+LampSwitch::LampSwitch(const QString& name, QWidget* parent)
+    : Key(parent) {
+    setAccessibleName(name);
+    setToolTip(name);
+    setFixedSize(22, 22);
+}
+
+void LampSwitch::setOn(bool value) {
+    if (on == value) return;
+    on = value;
+    shownChanged();
+}
+
+void LampSwitch::paint(QPainter& painter) {
+    const QRectF key = QRectF(rect()).adjusted(1, 1, -1, -1);
+    Paint::fill(painter, key, 4, isPressed() ? Theme::rgb(0.16, 0.17, 0.20) : Theme::rgb(0.20, 0.21, 0.25));
+    Paint::edge(painter, key, 4, Theme::white(isHovered() ? 0.24 : 0.12));
+    drawLamp(painter, key, Theme::accent, on);
+}
+
+}  // namespace Kit

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/kit/control.hpp"
+#include "ui/kit/motion.hpp"
+
+namespace Kit {
+
+/// A bar from -60 dB (empty) to +6 dB (full). Draws its glow inside its own margins.
+class MeterBar final : public Control {
+public:
+    /// `width` of the bar itself.
+    MeterBar(double width, QWidget* parent);
+
+    /// In dB; anything that is not finite is silence.
+    void setLevel(float level);
+
+    static double fractionOf(float level);
+
+    QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
+    QString valueText() const override;
+
+protected:
+    void paint(QPainter& painter) override;
+
+private:
+    const double barWidth;
+    float level;
+    Motion fill;
+};
+
+}  // namespace Kit

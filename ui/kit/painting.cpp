@@ -1,0 +1,324 @@
+#include "ui/kit/painting.hpp"
+
+#include <QFontMetricsF>
+#include <QImage>
+#include <QPaintDevice>
+#include <QPainterPath>
+#include <QPixmapCache>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace Paint {
+
+namespace {
+
+// Three box blurs in a row come close to a Gaussian; its deviation is half the blur.
+constexpr double reach = 1.5;
+
+void boxBlurLine(const uchar* from, uchar* to, int count, int stride, int radius) {
+    const int window = 2 * radius + 1;
+    int sum = 0;
+    const auto at = [&](int i) { return i < 0 || i >= count ? 0 : from[i * stride]; };
+    for (int i = -radius; i <= radius; ++i)
+        sum += at(i);
+    for (int i = 0; i < count; ++i) {
+        to[i * stride] = static_cast<uchar>((sum + window / 2) / window);
+        sum += at(i + radius + 1) - at(i - radius);
+    }
+}
+
+void blur(QImage& alpha, double deviation) {
+    const int radius = std::max(1, static_cast<int>(std::lround(deviation * 0.94)));
+    QImage other(alpha.size(), QImage::Format_Alpha8);
+    const int width = alpha.width();
+    const int height = alpha.height();
+    const auto stride = static_cast<int>(alpha.bytesPerLine());
+    for (int pass = 0; pass < 3; ++pass) {
+        for (int y = 0; y < height; ++y)
+            boxBlurLine(alpha.constScanLine(y), other.scanLine(y), width, 1, radius);
+        const uchar* const from = other.constBits();
+        uchar* const to = alpha.bits();
+        for (int x = 0; x < width; ++x)
+            boxBlurLine(from + x, to + x, height, stride, radius);
+    }
+}
+
+QImage tinted(const QImage& alpha, const QColor& color) {
+    QImage image(alpha.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(color);
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(0, 0, alpha);
+    return image;
+}
+
+QString keyOf(const char* what, std::initializer_list<double> numbers, const QColor& color) {
+    QString key = QLatin1String(what);
+    for (const double number : numbers)
+        key += u' ' + QString::number(number);
+    return key + u' ' + QString::number(color.rgba64(), 16);
+}
+
+// Room for a window's pictures on a large screen at ratio 2.
+constexpr int cacheKilobytes = 96 * 1024;
+
+QPixmap kept(const QString& key, const std::function<QPixmap()>& make) {
+    if (QPixmapCache::cacheLimit() < cacheKilobytes) QPixmapCache::setCacheLimit(cacheKilobytes);
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap)) return pixmap;
+    pixmap = make();
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
+}
+
+// A blurred rounded rectangle. Where it is large its straight edges are one pixel long, to be
+// stretched. All in device pixels.
+struct Soft {
+    QPixmap picture;
+    int margin;  // from the picture's edge to the shape's
+    int corner;  // what must not be stretched, from the picture's edge
+};
+
+Soft softShape(QSizeF size, double radius, double blurRadius, const QColor& color) {
+    const int margin = static_cast<int>(std::ceil(blurRadius * reach)) + 1;
+    const int corner = 2 * margin + static_cast<int>(std::ceil(radius));
+    const double limit = 2 * (corner - margin) + 1;
+    const QSizeF drawn(std::min(size.width(), limit), std::min(size.height(), limit));
+    const QString key = keyOf("soft", {drawn.width(), drawn.height(), radius, blurRadius}, color);
+    const QPixmap picture = kept(key, [&] {
+        QImage alpha(static_cast<int>(std::ceil(drawn.width())) + 2 * margin,
+                     static_cast<int>(std::ceil(drawn.height())) + 2 * margin, QImage::Format_Alpha8);
+        alpha.fill(0);
+        {
+            QPainter painter(&alpha);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(Qt::black);
+            painter.drawRoundedRect(QRectF(QPointF(margin, margin), drawn), radius, radius);
+        }
+        if (blurRadius > 0) blur(alpha, blurRadius / 2);
+        return QPixmap::fromImage(tinted(alpha, color));
+    });
+    return {picture, margin, corner};
+}
+
+// Stretches the middle rows and columns of a picture over `target`.
+void drawStretched(QPainter& painter, const QRectF& target, const Soft& soft) {
+    const QSizeF size = soft.picture.size();
+    const bool wide = target.width() > size.width() + 0.5;
+    const bool high = target.height() > size.height() + 0.5;
+    if (!wide && !high) return painter.drawPixmap(target.topLeft(), soft.picture);
+    const double corner = soft.corner;
+    struct Span {
+        double from, length, to, extent;
+    };
+    const auto spans = [corner](bool stretch, double length, double start, double extent) {
+        if (!stretch) return std::vector<Span>{{0, length, start, length}};
+        return std::vector<Span>{
+            {0, corner, start, corner},
+            {corner, length - 2 * corner, start + corner, extent - 2 * corner},
+            {length - corner, corner, start + extent - corner, corner},
+        };
+    };
+    for (const Span& y : spans(high, size.height(), target.top(), target.height()))
+        for (const Span& x : spans(wide, size.width(), target.left(), target.width()))
+            painter.drawPixmap(QRectF(x.to, y.to, x.extent, y.extent), soft.picture,
+                               QRectF(x.from, y.from, x.length, y.length));
+}
+
+double ratioOf(const QPainter& painter) { return painter.device()->devicePixelRatio(); }
+
+QRectF scaled(const QRectF& rect, double ratio) { return {rect.topLeft() * ratio, rect.size() * ratio}; }
+
+void drawCharacters(QPainter& painter, QPointF baseline, const QString& text, const QFont& font,
+                    double digit) {
+    const QFontMetricsF metrics(font);
+    double x = baseline.x();
+    for (const QChar c : text) {
+        const double own = metrics.horizontalAdvance(c);
+        const double room = c.isDigit() ? digit : own;
+        painter.drawText(QPointF(x + (room - own) / 2, baseline.y()), QString(c));
+        x += room;
+    }
+}
+
+double widestDigit(const QFont& font) {
+    const QFontMetricsF metrics(font);
+    double widest = 0;
+    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
+        widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
+    return widest;
+}
+
+void drawLine(QPainter& painter, QPointF baseline, const QString& text, const TextStyle& style,
+              const QColor& color) {
+    painter.setFont(style.font);
+    painter.setPen(color);
+    if (style.tabularDigits)
+        drawCharacters(painter, baseline, text, style.font, widestDigit(style.font));
+    else
+        painter.drawText(baseline, text);
+}
+
+void drawTextShadow(QPainter& painter, QPointF baseline, const QString& text, const TextStyle& style,
+                    const QSizeF& size) {
+    const double ratio = ratioOf(painter);
+    const double margin = std::ceil(style.shadow.blur * reach) + 1;
+    const QFontMetricsF metrics(style.font);
+    const QString key =
+        keyOf("text", {style.font.pixelSize() * 1.0, style.shadow.blur, ratio}, style.shadow.color) +
+        style.font.key() + text;
+    const QPixmap picture = kept(key, [&] {
+        QImage alpha(((size + QSizeF(2 * margin, 2 * margin)) * ratio).toSize(), QImage::Format_Alpha8);
+        alpha.setDevicePixelRatio(ratio);
+        alpha.fill(0);
+        {
+            QPainter ink(&alpha);
+            drawLine(ink, QPointF(margin, margin + metrics.ascent()), text, style, Qt::black);
+        }
+        alpha.setDevicePixelRatio(1);
+        blur(alpha, style.shadow.blur * ratio / 2);
+        QPixmap pixmap = QPixmap::fromImage(tinted(alpha, style.shadow.color));
+        pixmap.setDevicePixelRatio(ratio);
+        return pixmap;
+    });
+    painter.drawPixmap(baseline - QPointF(margin, margin + metrics.ascent() - style.shadow.offsetY), picture);
+}
+
+}  // namespace
+
+void fill(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(brush);
+    painter.drawRoundedRect(shape, radius, radius);
+}
+
+void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush, double width) {
+    const double inset = width / 2;
+    painter.setPen(QPen(brush, width));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(shape.adjusted(inset, inset, -inset, -inset), std::max(0.0, radius - inset),
+                            std::max(0.0, radius - inset));
+}
+
+void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
+    const double ratio = ratioOf(painter);
+    const QRectF device = scaled(shape.translated(0, shadow.offsetY), ratio);
+    const Soft soft = softShape(device.size(), radius * ratio, shadow.blur * ratio, shadow.color);
+    const double margin = soft.margin;
+    painter.save();
+    painter.scale(1 / ratio, 1 / ratio);
+    drawStretched(painter, device.adjusted(-margin, -margin, margin, margin), soft);
+    painter.restore();
+}
+
+// What the blurred shape leaves uncovered, kept inside the sharp shape.
+void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
+    const double ratio = ratioOf(painter);
+    const QString key = keyOf(
+        "inner", {shape.width(), shape.height(), radius, shadow.blur, shadow.offsetY, ratio}, shadow.color);
+    const QPixmap picture = kept(key, [&] {
+        const QRectF local(QPointF(), shape.size());
+        QPixmap pixmap((shape.size() * ratio).toSize());
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(shadow.color);
+        QPainter ink(&pixmap);
+        ink.setRenderHint(QPainter::Antialiasing);
+        ink.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        dropShadow(ink, local, radius, {Qt::black, shadow.blur, shadow.offsetY});
+        ink.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+        QPixmap mask(pixmap.size());
+        mask.setDevicePixelRatio(ratio);
+        mask.fill(Qt::transparent);
+        {
+            QPainter sharp(&mask);
+            sharp.setRenderHint(QPainter::Antialiasing);
+            fill(sharp, local, radius, Qt::black);
+        }
+        ink.drawPixmap(0, 0, mask);
+        ink.end();
+        return pixmap;
+    });
+    painter.drawPixmap(shape.topLeft(), picture);
+}
+
+void well(QPainter& painter, const QRectF& shape, double radius) {
+    cached(painter, QStringLiteral("well ") + QString::number(radius), shape, [&](QPainter& ink) {
+        const QRectF local(QPointF(), shape.size());
+        fill(ink, local, radius, Theme::well);
+        innerShadow(ink, local, radius, {Theme::black(0.85), 7, 5});
+        innerShadow(ink, local, radius, {Theme::white(0.06), 1, -1});
+        edge(ink, local, radius, Theme::recessRim(local));
+    });
+}
+
+void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen, const QColor& glow,
+                   double blur) {
+    constexpr int layers = 8;
+    painter.setBrush(Qt::NoBrush);
+    for (int layer = layers; layer > 0; --layer) {
+        const double spread = 2 * blur * layer / layers;
+        QPen soft = pen;
+        soft.setWidthF(pen.widthF() + spread);
+        const double strength = 1 - static_cast<double>(layer) / (layers + 1);
+        soft.setColor(Theme::faded(glow, glow.alphaF() * strength * strength / layers * 2.2));
+        painter.strokePath(path, soft);
+    }
+    painter.strokePath(path, pen);
+}
+
+void cached(QPainter& painter, const QString& key, const QRectF& bounds,
+            const std::function<void(QPainter&)>& paint) {
+    const double ratio = ratioOf(painter);
+    const QString whole = key + u' ' + QString::number(bounds.width()) + u' ' +
+                          QString::number(bounds.height()) + u' ' + QString::number(ratio);
+    const QPixmap picture = kept(whole, [&] {
+        QPixmap pixmap((bounds.size() * ratio).toSize());
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::transparent);
+        QPainter ink(&pixmap);
+        ink.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        paint(ink);
+        ink.end();
+        return pixmap;
+    });
+    painter.drawPixmap(bounds.topLeft(), picture);
+}
+
+double textWidth(const QString& text, const TextStyle& style) {
+    const QFontMetricsF metrics(style.font);
+    if (!style.tabularDigits) return metrics.horizontalAdvance(text);
+    const double digit = widestDigit(style.font);
+    double width = 0;
+    for (const QChar c : text)
+        width += c.isDigit() ? digit : metrics.horizontalAdvance(c);
+    return width;
+}
+
+void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, const QString& whole,
+          const TextStyle& style) {
+    const QFontMetricsF metrics(style.font);
+    QString text = whole;
+    double width = textWidth(text, style);
+    if (width > bounds.width() + 0.5) {
+        text = metrics.elidedText(whole, Qt::ElideRight, bounds.width());
+        width = textWidth(text, style);
+    }
+    // Tracking follows every letter; the last one's is no part of what is seen.
+    const double seen = width - style.font.letterSpacing();
+    double x = bounds.left();
+    if (alignment & Qt::AlignHCenter) x = bounds.center().x() - seen / 2;
+    if (alignment & Qt::AlignRight) x = bounds.right() - seen;
+    // Centred by the capitals, since captions and numbers have no descenders.
+    double baseline = bounds.center().y() + metrics.capHeight() / 2;
+    if (alignment & Qt::AlignTop) baseline = bounds.top() + metrics.ascent();
+    if (alignment & Qt::AlignBottom) baseline = bounds.bottom() - metrics.descent();
+    const QPointF start(x, std::round(baseline));
+    if (style.shadow.color.isValid() && style.shadow.color.alpha() > 0)
+        drawTextShadow(painter, start, text, style, QSizeF(width, metrics.height()));
+    drawLine(painter, start, text, style, style.color);
+}
+
+}  // namespace Paint

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "ui/kit/theme.hpp"
+
+#include <QPainter>
+#include <QPixmap>
+#include <QString>
+
+#include <functional>
+
+/// Drawing steps that the controls share. Every shape is a rounded rectangle: capsules and circles
+/// are those whose radius is half their height.
+namespace Paint {
+
+/// A blurred shadow. Its blur reaches about one and a half times `blur` beyond the shape.
+struct Shadow {
+    QColor color;
+    double blur = 0;
+    double offsetY = 0;
+};
+
+void fill(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush);
+
+/// A line along the inside of the edge.
+void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush, double width = 1);
+
+/// Outside and under the shape; draw it first.
+void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow);
+
+/// Inside the shape, as its own edge would cast it.
+void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow);
+
+/// The recessed background of read-outs.
+void well(QPainter& painter, const QRectF& shape, double radius);
+
+/// A soft light along a stroke.
+void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen, const QColor& glow,
+                   double blur);
+
+/// Draws `paint` through a picture that is kept for its key, size and the painter's pixel ratio.
+/// `paint` draws in coordinates whose origin is the top left of `bounds`.
+void cached(QPainter& painter, const QString& key, const QRectF& bounds,
+            const std::function<void(QPainter&)>& paint);
+
+struct TextStyle {
+    QFont font;
+    QColor color;
+    Shadow shadow;               // none where its colour is transparent
+    bool tabularDigits = false;  // all digits as wide as the widest
+};
+
+double textWidth(const QString& text, const TextStyle& style);
+
+/// One line, elided where it is too long for `bounds`.
+void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, const QString& text,
+          const TextStyle& style);
+
+}  // namespace Paint

@@ -1,0 +1,140 @@
+#include "ui/kit/pillbutton.hpp"
+
+#include "ui/kit/painting.hpp"
+#include "ui/kit/symbols.hpp"
+
+#include <QEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Kit {
+
+namespace {
+
+struct Measures {
+    double font;
+    double horizontal;
+    double vertical;
+    double icon;
+};
+
+Measures measuresOf(PillButton::Size size) {
+    return size == PillButton::Size::compact ? Measures{11, 13, 7, 13} : Measures{13, 19, 10, 15};
+}
+
+constexpr double bezelWidth = 4;  // round the key
+constexpr double iconGap = 6;
+
+}  // namespace
+
+PillButton::PillButton(const QString& title, Size size, QWidget* parent)
+    : Key(parent)
+    , size(size)
+    , title(title) {
+    setAccessibleName(title);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void PillButton::setTitle(const QString& text) {
+    if (title == text) return;
+    title = text;
+    setAccessibleName(text);
+    updateGeometry();
+    update();
+}
+
+void PillButton::setIcon(const QString& symbol) {
+    if (icon == symbol) return;
+    icon = symbol;
+    updateGeometry();
+    update();
+}
+
+void PillButton::setOn(bool value) {
+    if (on == value) return;
+    on = value;
+    shownChanged();
+}
+
+void PillButton::reserveFor(const QStringList& titles) {
+    reserved = titles;
+    updateGeometry();
+}
+
+double PillButton::labelWidth(const QString& text) const {
+    const Measures m = measuresOf(size);
+    const double words = Paint::textWidth(text, {Theme::font(m.font, QFont::DemiBold), {}, {}});
+    return words + (icon.isEmpty() ? 0 : m.icon + iconGap);
+}
+
+QSize PillButton::sizeHint() const {
+    const Measures m = measuresOf(size);
+    double width = labelWidth(title);
+    for (const QString& other : reserved)
+        width = std::max(width, labelWidth(other));
+    const double lineHeight = std::round(m.font * 1.25);
+    return {static_cast<int>(std::ceil(width + 2 * (m.horizontal + bezelWidth))),
+            static_cast<int>(std::ceil(lineHeight + 2 * (m.vertical + bezelWidth)))};
+}
+
+QRectF PillButton::bezel() const { return QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5); }
+
+Control::Outline PillButton::outline() const { return {bezel(), bezel().height() / 2}; }
+
+void PillButton::paint(QPainter& painter) {
+    const QRectF outer = bezel();
+    const bool pushed = on || isPressed();
+    const QString state =
+        QStringLiteral("pill %1%2%3").arg(int(on)).arg(int(isPressed())).arg(int(isHovered()));
+    Paint::cached(painter, state, rect(), [&](QPainter& ink) {
+        Paint::fill(ink, outer, outer.height() / 2, Theme::well);
+        Paint::innerShadow(ink, outer, outer.height() / 2, {Theme::black(0.75), 3, 2});
+        Paint::edge(ink, outer, outer.height() / 2, Theme::recessRim(outer));
+        drawBody(ink, outer.adjusted(bezelWidth, bezelWidth, -bezelWidth, -bezelWidth));
+    });
+    drawLabel(painter, outer.translated(0, pushed ? 0.5 : 0));
+}
+
+void PillButton::drawBody(QPainter& painter, const QRectF& key) const {
+    const double radius = key.height() / 2;
+    const bool pushed = on || isPressed();
+    Paint::dropShadow(painter, key, radius,
+                      pushed ? Paint::Shadow{Theme::black(0.3), 4, 0}
+                             : Paint::Shadow{Theme::black(0.6), 5, 1});
+    const double light = isHovered() && isEnabled() ? 0.02 : 0;
+    const auto lighter = [light](double r, double g, double b) {
+        return Theme::rgb(r + light, g + light, b + light);
+    };
+    Paint::fill(painter, key, radius,
+                pushed ? Theme::vertical(key, lighter(0.16, 0.17, 0.20), lighter(0.13, 0.14, 0.165))
+                       : Theme::vertical(key, lighter(0.27, 0.285, 0.33), lighter(0.19, 0.20, 0.24)));
+    if (on) {
+        Paint::innerShadow(painter, key, radius, {Theme::faded(Theme::accent, 0.18), 8, 0});
+        Paint::edge(painter, key, radius, Theme::faded(Theme::accent, 0.45));
+    } else {
+        Paint::edge(painter, key, radius, Theme::rim(key));
+    }
+}
+
+void PillButton::drawLabel(QPainter& painter, const QRectF& key) const {
+    const Measures m = measuresOf(size);
+    Paint::TextStyle style{
+        Theme::font(m.font, QFont::DemiBold), Theme::faded(Theme::text, 0.88), {Theme::black(0.5), 1, 1}};
+    if (on) {
+        style.color = Theme::accent;
+        style.shadow = {Theme::faded(Theme::accent, 0.6), 4, 0};
+    }
+    QRectF label(0, 0, labelWidth(title), key.height());
+    label.moveCenter(key.center());
+    if (!icon.isEmpty()) {
+        QRectF place(label.left(), 0, m.icon, m.icon);
+        place.moveTop(std::round(key.center().y() - m.icon / 2));
+        place.moveLeft(std::round(place.left()));
+        Symbols::draw(painter, icon, place, style.color);
+        label.setLeft(label.left() + m.icon + iconGap);
+    }
+    Paint::text(painter, label.adjusted(0, 0, 1, 0), Qt::AlignLeft | Qt::AlignVCenter, title, style);
+}
+
+}  // namespace Kit

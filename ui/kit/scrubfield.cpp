@@ -1,0 +1,117 @@
+#include "ui/kit/scrubfield.hpp"
+
+#include "ui/kit/painting.hpp"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+
+#include <cmath>
+
+namespace Kit {
+
+namespace {
+
+constexpr int fieldHeight = 24;
+constexpr int padding = 7;
+constexpr double fineFactor = 0.2;
+constexpr double stepsPerPoint = 0.25;
+constexpr double pointsPerOctave = 90;
+constexpr double stepsPerOctave = 12;
+
+}  // namespace
+
+ScrubField::ScrubField(const QString& name, Range range, Format format, const Look& look, QWidget* parent)
+    : ValueControl(range, range.lower, look.step, std::move(format), parent)
+    , logarithmic(look.logarithmic)
+    , editor(new QLineEdit(this)) {
+    setAccessibleName(name);
+    setFixedSize(look.width, fieldHeight);
+    setCursor(Qt::SizeHorCursor);
+    editor->setFrame(false);
+    editor->setFont(Theme::font(11));
+    editor->setTextMargins(padding - 2, 0, padding - 2, 0);
+    editor->setAccessibleName(name);
+    editor->setStyleSheet(
+        QStringLiteral("background: transparent; color: %1; selection-background-color: %2;")
+            .arg(Theme::text.name(), Theme::accent.name()));
+    editor->installEventFilter(this);
+    editor->hide();
+}
+
+std::optional<double> ScrubField::parse(const QString& typed) {
+    QString text = typed.toLower().replace(u',', u'.');
+    const double multiplier = text.endsWith(u'k') ? 1000 : 1;
+    text.removeIf([](QChar c) { return !QStringView(u"0123456789.-").contains(c); });
+    bool valid = false;
+    const double number = text.toDouble(&valid);
+    return valid ? std::optional(number * multiplier) : std::nullopt;
+}
+
+bool ScrubField::isEditing() const { return !editor->isHidden(); }
+
+double ScrubField::dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const {
+    const double factor = isFineTuned(modifiers) ? fineFactor : 1;
+    const double delta = translation.x() - translation.y();
+    return logarithmic ? start * std::exp2(delta / pointsPerOctave * factor)
+                       : start + factor * delta * stepsPerPoint * stepSize();
+}
+
+void ScrubField::moveBySteps(double steps) {
+    if (logarithmic)
+        propose(value() * std::exp2(steps / stepsPerOctave));
+    else
+        ValueControl::moveBySteps(steps);
+}
+
+void ScrubField::beginEditing() {
+    editor->setText(logarithmic ? QString::asprintf("%.0f", value()) : QString::asprintf("%g", value()));
+    editor->show();
+    editor->setFocus(Qt::OtherFocusReason);
+    editor->selectAll();
+    update();
+}
+
+void ScrubField::endEditing(bool commit) {
+    if (!isEditing()) return;
+    const QString typed = editor->text();
+    const bool keepsFocus = editor->hasFocus();
+    editor->hide();
+    if (keepsFocus) setFocus(Qt::OtherFocusReason);
+    update();
+    const auto number = parse(typed);
+    if (commit && number) propose(*number);
+}
+
+void ScrubField::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) beginEditing();
+}
+
+void ScrubField::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F2) return beginEditing();
+    if (key == Qt::Key_Home) return QWidget::keyPressEvent(event);
+    ValueControl::keyPressEvent(event);
+}
+
+bool ScrubField::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusOut) endEditing(true);
+    if (event->type() != QEvent::KeyPress) return ValueControl::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const bool returned = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (!returned && key != Qt::Key_Escape) return ValueControl::eventFilter(watched, event);
+    endEditing(returned);
+    return true;
+}
+
+void ScrubField::resizeEvent(QResizeEvent*) { editor->setGeometry(rect()); }
+
+void ScrubField::paint(QPainter& painter) {
+    Paint::well(painter, rect(), 7);
+    if (isHovered() || isDragging()) Paint::edge(painter, rect(), 7, Theme::white(0.14));
+    if (isEditing()) return;
+    Paint::text(painter, QRectF(rect()).adjusted(padding, 0, -padding, 0), Qt::AlignCenter, valueText(),
+                {Theme::font(11), Theme::text, {}, true});
+}
+
+}  // namespace Kit

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "ui/kit/valuecontrol.hpp"
+
+#include <optional>
+
+class QLineEdit;
+
+namespace Kit {
+
+/// A number that is dragged or typed. Right and up increase: one step every 4 points, or on a
+/// logarithmic field one octave every 90; five times finer with Option or Shift held. A
+/// double-click, Return or F2 begins typing; Return and the loss of focus take the number over,
+/// Escape does not.
+class ScrubField final : public ValueControl {
+public:
+    struct Look {
+        double step = 0;
+        bool logarithmic = false;
+        int width = 56;
+    };
+
+    ScrubField(const QString& name, Range range, Format format, const Look& look, QWidget* parent);
+
+    /// The number that a text means: "2,5k" is 2500. None when it holds no number.
+    static std::optional<double> parse(const QString& text);
+
+    bool isEditing() const;
+    void moveBySteps(double steps) override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::SpinBox; }
+
+protected:
+    double dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const override;
+    double dragThreshold() const override { return 2; }
+    void paint(QPainter& painter) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void beginEditing();
+    void endEditing(bool commit);
+
+    const bool logarithmic;
+    QLineEdit* editor;
+};
+
+}  // namespace Kit

@@ -1,0 +1,46 @@
+#include "ui/kit/symbols.hpp"
+
+#include "ui/kit/painting.hpp"
+
+#include <QFile>
+#include <QSvgRenderer>
+
+namespace Symbols {
+
+namespace {
+
+QString pathOf(const QString& name) { return QStringLiteral(":/symbols/%1.svg").arg(name); }
+
+const QString logo = QStringLiteral(":/LogoMark.svg");
+
+void drawFile(QPainter& painter, const QString& file, const QRectF& bounds, const QBrush& brush) {
+    const QString key = file + (brush.gradient() ? QStringLiteral(" gradient ")
+                                                 : QString::number(brush.color().rgba64(), 16));
+    Paint::cached(painter, key, bounds, [&](QPainter& ink) {
+        const QRectF local(QPointF(), bounds.size());
+        QSvgRenderer renderer(file);
+        renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+        renderer.render(&ink, local);
+        ink.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        ink.fillRect(local, brush);
+    });
+}
+
+}  // namespace
+
+bool exists(const QString& name) { return QFile::exists(pathOf(name)); }
+
+void draw(QPainter& painter, const QString& name, const QRectF& bounds, const QBrush& brush) {
+    drawFile(painter, pathOf(name), bounds, brush);
+}
+
+double logoAspect() {
+    static const QSizeF size = QSvgRenderer(logo).viewBoxF().size();
+    return size.width() / size.height();
+}
+
+void drawLogo(QPainter& painter, const QRectF& bounds, const QBrush& brush) {
+    drawFile(painter, logo, bounds, brush);
+}
+
+}  // namespace Symbols

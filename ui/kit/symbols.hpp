@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QColor>
+#include <QPainter>
+#include <QRectF>
+#include <QString>
+
+/// The icons, by name ("music.note"), and the logo mark. They take the colour that they are given.
+namespace Symbols {
+
+bool exists(const QString& name);
+
+/// In the middle of `bounds`, as large as fits.
+void draw(QPainter& painter, const QString& name, const QRectF& bounds, const QBrush& brush);
+
+/// Width over height of the mark.
+double logoAspect();
+void drawLogo(QPainter& painter, const QRectF& bounds, const QBrush& brush);
+
+}  // namespace Symbols

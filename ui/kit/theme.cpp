@@ -1,0 +1,59 @@
+#include "ui/kit/theme.hpp"
+
+#include <QFontDatabase>
+#include <QStringList>
+
+namespace Theme {
+
+namespace {
+
+QString firstInstalled(const QStringList& families) {
+    for (const QString& family : families)
+        if (QFontDatabase::hasFamily(family)) return family;
+    return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
+}
+
+QFont sized(const QString& family, double size, QFont::Weight weight, double tracking) {
+    QFont font(family);
+    font.setPixelSize(qRound(size));
+    font.setWeight(weight);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return font;
+}
+
+}  // namespace
+
+QLinearGradient rim(const QRectF& bounds) {
+    QLinearGradient gradient(bounds.topLeft(), bounds.bottomLeft());
+    gradient.setColorAt(0, white(0.34));
+    gradient.setColorAt(0.22, white(0.06));
+    gradient.setColorAt(0.78, black(0.28));
+    gradient.setColorAt(1, white(0.12));
+    return gradient;
+}
+
+QLinearGradient recessRim(const QRectF& bounds) { return vertical(bounds, black(0.65), white(0.10)); }
+
+QLinearGradient vertical(const QRectF& bounds, const QColor& top, const QColor& bottom) {
+    QLinearGradient gradient(bounds.topLeft(), bounds.bottomLeft());
+    gradient.setColorAt(0, top);
+    gradient.setColorAt(1, bottom);
+    return gradient;
+}
+
+QFont font(double size, QFont::Weight weight, double tracking) {
+    static const QString family = firstInstalled({QStringLiteral("Inter")});
+    return sized(family, size, weight, tracking);
+}
+
+QFont titleFont(double size, double tracking) {
+    static const QString own = QStringLiteral("Varino-Bold-Regular");
+    static const QString family = firstInstalled(
+        {own, QStringLiteral("Varino"), QStringLiteral("Montserrat"), QStringLiteral("Inter")});
+    QFont font = sized(family, size, QFont::ExtraBold, tracking);
+    if (!family.startsWith(u"Varino")) font.setStretch(QFont::Expanded);
+    return font;
+}
+
+}  // namespace Theme

@@ -1,0 +1,90 @@
+#include "ui/kit/wellmenu.hpp"
+
+#include "ui/kit/painting.hpp"
+#include "ui/kit/symbols.hpp"
+
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPointer>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace Kit {
+
+namespace {
+
+constexpr int lineHeight = 16;
+constexpr int horizontalPadding = 9;
+constexpr int verticalPadding = 7;
+constexpr double arrowSize = 8;
+
+QString styleOfList() {
+    return QStringLiteral("QMenu { background: %1; color: %2; border: 1px solid %3; padding: 4px; }"
+                          "QMenu::item { padding: 5px 18px 5px 12px; border-radius: 4px; }"
+                          "QMenu::item:selected { background: %4; color: %5; }")
+        .arg(Theme::panelBottom.name(), Theme::text.name(), Theme::grey(0.3).name(), Theme::accent.name(),
+             Theme::well.name());
+}
+
+}  // namespace
+
+MenuKey::MenuKey(int width, QWidget* parent)
+    : Key(parent) {
+    setFixedSize(width, lineHeight + 2 * verticalPadding);
+}
+
+QString MenuKey::valueText() const { return shown ? titles.at(*shown) : QString(); }
+
+void MenuKey::setTitles(const QStringList& list) {
+    titles = list;
+    shown.reset();
+    update();
+}
+
+void MenuKey::setShown(std::optional<int> index) {
+    shown = index;
+    shownChanged();
+}
+
+void MenuKey::activate() {
+    if (!isEnabled()) return;
+    QMenu list(this);
+    list.setFont(Theme::font(12));
+    list.setStyleSheet(styleOfList());
+    list.setMinimumWidth(width());
+    for (int i = 0; i < titles.size(); ++i)
+        list.addAction(titles.at(i))->setData(i);
+    const QPointer<MenuKey> alive(this);
+    const QAction* const chosen = list.exec(mapToGlobal(QPoint(0, height() + 2)));
+    if (alive && chosen && onIndex) onIndex(chosen->data().toInt());
+}
+
+void MenuKey::step(int by) {
+    const int next = std::clamp(shown.value_or(-1) + by, 0, static_cast<int>(titles.size()) - 1);
+    if (!titles.isEmpty() && next != shown && onIndex) onIndex(next);
+}
+
+void MenuKey::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Up) return step(-1);
+    if (event->key() == Qt::Key_Down) return step(1);
+    Key::keyPressEvent(event);
+}
+
+void MenuKey::wheelEvent(QWheelEvent* event) {
+    step(event->angleDelta().y() > 0 ? -1 : 1);
+    event->accept();
+}
+
+void MenuKey::paint(QPainter& painter) {
+    const QRectF field = rect();
+    Paint::well(painter, field, 8);
+    if (isHovered() && isEnabled()) Paint::edge(painter, field, 8, Theme::white(0.14));
+    const QRectF arrow(field.right() - horizontalPadding - arrowSize, field.center().y() - arrowSize / 2,
+                       arrowSize, arrowSize);
+    Symbols::draw(painter, QStringLiteral("chevron.down"), arrow, Theme::secondary);
+    Paint::text(painter, field.adjusted(horizontalPadding, 0, -2 * horizontalPadding - arrowSize + 3, 0),
+                Qt::AlignLeft | Qt::AlignVCenter, valueText(), {Theme::font(11), Theme::text, {}, false});
+}
+
+}  // namespace Kit

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "ui/kit/control.hpp"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace Kit {
+
+/// A recessed key that opens a list. It shows the title of its owner's choice and does not change
+/// it by itself.
+class MenuKey : public Key {
+public:
+    MenuKey(int width, QWidget* parent);
+
+    void activate() override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::ComboBox; }
+    QString valueText() const override;
+
+protected:
+    void setTitles(const QStringList& titles);
+    void setShown(std::optional<int> index);
+    std::function<void(int)> onIndex;
+
+    void paint(QPainter& painter) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void step(int by);
+
+    QStringList titles;
+    std::optional<int> shown;
+};
+
+template <class Value>
+class WellMenu final : public MenuKey {
+public:
+    using Options = std::vector<std::pair<Value, QString>>;
+
+    WellMenu(int width, QWidget* parent)
+        : MenuKey(width, parent) {
+        onIndex = [this](int index) {
+            if (onSelect) onSelect(options.at(static_cast<std::size_t>(index)).first);
+        };
+    }
+
+    std::function<void(const Value&)> onSelect;
+
+    void setOptions(Options list) {
+        options = std::move(list);
+        QStringList names;
+        for (const auto& [value, title] : options)
+            names << title;
+        setTitles(names);
+        showSelection();
+    }
+
+    void setSelection(const Value& value) {
+        selection = value;
+        showSelection();
+    }
+
+private:
+    void showSelection() {
+        std::optional<int> index;
+        for (std::size_t i = 0; i < options.size() && !index; ++i)
+            if (selection == options[i].first) index = static_cast<int>(i);
+        setShown(index);
+    }
+
+    Options options;
+    std::optional<Value> selection;
+};
+
+}  // namespace Kit
