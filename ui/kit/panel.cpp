@@ -30,16 +30,17 @@ void drawPlate(QPainter& painter, const QRectF& plate) {
 }  // namespace
 
 Panel::Panel(const QString& title, QWidget* parent)
-    : QWidget(parent)
-    , title(title) {
+    : QWidget(parent) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(padding, padding, padding, padding);
     rows->setSpacing(rowSpacing);
-    header = new QHBoxLayout;
-    auto* const name = new Caption(title, Theme::font(15, QFont::DemiBold, 3), Theme::text, this);
-    name->setShadow(true);
-    header->addWidget(name, 1);
-    rows->addLayout(header);
+    if (!title.isEmpty()) {
+        header = new QHBoxLayout;
+        auto* const name = new Caption(title, Theme::font(15, QFont::DemiBold, 3), Theme::text, this);
+        name->setShadow(true);
+        header->addWidget(name, 1);
+        rows->addLayout(header);
+    }
     body = new QVBoxLayout;
     body->setSpacing(18);
     rows->addLayout(body, 1);

@@ -9,6 +9,7 @@ namespace Kit {
 /// of it: a Surface under it paints them.
 class Panel : public QWidget {
 public:
+    /// Without a title there is no title row.
     Panel(const QString& title, QWidget* parent);
 
     /// Shown at the right of the title row.
@@ -22,8 +23,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    const QString title;
-    QHBoxLayout* header;
+    QHBoxLayout* header = nullptr;
     QVBoxLayout* body;
 };
 

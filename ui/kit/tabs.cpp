@@ -1,0 +1,88 @@
+#include "ui/kit/tabs.hpp"
+
+#include "ui/kit/painting.hpp"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Kit {
+
+namespace {
+
+constexpr int verticalPadding = 9;
+constexpr int lineHeight = 15;
+constexpr int inset = 3;  // of the tabs in their capsule
+
+QFont titleFont() { return Theme::font(12, QFont::DemiBold, 1.2); }
+
+}  // namespace
+
+Tab::Tab(const QString& title, const QColor& color, int padding, QWidget* parent)
+    : Key(parent)
+    , title(title)
+    , color(color) {
+    setAccessibleName(title);
+    const double width = Paint::textWidth(title, {titleFont(), {}, {}, false});
+    setFixedSize(static_cast<int>(std::ceil(width)) + 2 * padding, lineHeight + 2 * verticalPadding);
+}
+
+void Tab::setSelected(bool value) {
+    if (selected == value) return;
+    selected = value;
+    shownChanged();
+}
+
+Control::Outline Tab::outline() const {
+    return {QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), height() / 2.0};
+}
+
+void Tab::paint(QPainter& painter) {
+    const QRectF capsule = rect();
+    if (selected)
+        Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.09));
+    else if (isHovered() && isEnabled())
+        Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(isPressed() ? 0.06 : 0.04));
+    Paint::text(painter, capsule, Qt::AlignCenter, title,
+                {titleFont(), selected ? Theme::accent : color, {}, false});
+}
+
+Tabs::Tabs(const QStringList& titles, const QColor& color, int padding, QWidget* parent)
+    : QWidget(parent) {
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(inset, inset, inset, inset);
+    row->setSpacing(2);
+    for (int i = 0; i < titles.size(); ++i) {
+        auto* const tab = new Tab(titles.at(i), color, padding, this);
+        tab->action = [this, i] {
+            if (onSelect) onSelect(i);
+        };
+        row->addWidget(tab);
+        tabs.push_back(tab);
+    }
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void Tabs::setSelected(int index) {
+    selected = index;
+    for (std::size_t i = 0; i < tabs.size(); ++i)
+        tabs[i]->setSelected(static_cast<int>(i) == index);
+}
+
+void Tabs::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    Paint::well(painter, rect(), height() / 2.0);
+}
+
+void Tabs::keyPressEvent(QKeyEvent* event) {
+    const int by = event->key() == Qt::Key_Right ? 1 : event->key() == Qt::Key_Left ? -1 : 0;
+    if (by == 0) return QWidget::keyPressEvent(event);
+    const int next = std::clamp(selected + by, 0, static_cast<int>(tabs.size()) - 1);
+    tabs[static_cast<std::size_t>(next)]->setFocus(Qt::TabFocusReason);
+    if (next != selected && onSelect) onSelect(next);
+}
+
+}  // namespace Kit

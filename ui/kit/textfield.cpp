@@ -1,0 +1,41 @@
+#include "ui/kit/textfield.hpp"
+
+#include "ui/kit/painting.hpp"
+
+namespace Kit {
+
+namespace {
+
+constexpr int padding = 8;
+constexpr double cornerRadius = 8;
+
+}  // namespace
+
+TextField::TextField(const QString& placeholder, QSize size, double fontSize, QWidget* parent)
+    : QLineEdit(parent) {
+    setPlaceholderText(placeholder);
+    setAccessibleName(placeholder);
+    setFixedSize(size);
+    setFrame(false);
+    setFont(Theme::font(fontSize));
+    setTextMargins(padding, 0, padding, 0);
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, Qt::transparent);
+    colors.setColor(QPalette::Text, Theme::text);
+    colors.setColor(QPalette::PlaceholderText, Theme::secondary);
+    colors.setColor(QPalette::Highlight, Theme::accent);
+    colors.setColor(QPalette::HighlightedText, Theme::well);
+    setPalette(colors);
+}
+
+void TextField::paintEvent(QPaintEvent* event) {
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        Paint::well(painter, rect(), cornerRadius);
+        if (hasFocus()) Paint::edge(painter, rect(), cornerRadius, Theme::faded(Theme::accent, 0.85), 1.5);
+    }
+    QLineEdit::paintEvent(event);
+}
+
+}  // namespace Kit
