@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QProperty>
 
+#include <concepts>
+#include <type_traits>
 #include <utility>
 
 namespace Kit {
@@ -33,8 +35,8 @@ void bind(QObject& owner, Read read, Show show) {
 }
 
 /// The control shows that number, and writes it so.
-template <class Read>
-void bind(ValueControl& control, Read read, ValueControl::Change write) {
+template <std::derived_from<ValueControl> Number, class Read, class Write>
+void bind(Number& control, Read read, Write write) {
     control.onChange = std::move(write);
     bind(
         static_cast<QObject&>(control), [read] { return static_cast<double>(read()); },

@@ -162,31 +162,6 @@ void drawLine(QPainter& painter, QPointF baseline, const QString& text, const Te
         painter.drawText(baseline, text);
 }
 
-void drawTextShadow(QPainter& painter, QPointF baseline, const QString& text, const TextStyle& style,
-                    const QSizeF& size) {
-    const double ratio = ratioOf(painter);
-    const double margin = std::ceil(style.shadow.blur * reach) + 1;
-    const QFontMetricsF metrics(style.font);
-    const QString key =
-        keyOf("text", {style.font.pixelSize() * 1.0, style.shadow.blur, ratio}, style.shadow.color) +
-        style.font.key() + text;
-    const QPixmap picture = kept(key, [&] {
-        QImage alpha(((size + QSizeF(2 * margin, 2 * margin)) * ratio).toSize(), QImage::Format_Alpha8);
-        alpha.setDevicePixelRatio(ratio);
-        alpha.fill(0);
-        {
-            QPainter ink(&alpha);
-            drawLine(ink, QPointF(margin, margin + metrics.ascent()), text, style, Qt::black);
-        }
-        alpha.setDevicePixelRatio(1);
-        blur(alpha, style.shadow.blur * ratio / 2);
-        QPixmap pixmap = QPixmap::fromImage(tinted(alpha, style.shadow.color));
-        pixmap.setDevicePixelRatio(ratio);
-        return pixmap;
-    });
-    painter.drawPixmap(baseline - QPointF(margin, margin + metrics.ascent() - style.shadow.offsetY), picture);
-}
-
 }  // namespace
 
 void fill(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush) {
@@ -242,6 +217,33 @@ void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Sh
         return pixmap;
     });
     painter.drawPixmap(shape.topLeft(), picture);
+}
+
+void shadowOf(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,
+              const std::function<void(QPainter&)>& shape) {
+    const double ratio = ratioOf(painter);
+    const double margin = std::ceil(shadow.blur * reach) + 1;
+    const QString whole =
+        keyOf("shadow", {bounds.width(), bounds.height(), shadow.blur, ratio}, shadow.color) + key;
+    const QPixmap picture = kept(whole, [&] {
+        const QSizeF size = bounds.size() + QSizeF(2 * margin, 2 * margin);
+        QImage drawn((size * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+        drawn.setDevicePixelRatio(ratio);
+        drawn.fill(Qt::transparent);
+        {
+            QPainter ink(&drawn);
+            ink.setRenderHint(QPainter::Antialiasing);
+            ink.translate(margin, margin);
+            shape(ink);
+        }
+        drawn.setDevicePixelRatio(1);
+        QImage alpha = drawn.convertToFormat(QImage::Format_Alpha8);
+        blur(alpha, shadow.blur * ratio / 2);
+        QPixmap pixmap = QPixmap::fromImage(tinted(alpha, shadow.color));
+        pixmap.setDevicePixelRatio(ratio);
+        return pixmap;
+    });
+    painter.drawPixmap(bounds.topLeft() - QPointF(margin, margin - shadow.offsetY), picture);
 }
 
 void well(QPainter& painter, const QRectF& shape, double radius) {
@@ -316,8 +318,11 @@ void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, cons
     if (alignment & Qt::AlignTop) baseline = bounds.top() + metrics.ascent();
     if (alignment & Qt::AlignBottom) baseline = bounds.bottom() - metrics.descent();
     const QPointF start(x, std::round(baseline));
-    if (style.shadow.color.isValid() && style.shadow.color.alpha() > 0)
-        drawTextShadow(painter, start, text, style, QSizeF(width, metrics.height()));
+    if (style.shadow.color.isValid() && style.shadow.color.alpha() > 0) {
+        const QRectF line(start.x(), start.y() - metrics.ascent(), width, metrics.height());
+        shadowOf(painter, style.font.key() + text, line, style.shadow,
+                 [&](QPainter& ink) { drawLine(ink, QPointF(0, metrics.ascent()), text, style, Qt::black); });
+    }
     drawLine(painter, start, text, style, style.color);
 }
 

@@ -30,6 +30,11 @@ void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Sha
 /// Inside the shape, as its own edge would cast it.
 void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow);
 
+/// The shadow or glow of whatever `shape` draws, in coordinates whose origin is the top left of
+/// `bounds`. Kept for its key.
+void shadowOf(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,
+              const std::function<void(QPainter&)>& shape);
+
 /// The recessed background of read-outs.
 void well(QPainter& painter, const QRectF& shape, double radius);
 

@@ -1,5 +1,7 @@
 #include "ui/pages/techpage.hpp"
 
+namespace Corvane {
+
 QString TechPage::title() const {
     switch (kind) {
     case Kind::main:
@@ -15,3 +17,5 @@ QString TechPage::title() const {
     }
     return {};
 }
+
+}  // namespace Corvane

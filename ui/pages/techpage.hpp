@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace Corvane {
+
 /// A page of the technical mode.
 struct TechPage {
     enum class Kind { main, limiter, input, crossover, output };
@@ -30,3 +32,5 @@ inline constexpr std::array<TechPage, 9> TechPage::all{{
     {TechPage::Kind::output, 2},
     {TechPage::Kind::output, 3},
 }};
+
+}  // namespace Corvane

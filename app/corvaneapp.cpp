@@ -1,0 +1,66 @@
+#include "app/corvaneapp.hpp"
+
+#include "ui/kit/theme.hpp"
+
+#include "Wendril/transport.hpp"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace Corvane {
+
+using namespace Wendril;
+
+namespace {
+
+// What the toolkit draws by itself: tooltips, menus of text fields, selections.
+QPalette darkPalette() {
+    QPalette colors;
+    colors.setColor(QPalette::Window, Theme::panelBottom);
+    colors.setColor(QPalette::WindowText, Theme::text);
+    colors.setColor(QPalette::Base, Theme::well);
+    colors.setColor(QPalette::AlternateBase, Theme::panelBottom);
+    colors.setColor(QPalette::Text, Theme::text);
+    colors.setColor(QPalette::Button, Theme::panelTop);
+    colors.setColor(QPalette::ButtonText, Theme::text);
+    colors.setColor(QPalette::ToolTipBase, Theme::panelTop);
+    colors.setColor(QPalette::ToolTipText, Theme::text);
+    colors.setColor(QPalette::Highlight, Theme::accent);
+    colors.setColor(QPalette::HighlightedText, Theme::well);
+    colors.setColor(QPalette::PlaceholderText, Theme::secondary);
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        colors.setColor(QPalette::Disabled, role, Theme::secondary);
+    return colors;
+}
+
+Surroundings surroundingsOf(const Options& options, const Demo* demo, std::shared_ptr<Executor> executor) {
+    return {
+        .executor = std::move(executor),
+        .serialPorts =
+            [demo] {
+                std::vector<std::string> ports = SerialTransport::availablePorts();
+                if (demo) ports.insert(ports.begin(), demo->port());
+                return ports;
+            },
+        .extraPort = options.extraPort,
+        .serial =
+            [](const std::string& path) { return std::make_shared<SerialTransport>(path, K7Q::baudRate); },
+        .bridge = [](const std::string& host,
+                     std::uint16_t port) { return std::make_shared<TCPTransport>(host, port); },
+    };
+}
+
+}  // namespace
+
+CorvaneApp::CorvaneApp(const Options& options)
+    : demo(options.demoSpeakers ? std::make_unique<Demo>(*options.demoSpeakers) : nullptr)
+    , executor(std::make_shared<UiExecutor>())
+    , model(AppModel::create(surroundingsOf(options, demo.get(), executor))) {
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(darkPalette());
+    QApplication::setFont(Theme::font(13));
+    window = std::make_unique<MainWindow>(*model, true);
+}
+
+}  // namespace Corvane

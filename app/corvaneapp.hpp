@@ -1,0 +1,29 @@
+#pragma once
+
+#include "app/appmodel.hpp"
+#include "app/demo.hpp"
+#include "app/options.hpp"
+#include "app/uiexecutor.hpp"
+
+#include "ui/pages/mainwindow.hpp"
+
+#include <memory>
+
+namespace Corvane {
+
+/// The program: one model and its window. Create and destroy it on the thread of the QApplication.
+class CorvaneApp {
+public:
+    /// Throws std::system_error when the demonstration chain cannot be made.
+    explicit CorvaneApp(const Options& options);
+
+    void show() { window->show(); }
+
+private:
+    std::unique_ptr<Demo> demo;
+    std::shared_ptr<UiExecutor> executor;
+    std::shared_ptr<AppModel> model;
+    std::unique_ptr<MainWindow> window;
+};
+
+}  // namespace Corvane

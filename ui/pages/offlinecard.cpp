@@ -1,0 +1,71 @@
+#include "ui/pages/offlinecard.hpp"
+
+#include "ui/kit/bind.hpp"
+#include "ui/kit/painting.hpp"
+#include "ui/kit/pillbutton.hpp"
+#include "ui/kit/symbols.hpp"
+
+namespace Corvane {
+
+namespace {
+
+constexpr int padding = 36;
+constexpr int spacing = 12;
+
+class Plug final : public QWidget {
+public:
+    explicit Plug(QWidget* parent)
+        : QWidget(parent) {
+        setFixedSize(44, 34);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QRectF icon(0, 0, 34, 34);
+        icon.moveCenter(QRectF(rect()).center());
+        Symbols::draw(painter, QStringLiteral("cable.connector.horizontal"), icon, Theme::accent);
+    }
+};
+
+Kit::Caption* line(const QString& text, double size, const QColor& color, QWidget* parent) {
+    auto* const caption = new Kit::Caption(text, Theme::font(size), color, parent);
+    caption->setAlignment(Qt::AlignCenter);
+    return caption;
+}
+
+}  // namespace
+
+OfflineCard::OfflineCard(AppModel& model, QWidget* parent)
+    : Panel({}, parent) {
+    layout()->setContentsMargins(padding, padding, padding, padding);
+    content().setSpacing(spacing);
+    content().addWidget(new Plug(this), 0, Qt::AlignHCenter);
+    auto* const title = line({}, 20, Theme::text, this);
+    content().addWidget(title, 0, Qt::AlignHCenter);
+    auto* const lines = new QVBoxLayout;
+    lines->setSpacing(4);
+    for (const char16_t* const text :
+         {u"Escolha o adaptador USB-RS485 ou o controle Wi-Fi no topo e toque em Conectar.",
+          u"O cabo vai na entrada \"From PC\" da primeira caixa."})
+        lines->addWidget(line(QString(text), 13, Theme::secondary, this), 0, Qt::AlignHCenter);
+    content().addLayout(lines);
+    auto* const key = new Kit::PillButton(QStringLiteral("CONECTAR"), Kit::PillButton::Size::regular, this);
+    key->setIcon(QStringLiteral("bolt.horizontal"));
+    key->action = [&model] { model.start(model.connect()); };
+    auto* const below = new QWidget(this);
+    auto* const room = new QVBoxLayout(below);
+    room->setContentsMargins(0, 4, 0, 0);
+    room->addWidget(key);
+    content().addWidget(below, 0, Qt::AlignHCenter);
+    Kit::bind(
+        *this, [&model] { return model.status.value().isWorking(); },
+        [title, below](bool working) {
+            title->setText(working ? QStringLiteral("Conectando às caixas…")
+                                   : QStringLiteral("Conecte às caixas"));
+            below->setVisible(!working);
+        });
+}
+
+}  // namespace Corvane

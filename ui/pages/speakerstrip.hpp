@@ -1,0 +1,31 @@
+#pragma once
+
+#include "app/appmodel.hpp"
+
+#include "ui/kit/tabs.hpp"
+#include "ui/pages/page.hpp"
+#include "ui/pages/techpage.hpp"
+
+#include <QProperty>
+#include <QWidget>
+
+class QHBoxLayout;
+
+namespace Corvane {
+
+/// A chip for each speaker, the state of the connection, and the tabs of the mode that is shown.
+class SpeakerStrip final : public QWidget {
+public:
+    SpeakerStrip(AppModel& model, QProperty<Page>& page, QProperty<TechPage>& techPage, QWidget* parent);
+
+private:
+    void addSearchKey(QHBoxLayout& row);
+    void addSimpleTabs(QHBoxLayout& row);
+    void addTechnicalTabs(QHBoxLayout& row);
+
+    AppModel& model;
+    QProperty<Page>& page;
+    QProperty<TechPage>& techPage;
+};
+
+}  // namespace Corvane
