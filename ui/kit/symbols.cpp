@@ -5,9 +5,18 @@
 #include <QFile>
 #include <QSvgRenderer>
 
+// A linker drops the drawings from a static library unless something calls for them. The macro
+// declares a function of the global namespace.
+static void loadDrawings() { Q_INIT_RESOURCE(drawings); }
+
 namespace Symbols {
 
 namespace {
+
+const bool loaded = [] {
+    loadDrawings();
+    return true;
+}();
 
 QString pathOf(const QString& name) { return QStringLiteral(":/symbols/%1.svg").arg(name); }
 
