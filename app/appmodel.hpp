@@ -1,13 +1,12 @@
 #pragma once
 
+#include "app/property.hpp"
 #include "app/speaker.hpp"
 #include "app/status.hpp"
 #include "app/tone.hpp"
 
 #include "Wendril/client.hpp"
 #include "Wendril/filtermath.hpp"
-
-#include <QProperty>
 
 #include <compare>
 #include <cstdint>
@@ -52,20 +51,20 @@ public:
     static constexpr float silence = -std::numeric_limits<float>::infinity();
 
     // Chosen by the user.
-    QProperty<std::string> portChoice;  // path of a serial port, or `bridgeChoice`
-    QProperty<std::string> espHost{"192.168.4.1"};
-    QProperty<std::optional<std::uint8_t>> target;  // address; absent: all (edits), the first (reads)
-    QProperty<std::optional<int>> output;           // into K7Q::outputs; absent: all
-    QProperty<std::optional<std::string>> notice;   // the latest warning
-    QProperty<bool> technical{false};
+    Property<std::string> portChoice;  // path of a serial port, or `bridgeChoice`
+    Property<std::string> espHost{"192.168.4.1"};
+    Property<std::optional<std::uint8_t>> target;  // address; absent: all (edits), the first (reads)
+    Property<std::optional<int>> output;           // into K7Q::outputs; absent: all
+    Property<std::optional<std::string>> notice;   // the latest warning
+    Property<bool> technical{false};
 
     // Kept by the model.
-    QProperty<Status> status;
-    QProperty<std::optional<double>> progress;  // of the reading of all speakers, 0 to 1
-    QProperty<std::vector<std::string>> ports;
-    QProperty<Speakers> speakers;  // they outlast a lost link
-    QProperty<std::vector<float>> meters{std::vector<float>(Wendril::K7Q::meterChannels.size(), silence)};
-    QProperty<bool> discovering{false};
+    Property<Status> status;
+    Property<std::optional<double>> progress;  // of the reading of all speakers, 0 to 1
+    Property<std::vector<std::string>> ports;
+    Property<Speakers> speakers;  // they outlast a lost link
+    Property<std::vector<float>> meters{std::vector<float>(Wendril::K7Q::meterChannels.size(), silence)};
+    Property<bool> discovering{false};
 
     /// The speaker that reads refer to; null if there is none.
     std::shared_ptr<Speaker> focus() const;

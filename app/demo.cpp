@@ -10,7 +10,8 @@ Demo::Demo(std::size_t speakers)
     options.boards = speakers;
     options.pace = true;
     options.turnaround = std::chrono::milliseconds(1);
-    end = std::make_unique<Simulator::PtyEnd>(queue, std::make_shared<Simulator::Line>(queue, options));
+    end = std::make_unique<Simulator::PtyEnd>(queue, std::make_shared<Simulator::Line>(queue, options),
+                                              folder.filePath(QStringLiteral("demo")).toStdString());
 }
 
 }  // namespace Corvane

@@ -2,6 +2,8 @@
 
 #include "simulator/ptyend.hpp"
 
+#include <QTemporaryDir>
+
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -21,6 +23,7 @@ public:
     const std::string& port() const { return end->path(); }
 
 private:
+    QTemporaryDir folder;  // of the port, whose name the user reads
     std::shared_ptr<Wendril::SerialQueue> queue;
     std::unique_ptr<Simulator::PtyEnd> end;
 };

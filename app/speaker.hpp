@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Wendril/client.hpp"
+#include "app/property.hpp"
 
-#include <QProperty>
+#include "Wendril/client.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -18,8 +18,8 @@ struct Speaker {
         , info(device) {}
 
     const std::uint8_t address;
-    QProperty<Wendril::DeviceInfo> info;
-    QProperty<Wendril::ModuleValues> values;
+    Property<Wendril::DeviceInfo> info;
+    Property<Wendril::ModuleValues> values;
 };
 
 using Speakers = std::vector<std::shared_ptr<Speaker>>;

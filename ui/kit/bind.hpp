@@ -1,37 +1,27 @@
 #pragma once
 
+#include "app/property.hpp"
 #include "ui/kit/valuecontrol.hpp"
 
 #include <QObject>
-#include <QProperty>
 
 #include <concepts>
-#include <type_traits>
+#include <memory>
 #include <utility>
 
 namespace Kit {
 
-/// Keeps a view at what an expression over observable fields says, as long as `owner` lives: `show`
-/// is called now, and whenever a field that the expression has read changes its result.
+/// Keeps a view at what an expression over properties says, as long as `owner` lives: `show` is
+/// called now, and whenever a property that the expression has read changes its result.
 template <class Read, class Show>
 void bind(QObject& owner, Read read, Show show) {
-    using Value = std::invoke_result_t<Read&>;
-    class Binding final : public QObject {
-    public:
-        Binding(QObject* owner, Read read, Show show)
+    struct Binding final : QObject {
+        Binding(QObject* owner, std::shared_ptr<Corvane::Watcher> watcher)
             : QObject(owner)
-            , show(std::move(show)) {
-            value.setBinding(std::move(read));
-            notifier = value.addNotifier([this] { this->show(value.value()); });
-            this->show(value.value());
-        }
-
-    private:
-        Show show;
-        QProperty<Value> value;
-        QPropertyNotifier notifier;
+            , watcher(std::move(watcher)) {}
+        const std::shared_ptr<Corvane::Watcher> watcher;
     };
-    new Binding(&owner, std::move(read), std::move(show));
+    new Binding(&owner, Corvane::watch(std::move(read), std::move(show)));
 }
 
 /// The control shows that number, and writes it so.

@@ -59,6 +59,11 @@ void Panel::paintEvent(QPaintEvent*) {
     Paint::cached(painter, QStringLiteral("panel"), plate, [&](QPainter& ink) { drawPlate(ink, plate); });
 }
 
+// The shadows move along, on all sides.
+void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
+
+void Panel::resizeEvent(QResizeEvent*) { parentWidget()->update(); }
+
 // A meter inside a panel repaints every 60 ms; nothing of the shadows is to be seen there.
 void Surface::paintEvent(QPaintEvent* event) {
     QPainter painter(this);

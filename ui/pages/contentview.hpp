@@ -5,7 +5,6 @@
 #include "ui/pages/page.hpp"
 #include "ui/pages/techpage.hpp"
 
-#include <QProperty>
 #include <QWidget>
 
 #include <map>
@@ -25,8 +24,8 @@ public:
     /// With `choosesLink` false the header only names the chosen link.
     ContentView(AppModel& model, bool choosesLink, QWidget* parent);
 
-    QProperty<Page> page{Page::tone};
-    QProperty<TechPage> techPage{TechPage{}};
+    Property<Page> page{Page::tone};
+    Property<TechPage> techPage{TechPage{}};
 
     /// What moves the window: all above the page.
     int headHeight() const;

@@ -46,10 +46,10 @@ OfflineCard::OfflineCard(AppModel& model, QWidget* parent)
     content().addWidget(title, 0, Qt::AlignHCenter);
     auto* const lines = new QVBoxLayout;
     lines->setSpacing(4);
-    for (const char16_t* const text :
-         {u"Escolha o adaptador USB-RS485 ou o controle Wi-Fi no topo e toque em Conectar.",
-          u"O cabo vai na entrada \"From PC\" da primeira caixa."})
-        lines->addWidget(line(QString(text), 13, Theme::secondary, this), 0, Qt::AlignHCenter);
+    for (const QString& text :
+         {QStringLiteral("Escolha o adaptador USB-RS485 ou o controle Wi-Fi no topo e toque em Conectar."),
+          QStringLiteral("O cabo vai na entrada \"From PC\" da primeira caixa.")})
+        lines->addWidget(line(text, 13, Theme::secondary, this), 0, Qt::AlignHCenter);
     content().addLayout(lines);
     auto* const key = new Kit::PillButton(QStringLiteral("CONECTAR"), Kit::PillButton::Size::regular, this);
     key->setIcon(QStringLiteral("bolt.horizontal"));

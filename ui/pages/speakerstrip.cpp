@@ -5,6 +5,7 @@
 
 #include "ui/kit/bind.hpp"
 #include "ui/kit/iconbutton.hpp"
+#include "ui/kit/theme.hpp"
 
 #include <QHBoxLayout>
 
@@ -23,7 +24,7 @@ int positionIn(const List& list, const Value& value) {
 
 }  // namespace
 
-SpeakerStrip::SpeakerStrip(AppModel& model, QProperty<Page>& page, QProperty<TechPage>& techPage,
+SpeakerStrip::SpeakerStrip(AppModel& model, Property<Page>& page, Property<TechPage>& techPage,
                            QWidget* parent)
     : QWidget(parent)
     , model(model)

@@ -6,7 +6,6 @@
 #include "ui/pages/page.hpp"
 #include "ui/pages/techpage.hpp"
 
-#include <QProperty>
 #include <QWidget>
 
 class QHBoxLayout;
@@ -16,7 +15,7 @@ namespace Corvane {
 /// A chip for each speaker, the state of the connection, and the tabs of the mode that is shown.
 class SpeakerStrip final : public QWidget {
 public:
-    SpeakerStrip(AppModel& model, QProperty<Page>& page, QProperty<TechPage>& techPage, QWidget* parent);
+    SpeakerStrip(AppModel& model, Property<Page>& page, Property<TechPage>& techPage, QWidget* parent);
 
 private:
     void addSearchKey(QHBoxLayout& row);
@@ -24,8 +23,8 @@ private:
     void addTechnicalTabs(QHBoxLayout& row);
 
     AppModel& model;
-    QProperty<Page>& page;
-    QProperty<TechPage>& techPage;
+    Property<Page>& page;
+    Property<TechPage>& techPage;
 };
 
 }  // namespace Corvane

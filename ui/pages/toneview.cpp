@@ -86,7 +86,7 @@ QLayout* ToneView::meters() {
     row->setSpacing(24);
     constexpr const char16_t* labels[] = {u"ENTRADA L", u"ENTRADA R"};
     for (std::size_t i = 0; i < K7Q::inputs.size(); ++i) {
-        auto* const meter = new Kit::AnalogVU(QString(labels[i]), vuReference, this);
+        auto* const meter = new Kit::AnalogVU(QString::fromUtf16(labels[i]), vuReference, this);
         meter->setMinimumHeight(meterRow);
         Kit::bind(
             *meter, [this, input = K7Q::inputs.at(i)] { return model.meter(input); },
@@ -99,12 +99,13 @@ QLayout* ToneView::meters() {
 QLayout* ToneView::knobs() {
     auto* const row = new QHBoxLayout;
     for (const auto& [band, title] : toneKnobs) {
-        auto* const knob = new Kit::Knob(QString(title), {-12, 12}, 0, 0.5, Formats::signedDecibels,
-                                         {.size = 160,
-                                          .bipolar = true,
-                                          .minLabel = QStringLiteral("-12"),
-                                          .maxLabel = QStringLiteral("+12")},
-                                         this);
+        auto* const knob =
+            new Kit::Knob(QString::fromUtf16(title), {-12, 12}, 0, 0.5, Formats::signedDecibels,
+                          {.size = 160,
+                           .bipolar = true,
+                           .minLabel = QStringLiteral("-12"),
+                           .maxLabel = QStringLiteral("+12")},
+                          this);
         Kit::bind(
             *knob, [this, band = band] { return model.tone(band); },
             [this, band = band](double db) { model.setTone(band, db); });
