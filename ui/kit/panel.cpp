@@ -32,6 +32,7 @@ void drawPlate(QPainter& painter, const QRectF& plate) {
 Panel::Panel(const QString& title, QWidget* parent)
     : QWidget(parent)
     , title(title) {
+    setAccessibleName(title);
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(padding, padding, padding, padding);
     rows->setSpacing(rowSpacing);
