@@ -1,6 +1,7 @@
 #include "ui/kit/accessibility.hpp"
 
 #include "ui/kit/control.hpp"
+#include "ui/kit/panel.hpp"
 #include "ui/kit/valuecontrol.hpp"
 
 #include <QAccessible>
@@ -16,8 +17,11 @@ public:
         : QAccessibleWidget(control, control->accessibleRole())
         , control(control) {}
 
+    // Readers that do not ask for a value as text read the description.
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? control->valueText() : QAccessibleWidget::text(kind);
+        const bool isValue = kind == QAccessible::Value ||
+                             (kind == QAccessible::Description && !control->valueText().isEmpty());
+        return isValue ? control->valueText() : QAccessibleWidget::text(kind);
     }
 
     QAccessible::State state() const override {
@@ -70,6 +74,10 @@ private:
 QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
     if (auto* const value = dynamic_cast<ValueControl*>(object)) return new AccessibleValueControl(value);
     if (auto* const control = dynamic_cast<Control*>(object)) return new AccessibleControl(control);
+    if (auto* const caption = dynamic_cast<Caption*>(object))
+        return new QAccessibleWidget(caption, QAccessible::StaticText);
+    if (auto* const panel = dynamic_cast<Panel*>(object))
+        return new QAccessibleWidget(panel, QAccessible::Grouping);
     return nullptr;
 }
 

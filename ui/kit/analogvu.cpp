@@ -21,6 +21,8 @@ constexpr double overshoot = 1.04;    // of full scale
 constexpr double restingAngle = -50;  // degrees
 constexpr double fullAngle = 100;     // from rest to full scale
 constexpr double captionHeight = 26;
+constexpr double bezelWidth = 9;
+constexpr double leastAspect = 1.7;  // of the face: the outermost numbers need that width
 
 // In parts of the face's height.
 constexpr double pivotDepth = 1.18;
@@ -59,11 +61,11 @@ void drawMark(QPainter& painter, const QRectF& face, double vu, bool major) {
     if (!major) return;
     // Numbers stand along the arc.
     painter.save();
-    painter.translate(along(pivot, (arcRadius + length + 0.062) * h, angle));
+    painter.translate(along(pivot, (arcRadius + length + 0.052) * h, angle));
     painter.rotate(angle);
-    const QString number = vu > 0 ? QString::asprintf("+%.0f", vu) : QString::asprintf("%.0f", std::abs(vu));
+    const QString number = QString::asprintf(vu > 0 ? "+%.0f" : "%.0f", vu);
     Paint::text(painter, QRectF(-0.2 * h, -0.06 * h, 0.4 * h, 0.12 * h), Qt::AlignCenter, number,
-                {Theme::font(0.085 * h, QFont::DemiBold), vu > 0 ? red() : ink(), {}, false});
+                {Theme::font(0.072 * h, QFont::DemiBold), vu > 0 ? red() : ink(), {}, false});
     painter.restore();
 }
 
@@ -130,9 +132,14 @@ void AnalogVU::setLevel(float value) {
     needle.moveTo(needleAngle(vu()));
 }
 
-QRectF AnalogVU::bezel() const { return QRectF(rect()).adjusted(0, 0, 0, -captionHeight); }
+QRectF AnalogVU::bezel() const {
+    const QRectF room = QRectF(rect()).adjusted(0, 0, 0, -captionHeight);
+    const double tallest = (room.width() - 2 * bezelWidth) / leastAspect + 2 * bezelWidth;
+    const double spare = std::max(0.0, std::floor((room.height() - tallest) / 2));
+    return room.adjusted(0, spare, 0, -spare);
+}
 
-QRectF AnalogVU::face() const { return bezel().adjusted(9, 9, -9, -9); }
+QRectF AnalogVU::face() const { return bezel().adjusted(bezelWidth, bezelWidth, -bezelWidth, -bezelWidth); }
 
 QRectF AnalogVU::peakLamp() const { return {face().right() - 18, face().top() + 11, 7, 7}; }
 
@@ -147,6 +154,7 @@ QRect AnalogVU::sweptBy(double angle) const {
 
 void AnalogVU::paint(QPainter& painter) {
     Paint::cached(painter, QStringLiteral("vu"), bezel(), [&](QPainter& ink) {
+        ink.translate(-bezel().topLeft());
         Paint::fill(ink, bezel(), 16,
                     Theme::vertical(bezel(), Theme::rgb(0.2, 0.21, 0.25), Theme::rgb(0.08, 0.085, 0.1)));
         Paint::edge(ink, bezel(), 16, Theme::rim(bezel()));

@@ -8,20 +8,25 @@ namespace Kit {
 
 namespace {
 
-// The light shape is blurred far more than any shadow: drawn small and enlarged, it is soft.
+constexpr double softness = 150;
+
+// Blurred far more than any shadow: drawn small and enlarged, it is as soft and costs little.
 QImage lightShape(const QSizeF& size) {
-    constexpr int reduction = 24;
-    const QSize small = (size / reduction).toSize().expandedTo(QSize(8, 8));
-    QImage image(small, QImage::Format_ARGB32_Premultiplied);
+    constexpr double reduction = 16;
+    QImage image((size / reduction).toSize().expandedTo(QSize(8, 8)), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF small(QPointF(), image.size());
     const double w = small.width();
     const double h = small.height();
-    QPainterPath path(QPointF(0.38 * w, 0));
-    path.lineTo(0.62 * w, 0);
-    path.quadTo(QPointF(0.5 * w, 0.42 * h), QPointF(0.38 * w, 0));
-    painter.fillPath(path, Theme::white(1));
+    Paint::softCopy(painter, QStringLiteral("light"), small, {Theme::white(1), softness / reduction, 0},
+                    [&](QPainter& ink) {
+                        QPainterPath path(QPointF(0.38 * w, -h));
+                        path.lineTo(0.62 * w, -h);
+                        path.lineTo(0.62 * w, 0);
+                        path.quadTo(QPointF(0.5 * w, 0.42 * h), QPointF(0.38 * w, 0));
+                        ink.fillPath(path, Theme::white(1));
+                    });
     return image;
 }
 

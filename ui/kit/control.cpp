@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 
 namespace Kit {
 
@@ -34,7 +35,7 @@ void Control::paintEvent(QPaintEvent*) {
     const bool disabledAlone = !isEnabled() && (!parentWidget() || parentWidget()->isEnabled());
     if (disabledAlone) painter.setOpacity(0.4);
     paint(painter);
-    if (!showsFocus) return;
+    if (!reachedByKeyboard || !hasFocus()) return;
     const Outline ring = outline();
     Paint::edge(painter, ring.shape, ring.radius, Theme::faded(Theme::accent, 0.85), 1.5);
 }
@@ -49,20 +50,46 @@ void Control::leaveEvent(QEvent*) {
     update();
 }
 
+// A window or a menu that comes and goes does not change how the focus was reached.
 void Control::focusInEvent(QFocusEvent* event) {
-    showsFocus = event->reason() != Qt::MouseFocusReason && event->reason() != Qt::ActiveWindowFocusReason;
+    const Qt::FocusReason reason = event->reason();
+    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+        reachedByKeyboard = reason != Qt::MouseFocusReason;
     update();
 }
 
-void Control::focusOutEvent(QFocusEvent*) {
-    showsFocus = false;
-    update();
-}
+void Control::focusOutEvent(QFocusEvent*) { update(); }
 
 void Control::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::EnabledChange) update();
+    if (event->type() == QEvent::EnabledChange) {
+        if (!isEnabled()) letGo();
+        update();
+    }
     QWidget::changeEvent(event);
 }
+
+void Control::hideEvent(QHideEvent*) {
+    hovered = false;
+    letGo();
+}
+
+// Alt turns a wheel sideways.
+int Notches::take(const QWheelEvent& event) {
+    const QPoint turn = event.angleDelta();
+    rest += turn.y() != 0 ? turn.y() : turn.x();
+    const int whole = rest / QWheelEvent::DefaultDeltasPerStep;
+    rest -= whole * QWheelEvent::DefaultDeltasPerStep;
+    return whole;
+}
+
+namespace {
+
+bool activates(const QKeyEvent& event) {
+    const int key = event.key();
+    return !event.isAutoRepeat() && (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter);
+}
+
+}  // namespace
 
 Key::Key(QWidget* parent)
     : Control(parent) {}
@@ -77,30 +104,42 @@ void Key::setPressed(bool value) {
     update();
 }
 
+void Key::letGo() {
+    held = Held::nothing;
+    setPressed(false);
+}
+
+void Key::focusOutEvent(QFocusEvent* event) {
+    if (held == Held::key) letGo();
+    Control::focusOutEvent(event);
+}
+
 void Key::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) setPressed(true);
+    if (event->button() != Qt::LeftButton) return;
+    held = Held::mouse;
+    setPressed(true);
 }
 
 void Key::mouseMoveEvent(QMouseEvent* event) {
-    if (event->buttons() & Qt::LeftButton) setPressed(rect().contains(event->position().toPoint()));
+    if (held == Held::mouse) setPressed(rect().contains(event->position().toPoint()));
 }
 
 void Key::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !pressed) return;
-    setPressed(false);
-    activate();
+    if (event->button() != Qt::LeftButton || held != Held::mouse) return;
+    const bool over = pressed;
+    letGo();
+    if (over) activate();
 }
 
 void Key::keyPressEvent(QKeyEvent* event) {
-    const bool activates =
-        event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!activates || event->isAutoRepeat()) return QWidget::keyPressEvent(event);
+    if (!activates(*event)) return QWidget::keyPressEvent(event);
+    held = Held::key;
     setPressed(true);
 }
 
 void Key::keyReleaseEvent(QKeyEvent* event) {
-    if (!pressed || event->isAutoRepeat()) return QWidget::keyReleaseEvent(event);
-    setPressed(false);
+    if (!activates(*event) || held != Held::key) return QWidget::keyReleaseEvent(event);
+    letGo();
     activate();
 }
 

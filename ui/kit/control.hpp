@@ -5,6 +5,8 @@
 
 #include <functional>
 
+class QWheelEvent;
+
 namespace Kit {
 
 /// What all controls share: a drawing step, hover, a focus ring for keyboard users, and a name,
@@ -38,7 +40,10 @@ protected:
     /// Redraws, and tells screen readers.
     void shownChanged();
 
-    bool isHovered() const { return hovered; }
+    /// The mouse or key that is held down no longer counts: the control is hidden or disabled.
+    virtual void letGo() {}
+
+    bool isHovered() const { return hovered && isEnabled(); }
     bool isFineTuned(Qt::KeyboardModifiers modifiers) const;
 
     void paintEvent(QPaintEvent* event) final;
@@ -47,10 +52,21 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     bool hovered = false;
-    bool showsFocus = false;
+    bool reachedByKeyboard = false;
+};
+
+/// Counts the notches of a wheel; fine wheels and touch pads send parts of them.
+class Notches {
+public:
+    /// Positive away from the user.
+    int take(const QWheelEvent& event);
+
+private:
+    int rest = 0;
 };
 
 /// A control that a click, the space bar or Return activates.
@@ -68,6 +84,8 @@ public:
 protected:
     bool isPressed() const { return pressed; }
 
+    void letGo() override;
+    void focusOutEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -77,7 +95,10 @@ protected:
 private:
     void setPressed(bool value);
 
-    bool pressed = false;
+    enum class Held { nothing, mouse, key };
+
+    Held held = Held::nothing;
+    bool pressed = false;  // as long as the mouse is over it
 };
 
 }  // namespace Kit

@@ -11,12 +11,18 @@ namespace {
 
 constexpr double quantum = 0.1;
 constexpr int controlWidth = 64;
-constexpr double captionLine = 20;
-constexpr double readOutLine = 20;
-constexpr double labelGap = 8;
-constexpr double capHeight = 30;
-constexpr double barWidth = 5;
+constexpr double trackRadius = 22;
+constexpr double outsideTravel = 30;  // of the track's height
+constexpr double capHeight = 26;
+constexpr int barWidth = 4;
+constexpr int barPitch = 9;
 constexpr int barPadding = 18;
+
+// Beside bars the slot makes room.
+constexpr double capWidth = 44;
+constexpr double narrowCapWidth = 32;
+constexpr double slotBesideBars = 22;
+constexpr double centreOfBars = 50;
 
 // Arrow keys and the wheel take useful steps on a range of dB, fine ones on a few ms.
 constexpr double wideRange = 20;
@@ -30,13 +36,14 @@ Fader::Fader(const QString& title, Range range, double defaultValue, Format form
     , title(title)
     , look(look) {
     setAccessibleName(title);
-    setFixedSize(controlWidth + 24, static_cast<int>(look.height + captionLine + readOutLine + labelGap));
+    setFixedSize(controlWidth + 24, static_cast<int>(look.height) + 2 * labelLine + labelGap);
+    const QRect room = track().toRect().adjusted(0, barPadding, 0, -barPadding);
     for (int i = 0; i < look.levels; ++i) {
         auto* const bar = new MeterBar(barWidth, this);
-        const QRectF place = track().adjusted(0, barPadding, 0, -barPadding);
-        const double x = track().right() - 10 - (look.levels - i) * (barWidth + 5);
-        bar->setGeometry(static_cast<int>(std::round(x + barWidth / 2)) - bar->width() / 2,
-                         static_cast<int>(place.top()), bar->width(), static_cast<int>(place.height()));
+        bar->setAccessibleName(QStringLiteral("%1, nível %2").arg(title).arg(i + 1));
+        const double centre = room.left() + centreOfBars + (i - (look.levels - 1) / 2.0) * barPitch;
+        bar->setGeometry(static_cast<int>(std::round(centre - bar->width() / 2.0)),
+                         room.top() - MeterBar::glow, bar->width(), room.height() + 2 * MeterBar::glow);
         bars.push_back(bar);
     }
 }
@@ -49,28 +56,29 @@ void Fader::setLevels(const std::vector<float>& levels) {
 double Fader::stepSize() const { return range.extent() > wideRange ? wideStep : quantum; }
 
 QRectF Fader::track() const {
-    const double top = look.labelsBelow ? 0 : captionLine + readOutLine + labelGap;
+    const double top = look.labelsBelow ? 0 : 2 * labelLine + labelGap;
     return {(width() - controlWidth) / 2.0, top, controlWidth, look.height};
 }
 
-Control::Outline Fader::outline() const { return {track().adjusted(-3, 1, 3, -1), 22}; }
+Control::Outline Fader::outline() const { return {track(), trackRadius}; }
 
 double Fader::slotCentre() const {
-    return bars.empty() ? track().center().x() : track().left() + controlWidth * 0.36;
+    return bars.empty() ? track().center().x() : track().left() + slotBesideBars;
 }
 
 QRectF Fader::cap() const {
-    const double travel = track().height() - capHeight;
-    const double width = bars.empty() ? 44 : 36;
-    return {slotCentre() - width / 2, track().top() + (1 - fraction()) * travel, width, capHeight};
+    const double travel = track().height() - outsideTravel;
+    const double top = track().top() + (outsideTravel - capHeight) / 2 + (1 - fraction()) * travel;
+    const double width = bars.empty() ? capWidth : narrowCapWidth;
+    return {slotCentre() - width / 2, top, width, capHeight};
 }
 
 double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) const {
-    return start - range.extent() * translation.y() / (track().height() - capHeight);
+    return start - range.extent() * translation.y() / (track().height() - outsideTravel);
 }
 
 void Fader::paint(QPainter& painter) {
-    Paint::well(painter, track(), 20);
+    Paint::well(painter, track(), trackRadius);
     const QRectF slot(slotCentre() - 2, track().top() + 14, 4, track().height() - 28);
     Paint::fill(painter, slot, 2, Theme::black(0.55));
     Paint::edge(painter, slot, 2, Theme::recessRim(slot), 0.6);
@@ -90,9 +98,9 @@ void Fader::paint(QPainter& painter) {
     });
 
     const double top = look.labelsBelow ? track().bottom() + labelGap : 0;
-    Paint::text(painter, {0, top, double(width()), captionLine}, Qt::AlignCenter, title.toUpper(),
+    Paint::text(painter, {0, top, double(width()), labelLine}, Qt::AlignCenter, title.toUpper(),
                 {Theme::font(12, QFont::DemiBold, 2), Theme::text, {}, false});
-    Paint::text(painter, {0, top + captionLine, double(width()), readOutLine}, Qt::AlignCenter, valueText(),
+    Paint::text(painter, {0, top + labelLine, double(width()), labelLine}, Qt::AlignCenter, valueText(),
                 {Theme::font(13, QFont::Medium), Theme::text, {}, true});
 }
 

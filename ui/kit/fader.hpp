@@ -19,6 +19,10 @@ public:
         bool labelsBelow = false;
     };
 
+    /// Lines of caption and read-out, and what parts them from the track.
+    static constexpr int labelLine = 20;
+    static constexpr int labelGap = 8;
+
     Fader(const QString& title, Range range, double defaultValue, Format format, const Look& look,
           QWidget* parent);
 

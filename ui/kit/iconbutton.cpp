@@ -21,10 +21,10 @@ IconButton::IconButton(const QString& symbol, const QString& meaning, double ico
 }
 
 void IconButton::paint(QPainter& painter) {
-    if (isHovered() && isEnabled()) Paint::fill(painter, rect(), 7, Theme::white(isPressed() ? 0.10 : 0.06));
+    if (isHovered() || isPressed()) Paint::fill(painter, rect(), 7, Theme::white(isPressed() ? 0.10 : 0.06));
     QRectF icon(0, 0, iconSize, iconSize);
     icon.moveCenter(QRectF(rect()).center());
-    Symbols::draw(painter, symbol, icon, isHovered() && isEnabled() ? Theme::text : Theme::secondary);
+    Symbols::draw(painter, symbol, icon, isHovered() || isPressed() ? Theme::text : Theme::secondary);
 }
 
 Spinner::Spinner(QWidget* parent)

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double emptyLevel = -60;
 constexpr double fullLevel = 6;
-constexpr double glow = 4;
+constexpr double glowBlur = 3.2;
 
 }  // namespace
 
@@ -24,7 +24,7 @@ MeterBar::MeterBar(double width, QWidget* parent)
     , fill(Motion::Kind::even, 0, *this, [this] { update(); }) {
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setFixedWidth(static_cast<int>(std::ceil(width + 2 * glow)));
+    setFixedWidth(static_cast<int>(std::ceil(width)) + 2 * glow);
 }
 
 double MeterBar::fractionOf(float level) {
@@ -42,13 +42,13 @@ QString MeterBar::valueText() const {
 }
 
 void MeterBar::paint(QPainter& painter) {
-    const QRectF track((width() - barWidth) / 2, 0, barWidth, height());
+    const QRectF track((width() - barWidth) / 2, glow, barWidth, height() - 2 * glow);
     Paint::fill(painter, track, barWidth / 2, Theme::faded(Theme::accent, 0.12));
-    const double lit = std::round(fill.position() * track.height());
+    const double lit = fill.position() * track.height();
     if (lit < 1) return;
     const QRectF bar(track.left(), track.bottom() - lit, barWidth, lit);
     const double radius = std::min(barWidth, lit) / 2;
-    Paint::dropShadow(painter, bar, radius, {Theme::faded(Theme::accent, 0.9), glow, 0});
+    Paint::dropShadow(painter, bar, radius, {Theme::faded(Theme::accent, 0.9), glowBlur, 0});
     QLinearGradient heat(bar.topLeft(), bar.bottomLeft());
     heat.setColorAt(0, Theme::rgb(1.0, 0.75, 0.4));
     heat.setColorAt(0.5, Theme::accent);

@@ -5,9 +5,12 @@
 
 namespace Kit {
 
-/// A bar from -60 dB (empty) to +6 dB (full). Draws its glow inside its own margins.
+/// A bar from -60 dB (empty) to +6 dB (full). Its widget is larger than the bar by `glow` on all
+/// sides, so that its light is not cut off.
 class MeterBar final : public Control {
 public:
+    static constexpr int glow = 5;
+
     /// `width` of the bar itself.
     MeterBar(double width, QWidget* parent);
 

@@ -1,5 +1,7 @@
 #include "ui/kit/motion.hpp"
 
+#include <QEvent>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -25,7 +27,9 @@ Motion::Motion(Kind kind, double start, QWidget& view, std::function<void()> mov
     , moved(std::move(moved))
     , now(start)
     , from(start)
-    , target(start) {}
+    , target(start) {
+    view.installEventFilter(this);
+}
 
 void Motion::moveTo(double place) {
     if (place == target) return;
@@ -37,6 +41,11 @@ void Motion::moveTo(double place) {
         lastFrame = 0;
         start();
     }
+}
+
+bool Motion::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Hide && state() == Running) arrive();
+    return QAbstractAnimation::eventFilter(watched, event);
 }
 
 void Motion::arrive() {

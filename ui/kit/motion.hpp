@@ -23,6 +23,7 @@ public:
 
 protected:
     void updateCurrentTime(int ms) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void arrive();

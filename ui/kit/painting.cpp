@@ -2,9 +2,9 @@
 
 #include <QFontMetricsF>
 #include <QImage>
-#include <QPaintDevice>
 #include <QPainterPath>
 #include <QPixmapCache>
+#include <QTransform>
 
 #include <algorithm>
 #include <cmath>
@@ -128,7 +128,20 @@ void drawStretched(QPainter& painter, const QRectF& target, const Soft& soft) {
                                QRectF(x.from, y.from, x.length, y.length));
 }
 
-double ratioOf(const QPainter& painter) { return painter.device()->devicePixelRatio(); }
+// Of what the painter finally draws on, which is not its widget's screen where a widget renders
+// into a picture.
+double ratioOf(const QPainter& painter) {
+    const QTransform& device = painter.deviceTransform();
+    return std::hypot(device.m11(), device.m12());
+}
+
+// How far a point lies from the corner of its device pixel, in device pixels.
+QPointF withinPixel(const QPainter& painter, QPointF point) {
+    constexpr double parts = 8;
+    const QPointF device = painter.deviceTransform().map(point);
+    const auto rest = [](double place) { return std::round((place - std::floor(place)) * parts) / parts; };
+    return {rest(device.x()), rest(device.y())};
+}
 
 QRectF scaled(const QRectF& rect, double ratio) { return {rect.topLeft() * ratio, rect.size() * ratio}; }
 
@@ -178,9 +191,11 @@ void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& b
                             std::max(0.0, radius - inset));
 }
 
+// Stretched parts must meet on whole pixels, or seams show between them.
 void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
     const double ratio = ratioOf(painter);
-    const QRectF device = scaled(shape.translated(0, shadow.offsetY), ratio);
+    const QRectF cast = shape.translated(0, shadow.offsetY);
+    const QRectF device = scaled(cast.translated(-withinPixel(painter, cast.topLeft()) / ratio), ratio);
     const Soft soft = softShape(device.size(), radius * ratio, shadow.blur * ratio, shadow.color);
     const double margin = soft.margin;
     painter.save();
@@ -189,61 +204,27 @@ void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Sha
     painter.restore();
 }
 
-// What the blurred shape leaves uncovered, kept inside the sharp shape.
-void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
-    const double ratio = ratioOf(painter);
-    const QString key = keyOf(
-        "inner", {shape.width(), shape.height(), radius, shadow.blur, shadow.offsetY, ratio}, shadow.color);
-    const QPixmap picture = kept(key, [&] {
-        const QRectF local(QPointF(), shape.size());
-        QPixmap pixmap((shape.size() * ratio).toSize());
-        pixmap.setDevicePixelRatio(ratio);
-        pixmap.fill(shadow.color);
-        QPainter ink(&pixmap);
-        ink.setRenderHint(QPainter::Antialiasing);
-        ink.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-        dropShadow(ink, local, radius, {Qt::black, shadow.blur, shadow.offsetY});
-        ink.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-        QPixmap mask(pixmap.size());
-        mask.setDevicePixelRatio(ratio);
-        mask.fill(Qt::transparent);
-        {
-            QPainter sharp(&mask);
-            sharp.setRenderHint(QPainter::Antialiasing);
-            fill(sharp, local, radius, Qt::black);
-        }
-        ink.drawPixmap(0, 0, mask);
-        ink.end();
-        return pixmap;
-    });
-    painter.drawPixmap(shape.topLeft(), picture);
+void trim(QPainter& painter, const QRectF& shape, double radius) {
+    constexpr double far = 1000;
+    QPainterPath outside;
+    outside.addRect(shape.adjusted(-far, -far, far, far));
+    outside.addRoundedRect(shape, radius, radius);
+    painter.save();
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.fillPath(outside, Qt::black);
+    painter.restore();
 }
 
-void shadowOf(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,
-              const std::function<void(QPainter&)>& shape) {
-    const double ratio = ratioOf(painter);
-    const double margin = std::ceil(shadow.blur * reach) + 1;
-    const QString whole =
-        keyOf("shadow", {bounds.width(), bounds.height(), shadow.blur, ratio}, shadow.color) + key;
-    const QPixmap picture = kept(whole, [&] {
-        const QSizeF size = bounds.size() + QSizeF(2 * margin, 2 * margin);
-        QImage drawn((size * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
-        drawn.setDevicePixelRatio(ratio);
-        drawn.fill(Qt::transparent);
-        {
-            QPainter ink(&drawn);
-            ink.setRenderHint(QPainter::Antialiasing);
-            ink.translate(margin, margin);
-            shape(ink);
-        }
-        drawn.setDevicePixelRatio(1);
-        QImage alpha = drawn.convertToFormat(QImage::Format_Alpha8);
-        blur(alpha, shadow.blur * ratio / 2);
-        QPixmap pixmap = QPixmap::fromImage(tinted(alpha, shadow.color));
-        pixmap.setDevicePixelRatio(ratio);
-        return pixmap;
+// What the blurred shape leaves uncovered, kept inside the sharp shape.
+void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
+    const QString key = keyOf("inner", {radius, shadow.blur, shadow.offsetY}, shadow.color);
+    cached(painter, key, shape, [&](QPainter& ink) {
+        const QRectF local(QPointF(), shape.size());
+        ink.fillRect(local, shadow.color);
+        ink.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        dropShadow(ink, local, radius, {Qt::black, shadow.blur, shadow.offsetY});
+        trim(ink, local, radius);
     });
-    painter.drawPixmap(bounds.topLeft() - QPointF(margin, margin - shadow.offsetY), picture);
 }
 
 void well(QPainter& painter, const QRectF& shape, double radius) {
@@ -271,22 +252,52 @@ void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen,
     painter.strokePath(path, pen);
 }
 
+void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,
+              const std::function<void(QPainter&)>& paint) {
+    if (!shadow.color.isValid() || shadow.color.alpha() == 0) return;
+    const double ratio = ratioOf(painter);
+    const double margin = std::ceil(shadow.blur * reach) + 1;
+    const QRectF around = bounds.adjusted(-margin, -margin, margin, margin);
+    const QString whole =
+        keyOf("soft copy", {around.width(), around.height(), shadow.blur, ratio}, shadow.color) + key;
+    const QPixmap picture = kept(whole, [&] {
+        QImage alpha((around.size() * ratio).toSize(), QImage::Format_Alpha8);
+        alpha.setDevicePixelRatio(ratio);
+        alpha.fill(0);
+        QPainter ink(&alpha);
+        ink.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        ink.translate(margin, margin);
+        paint(ink);
+        ink.end();
+        alpha.setDevicePixelRatio(1);
+        blur(alpha, shadow.blur * ratio / 2);
+        QPixmap pixmap = QPixmap::fromImage(tinted(alpha, shadow.color));
+        pixmap.setDevicePixelRatio(ratio);
+        return pixmap;
+    });
+    painter.drawPixmap(around.topLeft() + QPointF(0, shadow.offsetY), picture);
+}
+
+// The picture is drawn where it lies within its first pixel, so that it is as sharp as if it were
+// drawn directly.
 void cached(QPainter& painter, const QString& key, const QRectF& bounds,
             const std::function<void(QPainter&)>& paint) {
     const double ratio = ratioOf(painter);
-    const QString whole = key + u' ' + QString::number(bounds.width()) + u' ' +
-                          QString::number(bounds.height()) + u' ' + QString::number(ratio);
+    const QPointF rest = withinPixel(painter, bounds.topLeft());
+    const QString whole = key + keyOf("", {bounds.width(), bounds.height(), ratio, rest.x(), rest.y()}, {});
     const QPixmap picture = kept(whole, [&] {
-        QPixmap pixmap((bounds.size() * ratio).toSize());
+        QPixmap pixmap(static_cast<int>(std::ceil(bounds.width() * ratio + rest.x())),
+                       static_cast<int>(std::ceil(bounds.height() * ratio + rest.y())));
         pixmap.setDevicePixelRatio(ratio);
         pixmap.fill(Qt::transparent);
         QPainter ink(&pixmap);
         ink.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        ink.translate(rest / ratio);
         paint(ink);
         ink.end();
         return pixmap;
     });
-    painter.drawPixmap(bounds.topLeft(), picture);
+    painter.drawPixmap(bounds.topLeft() - rest / ratio, picture);
 }
 
 double textWidth(const QString& text, const TextStyle& style) {
@@ -318,11 +329,9 @@ void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, cons
     if (alignment & Qt::AlignTop) baseline = bounds.top() + metrics.ascent();
     if (alignment & Qt::AlignBottom) baseline = bounds.bottom() - metrics.descent();
     const QPointF start(x, std::round(baseline));
-    if (style.shadow.color.isValid() && style.shadow.color.alpha() > 0) {
-        const QRectF line(start.x(), start.y() - metrics.ascent(), width, metrics.height());
-        shadowOf(painter, style.font.key() + text, line, style.shadow,
-                 [&](QPainter& ink) { drawLine(ink, QPointF(0, metrics.ascent()), text, style, Qt::black); });
-    }
+    const QRectF line(start - QPointF(0, metrics.ascent()), QSizeF(width, metrics.height()));
+    softCopy(painter, style.font.key() + text, line, style.shadow,
+             [&](QPainter& ink) { drawLine(ink, QPointF(0, metrics.ascent()), text, style, Qt::black); });
     drawLine(painter, start, text, style, style.color);
 }
 

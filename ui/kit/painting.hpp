@@ -30,10 +30,8 @@ void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Sha
 /// Inside the shape, as its own edge would cast it.
 void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow);
 
-/// The shadow or glow of whatever `shape` draws, in coordinates whose origin is the top left of
-/// `bounds`. Kept for its key.
-void shadowOf(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,
-              const std::function<void(QPainter&)>& shape);
+/// Erases what lies outside of the shape; for pictures under construction.
+void trim(QPainter& painter, const QRectF& shape, double radius);
 
 /// The recessed background of read-outs.
 void well(QPainter& painter, const QRectF& shape, double radius);
@@ -46,6 +44,11 @@ void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen,
 /// `paint` draws in coordinates whose origin is the top left of `bounds`.
 void cached(QPainter& painter, const QString& key, const QRectF& bounds,
             const std::function<void(QPainter&)>& paint);
+
+/// The shadow or glow of what `paint` draws; like `cached`, kept for its key. Draws nothing where
+/// the shadow has no colour.
+void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,
+              const std::function<void(QPainter&)>& paint);
 
 struct TextStyle {
     QFont font;

@@ -31,6 +31,7 @@ void drawPlate(QPainter& painter, const QRectF& plate) {
 
 Panel::Panel(const QString& title, QWidget* parent)
     : QWidget(parent) {
+    setAccessibleName(title);
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(padding, padding, padding, padding);
     rows->setSpacing(rowSpacing);

@@ -90,8 +90,13 @@ void PillButton::paint(QPainter& painter) {
     Paint::cached(painter, state, rect(), [&](QPainter& ink) {
         Paint::fill(ink, outer, outer.height() / 2, Theme::well);
         Paint::innerShadow(ink, outer, outer.height() / 2, {Theme::black(0.75), 3, 2});
+        const QRectF key = outer.adjusted(bezelWidth, bezelWidth, -bezelWidth, -bezelWidth);
+        Paint::dropShadow(ink, key, key.height() / 2,
+                          pushed ? Paint::Shadow{Theme::black(0.3), 4, 0}
+                                 : Paint::Shadow{Theme::black(0.6), 5, 1});
+        Paint::trim(ink, outer, outer.height() / 2);
         Paint::edge(ink, outer, outer.height() / 2, Theme::recessRim(outer));
-        drawBody(ink, outer.adjusted(bezelWidth, bezelWidth, -bezelWidth, -bezelWidth));
+        drawBody(ink, key);
     });
     drawLabel(painter, outer.translated(0, pushed ? 0.5 : 0));
 }
@@ -99,10 +104,7 @@ void PillButton::paint(QPainter& painter) {
 void PillButton::drawBody(QPainter& painter, const QRectF& key) const {
     const double radius = key.height() / 2;
     const bool pushed = on || isPressed();
-    Paint::dropShadow(painter, key, radius,
-                      pushed ? Paint::Shadow{Theme::black(0.3), 4, 0}
-                             : Paint::Shadow{Theme::black(0.6), 5, 1});
-    const double light = isHovered() && isEnabled() ? 0.02 : 0;
+    const double light = isHovered() ? 0.02 : 0;
     const auto lighter = [light](double r, double g, double b) {
         return Theme::rgb(r + light, g + light, b + light);
     };
@@ -131,7 +133,7 @@ void PillButton::drawLabel(QPainter& painter, const QRectF& key) const {
         QRectF place(label.left(), 0, m.icon, m.icon);
         place.moveTop(std::round(key.center().y() - m.icon / 2));
         place.moveLeft(std::round(place.left()));
-        Symbols::draw(painter, icon, place, style.color);
+        Symbols::draw(painter, icon, place, style.color, style.shadow);
         label.setLeft(label.left() + m.icon + iconGap);
     }
     Paint::text(painter, label.adjusted(0, 0, 1, 0), Qt::AlignLeft | Qt::AlignVCenter, title, style);

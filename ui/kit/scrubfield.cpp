@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Kit {
@@ -40,15 +41,13 @@ ScrubField::ScrubField(const QString& name, Range range, Format format, const Lo
 }
 
 std::optional<double> ScrubField::parse(const QString& typed) {
-    QString text = typed.toLower().replace(u',', u'.');
+    QString text = typed.trimmed().toLower().replace(u',', u'.');
     const double multiplier = text.endsWith(u'k') ? 1000 : 1;
     text.removeIf([](QChar c) { return !QStringView(u"0123456789.-").contains(c); });
     bool valid = false;
     const double number = text.toDouble(&valid);
     return valid ? std::optional(number * multiplier) : std::nullopt;
 }
-
-bool ScrubField::isEditing() const { return !editor->isHidden(); }
 
 double ScrubField::dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const {
     const double factor = isFineTuned(modifiers) ? fineFactor : 1;
@@ -57,14 +56,17 @@ double ScrubField::dragged(double start, QPointF translation, Qt::KeyboardModifi
                        : start + factor * delta * stepsPerPoint * stepSize();
 }
 
+// Where a musical step is less than one of the field, it is one of the field.
 void ScrubField::moveBySteps(double steps) {
-    if (logarithmic)
-        propose(value() * std::exp2(steps / stepsPerOctave));
-    else
-        ValueControl::moveBySteps(steps);
+    if (!logarithmic) return ValueControl::moveBySteps(steps);
+    const double change = value() * std::exp2(steps / stepsPerOctave) - value();
+    propose(value() + std::copysign(std::max(std::abs(change), step), change));
 }
 
+double ScrubField::fineArrow() const { return logarithmic ? fineFactor : ValueControl::fineArrow(); }
+
 void ScrubField::beginEditing() {
+    editing = true;
     editor->setText(logarithmic ? QString::asprintf("%.0f", value()) : QString::asprintf("%g", value()));
     editor->show();
     editor->setFocus(Qt::OtherFocusReason);
@@ -73,13 +75,12 @@ void ScrubField::beginEditing() {
 }
 
 void ScrubField::endEditing(bool commit) {
-    if (!isEditing()) return;
-    const QString typed = editor->text();
-    const bool keepsFocus = editor->hasFocus();
+    if (!editing) return;
+    editing = false;
+    const auto number = parse(editor->text());
+    if (editor->hasFocus()) setFocus(Qt::OtherFocusReason);
     editor->hide();
-    if (keepsFocus) setFocus(Qt::OtherFocusReason);
     update();
-    const auto number = parse(typed);
     if (commit && number) propose(*number);
 }
 
@@ -95,7 +96,9 @@ void ScrubField::keyPressEvent(QKeyEvent* event) {
 }
 
 bool ScrubField::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusOut) endEditing(true);
+    const bool left = event->type() == QEvent::FocusOut &&
+                      static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason;
+    if (left) endEditing(true);
     if (event->type() != QEvent::KeyPress) return ValueControl::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent*>(event)->key();
     const bool returned = key == Qt::Key_Return || key == Qt::Key_Enter;
@@ -108,8 +111,8 @@ void ScrubField::resizeEvent(QResizeEvent*) { editor->setGeometry(rect()); }
 
 void ScrubField::paint(QPainter& painter) {
     Paint::well(painter, rect(), 7);
+    if (isEditing()) return Paint::edge(painter, rect(), 7, Theme::faded(Theme::accent, 0.6));
     if (isHovered() || isDragging()) Paint::edge(painter, rect(), 7, Theme::white(0.14));
-    if (isEditing()) return;
     Paint::text(painter, QRectF(rect()).adjusted(padding, 0, -padding, 0), Qt::AlignCenter, valueText(),
                 {Theme::font(11), Theme::text, {}, true});
 }

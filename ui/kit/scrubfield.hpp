@@ -25,13 +25,14 @@ public:
     /// The number that a text means: "2,5k" is 2500. None when it holds no number.
     static std::optional<double> parse(const QString& text);
 
-    bool isEditing() const;
+    bool isEditing() const { return editing; }
     void moveBySteps(double steps) override;
     QAccessible::Role accessibleRole() const override { return QAccessible::SpinBox; }
 
 protected:
     double dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const override;
     double dragThreshold() const override { return 2; }
+    double fineArrow() const override;
     void paint(QPainter& painter) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -43,6 +44,7 @@ private:
     void endEditing(bool commit);
 
     const bool logarithmic;
+    bool editing = false;
     QLineEdit* editor;
 };
 

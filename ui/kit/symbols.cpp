@@ -1,7 +1,5 @@
 #include "ui/kit/symbols.hpp"
 
-#include "ui/kit/painting.hpp"
-
 #include <QFile>
 #include <QSvgRenderer>
 
@@ -22,16 +20,21 @@ QString pathOf(const QString& name) { return QStringLiteral(":/symbols/%1.svg").
 
 const QString logo = QStringLiteral(":/LogoMark.svg");
 
-void drawFile(QPainter& painter, const QString& file, const QRectF& bounds, const QBrush& brush) {
-    const QString key = file + (brush.gradient() ? QStringLiteral(" gradient ")
-                                                 : QString::number(brush.color().rgba64(), 16));
-    Paint::cached(painter, key, bounds, [&](QPainter& ink) {
-        const QRectF local(QPointF(), bounds.size());
+void drawFile(QPainter& painter, const QString& file, const QRectF& bounds, const QBrush& brush,
+              const Paint::Shadow& shadow) {
+    const QRectF local(QPointF(), bounds.size());
+    const auto shape = [&](QPainter& ink) {
         QSvgRenderer renderer(file);
         renderer.setAspectRatioMode(Qt::KeepAspectRatio);
         renderer.render(&ink, local);
+    };
+    Paint::softCopy(painter, file, bounds, shadow, shape);
+    const QString key = file + (brush.gradient() ? QStringLiteral(" gradient ")
+                                                 : QString::number(brush.color().rgba64(), 16));
+    Paint::cached(painter, key, bounds, [&](QPainter& ink) {
+        shape(ink);
         ink.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        ink.fillRect(local, brush);
+        ink.fillRect(local.adjusted(-1, -1, 1, 1), brush);
     });
 }
 
@@ -39,8 +42,9 @@ void drawFile(QPainter& painter, const QString& file, const QRectF& bounds, cons
 
 bool exists(const QString& name) { return QFile::exists(pathOf(name)); }
 
-void draw(QPainter& painter, const QString& name, const QRectF& bounds, const QBrush& brush) {
-    drawFile(painter, pathOf(name), bounds, brush);
+void draw(QPainter& painter, const QString& name, const QRectF& bounds, const QBrush& brush,
+          const Paint::Shadow& shadow) {
+    drawFile(painter, pathOf(name), bounds, brush, shadow);
 }
 
 double logoAspect() {
@@ -48,8 +52,8 @@ double logoAspect() {
     return size.width() / size.height();
 }
 
-void drawLogo(QPainter& painter, const QRectF& bounds, const QBrush& brush) {
-    drawFile(painter, logo, bounds, brush);
+void drawLogo(QPainter& painter, const QRectF& bounds, const QBrush& brush, const Paint::Shadow& shadow) {
+    drawFile(painter, logo, bounds, brush, shadow);
 }
 
 }  // namespace Symbols

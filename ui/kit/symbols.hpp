@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QColor>
+#include "ui/kit/painting.hpp"
+
+#include <QBrush>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
@@ -11,10 +13,11 @@ namespace Symbols {
 bool exists(const QString& name);
 
 /// In the middle of `bounds`, as large as fits.
-void draw(QPainter& painter, const QString& name, const QRectF& bounds, const QBrush& brush);
+void draw(QPainter& painter, const QString& name, const QRectF& bounds, const QBrush& brush,
+          const Paint::Shadow& shadow = {});
 
 /// Width over height of the mark.
 double logoAspect();
-void drawLogo(QPainter& painter, const QRectF& bounds, const QBrush& brush);
+void drawLogo(QPainter& painter, const QRectF& bounds, const QBrush& brush, const Paint::Shadow& shadow = {});
 
 }  // namespace Symbols

@@ -34,14 +34,20 @@ void ValueControl::setValue(double value) {
     shownChanged();
 }
 
+// Rounding may leave a range whose ends are off the step; zero has no sign.
 double ValueControl::legal(double candidate) const {
     const double kept = std::clamp(candidate, range.lower, range.upper);
-    return step > 0 ? std::round(kept / step) * step : kept;
+    if (step <= 0) return kept + 0.0;
+    constexpr double noise = 1e-6;
+    double count = std::round(kept / step);
+    if (count * step > range.upper + noise * step) --count;
+    if (count * step < range.lower - noise * step) ++count;
+    return std::clamp(count * step, range.lower, range.upper) + 0.0;
 }
 
 // The owner keeps single precision; what only differs beyond it does not differ.
 void ValueControl::propose(double candidate) {
-    if (std::isnan(candidate)) return;
+    if (std::isnan(candidate) || !isEnabled()) return;
     const double next = legal(candidate);
     if (static_cast<float>(next) != static_cast<float>(shown) && onChange) onChange(next);
 }
@@ -49,6 +55,8 @@ void ValueControl::propose(double candidate) {
 void ValueControl::moveBySteps(double steps) { propose(shown + steps * stepSize()); }
 
 double ValueControl::stepSize() const { return step > 0 ? step : range.extent() / stepsOfContinuousRange; }
+
+double ValueControl::fineArrow() const { return step > 0 ? step / stepSize() : fineFactor; }
 
 double ValueControl::fraction() const {
     return std::isfinite(shown) ? std::clamp((shown - range.lower) / range.extent(), 0.0, 1.0) : 0;
@@ -69,7 +77,10 @@ void ValueControl::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ValueControl::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) return;
+    if (event->button() == Qt::LeftButton) letGo();
+}
+
+void ValueControl::letGo() {
     dragStart.reset();
     dragging = false;
     update();
@@ -79,18 +90,13 @@ void ValueControl::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) propose(defaultValue);
 }
 
-// Alt turns a wheel sideways.
 void ValueControl::wheelEvent(QWheelEvent* event) {
-    const QPoint turn = event->angleDelta();
-    wheelRest += turn.y() != 0 ? turn.y() : turn.x();
-    const int notches = wheelRest / QWheelEvent::DefaultDeltasPerStep;
-    wheelRest -= notches * QWheelEvent::DefaultDeltasPerStep;
-    if (notches != 0) moveBySteps(notches);
+    if (const int turned = notches.take(*event)) moveBySteps(turned);
     event->accept();
 }
 
 void ValueControl::keyPressEvent(QKeyEvent* event) {
-    const double arrow = step == 0 && isFineTuned(event->modifiers()) ? fineFactor : 1;
+    const double arrow = isFineTuned(event->modifiers()) ? fineArrow() : 1;
     switch (event->key()) {
     case Qt::Key_Up:
     case Qt::Key_Right:

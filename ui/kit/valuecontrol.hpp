@@ -34,6 +34,7 @@ public:
     double value() const { return shown; }
     void setValue(double value);
 
+    /// Reports nothing while the control is disabled.
     void propose(double candidate);
     virtual void moveBySteps(double steps);
 
@@ -53,9 +54,13 @@ protected:
     /// Where a drag that began at `start` has come to.
     virtual double dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const = 0;
 
+    /// What an arrow key moves with Option or Shift held, in steps.
+    virtual double fineArrow() const;
+
     /// How far the mouse must go before a press is a drag.
     virtual double dragThreshold() const { return 0; }
 
+    void letGo() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -68,7 +73,7 @@ private:
     std::optional<double> dragStart;
     QPointF dragFrom;
     bool dragging = false;
-    int wheelRest = 0;
+    Notches notches;
 };
 
 }  // namespace Kit

@@ -5,7 +5,6 @@
 
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPointer>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -20,9 +19,10 @@ constexpr int verticalPadding = 7;
 constexpr double arrowSize = 8;
 
 QString styleOfList() {
-    return QStringLiteral("QMenu { background: %1; color: %2; border: 1px solid %3; padding: 4px; }"
-                          "QMenu::item { padding: 5px 18px 5px 12px; border-radius: 4px; }"
-                          "QMenu::item:selected { background: %4; color: %5; }")
+    return QStringLiteral(
+               "QMenu { background: %1; color: %2; border: 1px solid %3; padding: 4px; menu-scrollable: 1; }"
+               "QMenu::item { padding: 5px 18px 5px 12px; border-radius: 4px; }"
+               "QMenu::item:selected { background: %4; color: %5; }")
         .arg(Theme::panelBottom.name(), Theme::text.name(), Theme::grey(0.3).name(), Theme::accent.name(),
              Theme::well.name());
 }
@@ -47,22 +47,32 @@ void MenuKey::setShown(std::optional<int> index) {
     shownChanged();
 }
 
+// The list lives on its own until something is chosen, so that window and key may go while it is
+// open; so the choice is delivered after the list is done.
 void MenuKey::activate() {
     if (!isEnabled()) return;
-    QMenu list(this);
-    list.setFont(Theme::font(12));
-    list.setStyleSheet(styleOfList());
-    list.setMinimumWidth(width());
-    for (int i = 0; i < titles.size(); ++i)
-        list.addAction(titles.at(i))->setData(i);
-    const QPointer<MenuKey> alive(this);
-    const QAction* const chosen = list.exec(mapToGlobal(QPoint(0, height() + 2)));
-    if (alive && chosen && onIndex) onIndex(chosen->data().toInt());
+    auto* const list = new QMenu(this);
+    list->setAttribute(Qt::WA_DeleteOnClose);
+    list->setFont(Theme::font(12));
+    list->setStyleSheet(styleOfList());
+    list->setMinimumWidth(width());
+    for (int i = 0; i < titles.size(); ++i) {
+        QAction* const entry = list->addAction(titles.at(i));
+        connect(
+            entry, &QAction::triggered, this, [this, i] { choose(i); }, Qt::QueuedConnection);
+        if (i == shown) list->setDefaultAction(entry);
+    }
+    list->popup(mapToGlobal(QPoint(0, height() + 2)));
+    list->setActiveAction(list->defaultAction());
+}
+
+void MenuKey::choose(int index) {
+    if (isEnabled() && index < titles.size() && onIndex) onIndex(index);
 }
 
 void MenuKey::step(int by) {
     const int next = std::clamp(shown.value_or(-1) + by, 0, static_cast<int>(titles.size()) - 1);
-    if (!titles.isEmpty() && next != shown && onIndex) onIndex(next);
+    if (!titles.isEmpty() && next != shown) choose(next);
 }
 
 void MenuKey::keyPressEvent(QKeyEvent* event) {
@@ -72,14 +82,14 @@ void MenuKey::keyPressEvent(QKeyEvent* event) {
 }
 
 void MenuKey::wheelEvent(QWheelEvent* event) {
-    step(event->angleDelta().y() > 0 ? -1 : 1);
+    if (const int turned = notches.take(*event)) step(-turned);
     event->accept();
 }
 
 void MenuKey::paint(QPainter& painter) {
     const QRectF field = rect();
     Paint::well(painter, field, 8);
-    if (isHovered() && isEnabled()) Paint::edge(painter, field, 8, Theme::white(0.14));
+    if (isHovered()) Paint::edge(painter, field, 8, Theme::white(0.14));
     const QRectF arrow(field.right() - horizontalPadding - arrowSize, field.center().y() - arrowSize / 2,
                        arrowSize, arrowSize);
     Symbols::draw(painter, QStringLiteral("chevron.down"), arrow, Theme::secondary);

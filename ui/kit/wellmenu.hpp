@@ -32,8 +32,10 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    void choose(int index);
     void step(int by);
 
+    Notches notches;
     QStringList titles;
     std::optional<int> shown;
 };

@@ -38,7 +38,7 @@ void LogoTitle::paintEvent(QPaintEvent*) {
     const QRectF logo(0, 0, logoWidth(), logoHeight);
     const QBrush gradient = Theme::vertical(QRectF(QPointF(), logo.size()), Theme::rgb(1.0, 0.647, 0.322),
                                             Theme::rgb(0.871, 0.373, 0.102));
-    Paint::shadowOf(
+    Paint::softCopy(
         painter, QStringLiteral("logo"), logo, {Theme::faded(Theme::accent, 0.35), 6, 0},
         [&](QPainter& ink) { Symbols::drawLogo(ink, QRectF(QPointF(), logo.size()), Qt::black); });
     Symbols::drawLogo(painter, logo, gradient);
