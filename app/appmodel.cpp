@@ -7,8 +7,6 @@ namespace Corvane {
 
 using namespace Wendril;
 
-std::string twoDigits(std::uint8_t address) { return (address < 10 ? "0" : "") + std::to_string(address); }
-
 AppModel::AppModel(Surroundings surroundings)
     : surroundings(std::move(surroundings)) {}
 
@@ -21,7 +19,7 @@ std::shared_ptr<AppModel> AppModel::create(Surroundings surroundings) {
 // Requests of the tasks hold the bus until they end; nothing is left to wait for them.
 AppModel::~AppModel() {
     stopLoop();
-    if (link) link->bus->abandon();
+    if (bus) bus->abandon();
 }
 
 void AppModel::start(Task<void> operation) { spawn(surroundings.executor, std::move(operation)); }

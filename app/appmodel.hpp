@@ -65,6 +65,8 @@ public:
     Property<Speakers> speakers;  // they outlast a lost link
     Property<std::vector<float>> meters{std::vector<float>(Wendril::K7Q::meterChannels.size(), silence)};
     Property<bool> discovering{false};
+    Property<std::map<int, std::string>> devicePresets;  // slot to name, of the focused speaker
+    Property<std::optional<int>> currentPreset;          // slot last loaded or reported as current
 
     /// The speaker that reads refer to; null if there is none.
     std::shared_ptr<Speaker> focus() const;
@@ -78,7 +80,7 @@ public:
     Wendril::Task<void> disconnect();
     Wendril::Task<void> discover(bool renumber);
 
-    /// Starts one of the above.
+    /// Starts any operation that is a task.
     void start(Wendril::Task<void> operation);
 
     // Levels in dB: minus infinity for a channel that the board lacks or has not reported.
@@ -125,6 +127,13 @@ public:
     /// Both filters of an output, for drawing.
     Wendril::FilterMath::Crossover crossover(std::string_view output) const;
 
+    // Presets in the speakers, slots 1 to 31: listed from the focused speaker, loaded, saved and
+    // deleted on all targeted ones.
+    Wendril::Task<void> refreshPresets();
+    Wendril::Task<void> loadPreset(int number);
+    Wendril::Task<void> savePreset(int number, std::string name);
+    Wendril::Task<void> deletePreset(int number);
+
 private:
     struct WriteKey {
         std::uint8_t address;
@@ -138,15 +147,13 @@ private:
         Wendril::ModuleValue value;
     };
 
-    // An open bus and the client on it.
-    struct Link {
-        std::shared_ptr<Wendril::Bus> bus;
-        Wendril::K7QClient client;
-    };
-
     explicit AppModel(Surroundings surroundings);
 
-    // Each takes the model weakly, and numbers itself so that it notices whoever overrules it.
+    // A request to one speaker.
+    using Command =
+        std::function<Wendril::Task<void>(Wendril::K7QClient client, std::shared_ptr<Speaker> speaker)>;
+
+    // Each takes the model weakly, and after each wait asks whether it still stands.
     using Weak = std::weak_ptr<AppModel>;
     static Wendril::Task<void> connect(Weak weak);
     static Wendril::Task<void> disconnect(Weak weak);
@@ -156,11 +163,18 @@ private:
     static Wendril::Task<bool> readSpeakers(Weak weak, std::uint64_t discovery);
     static std::shared_ptr<AppModel> ifStill(const Weak& weak, std::uint64_t discovery);
     static Wendril::Task<void> live(Weak weak);
+    static Wendril::Task<void> refreshPresets(Weak weak);
+    static Wendril::Task<void> loadPreset(Weak weak, int number);
+    static Wendril::Task<void> savePreset(Weak weak, int number, std::string name);
+    static Wendril::Task<void> deletePreset(Weak weak, int number);
+    static Wendril::Task<bool> askTargeted(Weak weak, Command command, std::string complaint);
+    static std::shared_ptr<AppModel> ifStill(const Weak& weak, const Wendril::K7QClient& client);
 
     std::shared_ptr<Wendril::Transport> chosenTransport() const;
     Wendril::Bus::CloseHandler closeHandler(std::uint64_t attempt);
     void linkLost(std::uint64_t attempt, const std::string& reason);
     void endDiscovery();
+    void dropEdits();
     void startLoop();
     void stopLoop();
     std::optional<Edit> nextEdit();
@@ -171,10 +185,11 @@ private:
     void rewriteEq(std::string_view channel, const std::function<void(Wendril::PeqValue&)>& change);
 
     const Surroundings surroundings;
-    std::shared_ptr<Wendril::Bus> opening;  // not yet the link
-    std::optional<Link> link;               // present while connected
-    std::uint64_t attempts = 0;             // connects and disconnects; the latest one rules
-    std::uint64_t discoveries = 0;          // likewise; the end of a link ends its discovery too
+    std::shared_ptr<Wendril::Bus> bus;         // opening, open or closing: the next one waits for its end
+    std::optional<Wendril::K7QClient> client;  // present while connected
+    std::uint64_t attempts = 0;                // connects and disconnects; the latest one rules
+    std::uint64_t discoveries = 0;             // likewise; the end of a link ends its discovery too
+    std::uint64_t listings = 0;                // of presets; likewise
     std::deque<WriteKey> order;
     std::map<WriteKey, Wendril::ModuleValue> pending;
     std::optional<Wendril::Spawned<void>> loop;

@@ -37,22 +37,22 @@ std::shared_ptr<Transport> AppModel::chosenTransport() const {
 }
 
 // Closes the link and shows nothing of it any more. False when another attempt has overruled this
-// one meanwhile.
+// one meanwhile; that one has waited for the same bus to close, for a port opens only once.
 Task<bool> AppModel::leave(Weak weak, std::uint64_t attempt) {
     auto self = weak.lock();
     if (!self) co_return false;
     self->stopLoop();
     self->loop.reset();
     self->endDiscovery();
-    self->opening.reset();
-    const auto closing = std::exchange(self->link, std::nullopt);
-    self.reset();
-    if (closing) {
-        auto closed = closing->bus->close();
+    self->client.reset();
+    if (const auto closing = self->bus) {
+        self.reset();
+        auto closed = closing->close();
         co_await std::move(closed);
+        self = weak.lock();
     }
-    self = weak.lock();
     if (!self || self->attempts != attempt) co_return false;
+    self->bus.reset();
     self->speakers = Speakers{};
     self->meters = std::vector<float>(K7Q::meterChannels.size(), silence);
     self->status = Status::offline();
@@ -72,11 +72,10 @@ Task<void> AppModel::connect(Weak weak) {
     if (!left || !self) co_return;
 
     const auto transport = self->chosenTransport();
-    self->progress = std::nullopt;
     self->status = Status::working("Conectando a " + transport->name() + "…");
-    self->opening = std::make_shared<Bus>(transport);
-    auto watching = self->opening->onClose(self->closeHandler(attempt));
-    auto open = self->opening->open();
+    self->bus = std::make_shared<Bus>(transport);
+    auto watching = self->bus->onClose(self->closeHandler(attempt));
+    auto open = self->bus->open();
     self.reset();
     co_await std::move(watching);
     auto opened = failureOf(std::move(open));
@@ -84,12 +83,12 @@ Task<void> AppModel::connect(Weak weak) {
 
     self = weak.lock();
     if (!self || self->attempts != attempt) co_return;
-    const auto bus = std::exchange(self->opening, nullptr);
     if (failure) {
+        self->bus.reset();
         self->status = Status::error(*failure);
         co_return;
     }
-    self->link = Link{bus, K7QClient(bus, K7Q::productID)};
+    self->client.emplace(self->bus, K7Q::productID);
     self.reset();
     auto discovery = discover(weak, false);
     co_await std::move(discovery);
@@ -108,15 +107,17 @@ Bus::CloseHandler AppModel::closeHandler(std::uint64_t attempt) {
 }
 
 void AppModel::linkLost(std::uint64_t attempt, const std::string& reason) {
-    if (attempts != attempt || !link) return;
+    if (attempts != attempt || !client) return;
     stopLoop();
     endDiscovery();
-    link.reset();
+    client.reset();
+    bus.reset();
     status = Status::error(reason);
 }
 
 void AppModel::endDiscovery() {
     ++discoveries;
+    progress = std::nullopt;
     discovering = false;
 }
 

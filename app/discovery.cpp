@@ -25,10 +25,10 @@ std::shared_ptr<AppModel> AppModel::ifStill(const Weak& weak, std::uint64_t disc
 
 Task<void> AppModel::discover(Weak weak, bool renumber) {
     auto self = weak.lock();
-    if (!self || !self->link) co_return;
+    if (!self || !self->client) co_return;
     self->stopLoop();
-    self->order.clear();
-    self->pending.clear();
+    self->dropEdits();
+    self->progress = std::nullopt;
     self->discovering = true;
     const std::uint64_t discovery = ++self->discoveries;
     self.reset();
@@ -38,11 +38,10 @@ Task<void> AppModel::discover(Weak weak, bool renumber) {
     if (!found) co_return;
     auto reading = readSpeakers(weak, discovery);
     const bool read = co_await std::move(reading);
-    self = weak.lock();
+    self = ifStill(weak, discovery);
     if (!read || !self) co_return;
-    self->progress = std::nullopt;
-    self->discovering = false;
-    self->status = Status::online(self->link->bus->transport->name());
+    self->endDiscovery();
+    self->status = Status::online(self->bus->transport->name());
     self->startLoop();
 }
 
@@ -50,7 +49,7 @@ Task<void> AppModel::discover(Weak weak, bool renumber) {
 Task<bool> AppModel::findSpeakers(Weak weak, std::uint64_t discovery, bool renumber) {
     auto self = ifStill(weak, discovery);
     if (!self) co_return false;
-    const K7QClient client = self->link->client;
+    const K7QClient client = *self->client;
     self->status = Status::working("Procurando caixas…");
     self.reset();
     std::vector<DeviceInfo> found;
@@ -79,6 +78,7 @@ Task<bool> AppModel::findSpeakers(Weak weak, std::uint64_t discovery, bool renum
     Speakers speakers;
     for (const DeviceInfo& info : found)
         speakers.push_back(std::make_shared<Speaker>(info));
+    self->dropEdits();  // to speakers that are no longer listed
     self->speakers = std::move(speakers);
     if (!self->focus()) self->target = std::nullopt;
     co_return true;
@@ -89,7 +89,7 @@ Task<bool> AppModel::findSpeakers(Weak weak, std::uint64_t discovery, bool renum
 Task<bool> AppModel::readSpeakers(Weak weak, std::uint64_t discovery) {
     auto self = ifStill(weak, discovery);
     if (!self) co_return false;
-    const K7QClient client = self->link->client;
+    const K7QClient client = *self->client;
     const Speakers speakers = self->speakers.value();
     self.reset();
     for (std::size_t i = 0; i < speakers.size(); ++i) {
@@ -107,7 +107,7 @@ Task<bool> AppModel::readSpeakers(Weak weak, std::uint64_t discovery) {
         self = ifStill(weak, discovery);
         if (!self) co_return false;
         if (values)
-            speakers[i]->values = *std::move(values);
+            speakers[i]->take(*std::move(values), {});
         else
             self->notice = "A caixa " + twoDigits(address) + " não respondeu a todas as leituras";
     }

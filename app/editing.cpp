@@ -31,6 +31,11 @@ void AppModel::set(std::uint8_t module, const ModuleValue& value) {
     }
 }
 
+void AppModel::dropEdits() {
+    order.clear();
+    pending.clear();
+}
+
 // The focused speaker's setting with the change goes to all targeted ones, whole.
 template <class Case>
 void AppModel::edit(ModuleKind kind, const std::vector<std::string_view>& channels,

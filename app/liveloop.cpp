@@ -37,8 +37,8 @@ Task<void> AppModel::live(Weak weak) {
     int misses = 0;
     for (;;) {
         auto self = weak.lock();
-        if (stop.stop_requested() || !self || !self->link) co_return;
-        const K7QClient client = self->link->client;
+        if (stop.stop_requested() || !self || !self->client) co_return;
+        const K7QClient client = *self->client;
 
         if (const auto edit = self->nextEdit()) {
             self.reset();
@@ -56,7 +56,7 @@ Task<void> AppModel::live(Weak weak) {
             auto reading = resultOf(client.meters(speaker->address));
             auto levels = co_await std::move(reading);
             self = weak.lock();
-            if (!self) co_return;
+            if (stop.stop_requested() || !self) co_return;  // whoever ended the link shows silence
             if (levels) {
                 misses = 0;
                 self->meters = *std::move(levels);

@@ -79,7 +79,8 @@ int AppModel::bandsOf(std::string_view channel) {
 }
 
 void AppModel::rewriteEq(std::string_view channel, const std::function<void(PeqValue&)>& change) {
-    for (int band = 0; band < bandsOf(channel); ++band) {
+    const int bands = bandsOf(channel);
+    for (int band = 0; band < bands; ++band) {
         const auto current = valueAs<PeqValue>(ModuleKind::peq, channel, band);
         PeqValue value = limited(current.value_or(neutral));
         change(value);
@@ -96,7 +97,8 @@ void AppModel::resetEq(std::string_view channel) {
 }
 
 bool AppModel::eqBypassed(std::string_view channel) const {
-    for (int band = 0; band < bandsOf(channel); ++band) {
+    const int bands = bandsOf(channel);
+    for (int band = 0; band < bands; ++band) {
         const auto value = valueAs<PeqValue>(ModuleKind::peq, channel, band);
         if (!value || !value->bypass) return false;
     }

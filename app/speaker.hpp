@@ -17,6 +17,10 @@ struct Speaker {
         : address(device.address)
         , info(device) {}
 
+    /// Takes over what was read, except where the user has edited `values` since the reading began:
+    /// those edits go to the speaker after it. `before` is what `values` were then.
+    void take(Wendril::ModuleValues read, const Wendril::ModuleValues& before);
+
     const std::uint8_t address;
     Property<Wendril::DeviceInfo> info;
     Property<Wendril::ModuleValues> values;

@@ -1,81 +1,141 @@
 #include "app/uiexecutor.hpp"
 
+#include <QBasicTimer>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QThread>
-#include <QTimer>
 
+#include <algorithm>
 #include <chrono>
+#include <map>
 #include <mutex>
+#include <optional>
+#include <thread>
 #include <utility>
-#include <vector>
 
 namespace Corvane {
 
 using Wendril::Duration;
+using Wendril::TimePoint;
 using Wendril::Work;
 
-// One event wakes the loop for all that has been posted by then.
-class UiExecutor::Inbox final : public QObject {
+namespace {
+
+TimePoint clockTime() { return std::chrono::steady_clock::now(); }
+
+}  // namespace
+
+// What is to be done, by due time; entries due together keep their order. Suspended tasks wait here
+// and own their executor, so it is the receiver, a child of the application, that ends the agenda.
+class UiExecutor::Agenda {
 public:
-    void put(Work work) {
-        {
-            const std::scoped_lock lock(mutex);
-            posted.push_back(std::move(work));
-            if (std::exchange(announced, true)) return;
-        }
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    explicit Agenda(QObject* receiver)
+        : receiver(receiver) {}
+
+    void add(TimePoint due, Work work) {
+        const std::scoped_lock lock(mutex);
+        if (!receiver) return;
+        const auto added = entries.emplace(due, std::move(work));
+        if (added == entries.begin()) wake();
     }
 
-    // Dropped work may drop or post more.
-    void empty() {
-        for (;;) {
-            const std::vector<Work> dropped = take();
-            if (dropped.empty()) return;
-        }
+    // The event has come; the next addition sends another, also from an event loop inside work.
+    TimePoint answer() {
+        const std::scoped_lock lock(mutex);
+        awake = false;
+        return clockTime();
     }
+
+    // None when nothing is due by then.
+    Work take(TimePoint limit) {
+        const std::scoped_lock lock(mutex);
+        if (entries.empty() || entries.begin()->first > limit) return {};
+        return std::move(entries.extract(entries.begin()).mapped());
+    }
+
+    // The time until there is something to do; none when nothing is left.
+    std::optional<Duration> pause() {
+        const std::scoped_lock lock(mutex);
+        if (entries.empty()) return std::nullopt;
+        const Duration left = entries.begin()->first - clockTime();
+        if (left <= Duration::zero()) wake();
+        return left;
+    }
+
+    // Dropped work may post more, which is dropped at once.
+    void end() {
+        std::multimap<TimePoint, Work> dropped;
+        const std::scoped_lock lock(mutex);
+        receiver = nullptr;
+        std::swap(dropped, entries);
+    }
+
+    void dismissReceiver() {
+        const std::scoped_lock lock(mutex);
+        if (receiver) receiver->deleteLater();
+    }
+
+private:
+    // Under the lock, so that the receiver is there.
+    void wake() {
+        if (!std::exchange(awake, true)) QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
+    }
+
+    std::mutex mutex;
+    QObject* receiver;  // null once it has ended
+    std::multimap<TimePoint, Work> entries;
+    bool awake = false;  // an event is on its way
+};
+
+class UiExecutor::Receiver final : public QObject {
+public:
+    explicit Receiver(QObject* parent)
+        : QObject(parent)
+        , agenda(std::make_shared<Agenda>(this)) {}
+    ~Receiver() override { agenda->end(); }
+    Receiver(const Receiver&) = delete;
+    Receiver& operator=(const Receiver&) = delete;
+
+    const std::shared_ptr<Agenda> agenda;
 
 protected:
     bool event(QEvent* event) override {
-        if (event->type() != QEvent::User) return QObject::event(event);
-        for (Work& work : take()) {
-            work();
-            work = {};
-        }
+        if (event->type() != QEvent::User && event->type() != QEvent::Timer) return QObject::event(event);
+        runDue();
         return true;
     }
 
 private:
-    std::vector<Work> take() {
-        const std::scoped_lock lock(mutex);
-        announced = false;
-        return std::exchange(posted, {});
+    // What is posted meanwhile waits for the next event, so that the user's input gets its turn.
+    void runDue() {
+        constexpr Duration longestWait = std::chrono::hours(1);
+        for (const TimePoint limit = agenda->answer(); Work work = agenda->take(limit);)
+            work();
+        const auto pause = agenda->pause();
+        if (!pause || *pause <= Duration::zero()) return timer.stop();
+        const auto wait = std::chrono::ceil<std::chrono::milliseconds>(std::min(*pause, longestWait));
+        timer.start(static_cast<int>(wait.count()), Qt::PreciseTimer, this);
     }
 
-    std::mutex mutex;
-    std::vector<Work> posted;
-    bool announced = false;
+    QBasicTimer timer;
 };
 
 UiExecutor::UiExecutor()
-    : inbox(std::make_unique<Inbox>()) {}
+    : thread(std::this_thread::get_id())
+    , agenda((new Receiver(QCoreApplication::instance()))->agenda) {}
 
-UiExecutor::~UiExecutor() { inbox->empty(); }
-
-void UiExecutor::post(Work work) { inbox->put(std::move(work)); }
-
-void UiExecutor::postAfter(Duration delay, Work work) {
-    if (!isCurrent())
-        return post([this, due = now() + delay, work = std::move(work)]() mutable {
-            postAfter(due - now(), std::move(work));
-        });
-    const auto shared = std::make_shared<Work>(std::move(work));
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(std::max(delay, Duration::zero()));
-    QTimer::singleShot(wait, Qt::PreciseTimer, inbox.get(), [shared] { (*shared)(); });
+UiExecutor::~UiExecutor() {
+    agenda->dismissReceiver();
+    agenda->end();
 }
 
-bool UiExecutor::isCurrent() const { return QThread::currentThread() == inbox->thread(); }
+void UiExecutor::post(Work work) { agenda->add(clockTime(), std::move(work)); }
 
-Wendril::TimePoint UiExecutor::now() const { return std::chrono::steady_clock::now(); }
+void UiExecutor::postAfter(Duration delay, Work work) {
+    agenda->add(clockTime() + std::max(delay, Duration::zero()), std::move(work));
+}
+
+bool UiExecutor::isCurrent() const { return std::this_thread::get_id() == thread; }
+
+TimePoint UiExecutor::now() const { return clockTime(); }
 
 }  // namespace Corvane

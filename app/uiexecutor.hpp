@@ -2,14 +2,14 @@
 
 #include "Wendril/runtime/executor.hpp"
 
-#include <QObject>
-
 #include <memory>
+#include <thread>
 
 namespace Corvane {
 
-/// The Qt event loop of the thread that creates it, as an executor. Work that is undone when it
-/// ends is dropped. Create and destroy it on that thread.
+/// The Qt event loop of the application, as an executor. Create it on the application's thread,
+/// after the application; drop it anywhere. Work that is undone when either ends is dropped, and so
+/// is what is posted later.
 class UiExecutor final : public Wendril::Executor {
 public:
     UiExecutor();
@@ -23,9 +23,11 @@ public:
     Wendril::TimePoint now() const override;
 
 private:
-    class Inbox;
+    class Agenda;
+    class Receiver;
 
-    std::unique_ptr<Inbox> inbox;
+    const std::thread::id thread;
+    const std::shared_ptr<Agenda> agenda;
 };
 
 }  // namespace Corvane
