@@ -1,5 +1,7 @@
 #include "app/corvaneapp.hpp"
 
+#include "app/snapshot.hpp"
+
 #include "ui/kit/theme.hpp"
 
 #include "Wendril/transport.hpp"
@@ -60,7 +62,15 @@ CorvaneApp::CorvaneApp(const Options& options)
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(darkPalette());
     QApplication::setFont(Theme::font(13));
+}
+
+void CorvaneApp::start() {
+    if (Snapshot::isActive()) {
+        model->start(Snapshot::runIfRequested(model));
+        return;
+    }
     window = std::make_unique<MainWindow>(*model, true);
+    window->show();
 }
 
 }  // namespace Corvane

@@ -17,7 +17,8 @@ public:
     /// Throws std::system_error when the demonstration chain cannot be made.
     explicit CorvaneApp(const Options& options);
 
-    void show() { window->show(); }
+    /// Shows the window; in the unattended mode, starts its run instead.
+    void start();
 
 private:
     std::unique_ptr<Demo> demo;

@@ -1,4 +1,5 @@
 #include "app/corvaneapp.hpp"
+#include "app/snapshot.hpp"
 
 #include <QApplication>
 
@@ -19,10 +20,13 @@ int main(int argc, char** argv) {
                      options.answer->text.trimmed().toUtf8().constData());
         return options.answer->status;
     }
+    // The unattended mode draws without a screen.
+    if (Corvane::Snapshot::isActive() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     try {
         const QApplication application(argc, argv);
         Corvane::CorvaneApp corvane(options);
-        corvane.show();
+        corvane.start();
         return QApplication::exec();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "corvane: %s\n", error.what());

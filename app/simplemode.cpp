@@ -10,19 +10,6 @@ using namespace Wendril;
 namespace {
 
 constexpr double sameGain = 0.05;  // dB
-constexpr PeqValue neutral{1000, 0, 3, 0, false};
-
-// What the equaliser takes; what is no number becomes `otherwise`.
-float limited(float value, float low, float high, float otherwise) {
-    return std::isnan(value) ? otherwise : std::clamp(value, low, high);
-}
-
-PeqValue limited(PeqValue band) {
-    band.fc = std::clamp<std::uint32_t>(band.fc, 20, 22000);
-    band.gain = limited(band.gain, -12, 12, neutral.gain);
-    band.q = limited(band.q, 0.3F, 50, neutral.q);
-    return band;
-}
 
 }  // namespace
 
@@ -70,39 +57,6 @@ void AppModel::toggleOutputMute() {
         gain->mute = mute;
         set(K7Q::index(ModuleKind::gain, output, 0), ModuleValue{*gain});
     }
-}
-
-int AppModel::bandsOf(std::string_view channel) {
-    return static_cast<int>(std::ranges::count_if(K7Q::modules(), [channel](const ModuleRef& ref) {
-        return ref.kind == ModuleKind::peq && ref.channel == channel;
-    }));
-}
-
-void AppModel::rewriteEq(std::string_view channel, const std::function<void(PeqValue&)>& change) {
-    const int bands = bandsOf(channel);
-    for (int band = 0; band < bands; ++band) {
-        const auto current = valueAs<PeqValue>(ModuleKind::peq, channel, band);
-        PeqValue value = limited(current.value_or(neutral));
-        change(value);
-        set(K7Q::index(ModuleKind::peq, channel, band), ModuleValue{value});
-    }
-}
-
-void AppModel::setEqBypass(std::string_view channel, bool bypass) {
-    rewriteEq(channel, [bypass](PeqValue& band) { band.bypass = bypass; });
-}
-
-void AppModel::resetEq(std::string_view channel) {
-    rewriteEq(channel, [](PeqValue& band) { band.gain = 0; });
-}
-
-bool AppModel::eqBypassed(std::string_view channel) const {
-    const int bands = bandsOf(channel);
-    for (int band = 0; band < bands; ++band) {
-        const auto value = valueAs<PeqValue>(ModuleKind::peq, channel, band);
-        if (!value || !value->bypass) return false;
-    }
-    return true;
 }
 
 FilterMath::Crossover AppModel::crossover(std::string_view output) const {

@@ -72,7 +72,7 @@ void Surface::paintEvent(QPaintEvent* event) {
     const int corner = static_cast<int>(cornerRadius);
     for (QObject* const child : children()) {
         const auto* const panel = dynamic_cast<const Panel*>(child);
-        if (!panel || !panel->isVisible()) continue;
+        if (!panel || panel->isHidden()) continue;
         const QRect plate = panel->geometry();
         const bool hidden = plate.adjusted(corner, 0, -corner, 0).contains(event->rect()) ||
                             plate.adjusted(0, corner, 0, -corner).contains(event->rect());
