@@ -126,7 +126,7 @@ void Key::mouseMoveEvent(QMouseEvent* event) {
 
 void Key::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || held != Held::mouse) return;
-    const bool over = pressed;
+    const bool over = rect().contains(event->position().toPoint());
     letGo();
     if (over) activate();
 }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double emptyLevel = -60;
 constexpr double fullLevel = 6;
-constexpr double glowBlur = 3.2;
+constexpr double glowBlur = 3;
 
 }  // namespace
 
