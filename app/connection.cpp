@@ -78,14 +78,14 @@ Task<void> AppModel::connect(Weak weak) {
     auto open = self->bus->open();
     self.reset();
     co_await std::move(watching);
-    auto opened = failureOf(std::move(open));
-    const auto failure = co_await std::move(opened);
+    auto opening = outcomeOf(std::move(open));
+    const auto opened = co_await std::move(opening);
 
     self = weak.lock();
     if (!self || self->attempts != attempt) co_return;
-    if (failure) {
+    if (!opened) {
         self->bus.reset();
-        self->status = Status::error(*failure);
+        self->status = Status::error(opened.failure);
         co_return;
     }
     self->client.emplace(self->bus, K7Q::productID);

@@ -63,11 +63,11 @@ Task<bool> AppModel::findSpeakers(Weak weak, std::uint64_t discovery, bool renum
     if (found.empty()) {
         self->status = Status::working("Endereçando as caixas…");
         self.reset();
-        auto addressing = resultOf(client.assignAddresses(mostSpeakers));
-        const auto addressed = co_await std::move(addressing);
+        auto addressing = outcomeOf(client.assignAddresses(mostSpeakers));
+        auto addressed = co_await std::move(addressing);
         self = ifStill(weak, discovery);
         if (!self) co_return false;
-        found = addressed.value_or(std::vector<DeviceInfo>());
+        if (addressed) found = *std::move(addressed.value);
     }
     if (found.empty()) {
         self->endDiscovery();
@@ -99,7 +99,7 @@ Task<bool> AppModel::readSpeakers(Weak weak, std::uint64_t discovery) {
         self->status = Status::working("Lendo a caixa " + twoDigits(address) + "…");
         self.reset();
         auto reading =
-            resultOf(client.readAll(address, [weak, discovery, i, n = speakers.size()](double fraction) {
+            outcomeOf(client.readAll(address, [weak, discovery, i, n = speakers.size()](double fraction) {
                 if (const auto self = ifStill(weak, discovery))
                     self->progress = (static_cast<double>(i) + fraction) / static_cast<double>(n);
             }));
@@ -107,7 +107,7 @@ Task<bool> AppModel::readSpeakers(Weak weak, std::uint64_t discovery) {
         self = ifStill(weak, discovery);
         if (!self) co_return false;
         if (values)
-            speakers[i]->take(*std::move(values), {});
+            speakers[i]->take(*std::move(values.value), {});
         else
             self->notice = "A caixa " + twoDigits(address) + " não respondeu a todas as leituras";
     }

@@ -43,23 +43,23 @@ Task<void> AppModel::live(Weak weak) {
         if (const auto edit = self->nextEdit()) {
             self.reset();
             auto writing =
-                failureOf(client.write(edit->key.address, K7Q::module(edit->key.index).value(), edit->value));
-            const auto failure = co_await std::move(writing);
+                outcomeOf(client.write(edit->key.address, K7Q::module(edit->key.index).value(), edit->value));
+            const auto written = co_await std::move(writing);
             self = weak.lock();
-            if (failure && self)
+            if (!written && self)
                 self->notice = "A caixa " + twoDigits(edit->key.address) + " não confirmou o ajuste";
             continue;
         }
 
         if (const auto speaker = self->focus()) {
             self.reset();
-            auto reading = resultOf(client.meters(speaker->address));
+            auto reading = outcomeOf(client.meters(speaker->address));
             auto levels = co_await std::move(reading);
             self = weak.lock();
             if (stop.stop_requested() || !self) co_return;  // whoever ended the link shows silence
             if (levels) {
                 misses = 0;
-                self->meters = *std::move(levels);
+                self->meters = *std::move(levels.value);
             } else if (++misses == missesBeforeNotice) {
                 self->notice = "A caixa " + twoDigits(speaker->address) + " parou de responder";
             }

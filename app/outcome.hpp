@@ -1,34 +1,58 @@
 #pragma once
 
-#include "Wendril/runtime/task.hpp"
+#include "Wendril/bus.hpp"
 
+#include <chrono>
 #include <exception>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <utility>
+#include <variant>
 
 namespace Corvane {
 
-/// What a task fails with, in the user's words; absent when it succeeds.
-inline Wendril::Task<std::optional<std::string>> failureOf(Wendril::Task<void> task) {
-    std::optional<std::string> failure;
-    try {
-        co_await std::move(task);
-    } catch (const std::exception& error) {
-        failure = error.what();
-    }
-    co_return failure;
+/// How a task has ended.
+template <class T>
+struct Outcome {
+    std::optional<std::conditional_t<std::is_void_v<T>, std::monostate, T>> value;  // absent: it failed
+    std::string failure;                                                            // in the user's words
+
+    explicit operator bool() const { return value.has_value(); }
+};
+
+/// True for the failures of a link that is ending or has ended.
+inline bool isOfLink(const std::exception& error) {
+    if (const auto* const request = dynamic_cast<const Wendril::BusError*>(&error))
+        return request->kind() == Wendril::BusError::Case::closed;
+    const auto* const transport = dynamic_cast<const Wendril::TransportError*>(&error);
+    return transport && (transport->kind() == Wendril::TransportError::Case::write ||
+                         transport->kind() == Wendril::TransportError::Case::notOpen);
 }
 
-/// What a task comes to; absent when it fails.
+/// Waits for a task and never fails. A link that ends may fail a request before it reports its end
+/// (when an adapter is pulled, a write sees it first); its failures come after that report.
 template <class T>
-Wendril::Task<std::optional<T>> resultOf(Wendril::Task<T> task) {
-    std::optional<T> result;
+Wendril::Task<Outcome<T>> outcomeOf(Wendril::Task<T> task) {
+    constexpr auto reportDelay = std::chrono::milliseconds(100);
+    Outcome<T> outcome;
+    bool ofLink = false;
     try {
-        result = co_await std::move(task);
-    } catch (const std::exception&) {
-        result.reset();
+        if constexpr (std::is_void_v<T>) {
+            co_await std::move(task);
+            outcome.value.emplace();
+        } else {
+            outcome.value = co_await std::move(task);
+        }
+    } catch (const std::exception& error) {
+        outcome.failure = error.what();
+        ofLink = isOfLink(error);
     }
-    co_return result;
+    if (ofLink) {
+        auto report = Wendril::sleepFor(reportDelay);
+        co_await std::move(report);
+    }
+    co_return outcome;
 }
 
 }  // namespace Corvane

@@ -52,24 +52,25 @@ Task<void> AppModel::refreshPresets(Weak weak) {
     const std::uint64_t listing = ++self->listings;
     self.reset();
 
-    auto asking = resultOf(client.presetInfo(speaker->address));
+    auto asking = outcomeOf(client.presetInfo(speaker->address));
     const auto info = co_await std::move(asking);
     if (!info) co_return;
+    const K7QClient::PresetInfo stored = *info.value;
     std::map<int, std::string> names;
     for (int slot = firstSlot; slot <= lastSlot; ++slot) {
-        if (!info->isStored(slot)) continue;
+        if (!stored.isStored(slot)) continue;
         self = ifStill(weak, client);
         if (!self || self->listings != listing) co_return;
         self.reset();
-        auto naming = resultOf(client.presetName(speaker->address, onTheWire(slot)));
+        auto naming = outcomeOf(client.presetName(speaker->address, onTheWire(slot)));
         auto name = co_await std::move(naming);
-        names.emplace(slot, name ? *std::move(name) : "Preset " + std::to_string(slot));
+        names.emplace(slot, name ? *std::move(name.value) : "Preset " + std::to_string(slot));
     }
     self = ifStill(weak, client);
     if (!self || self->listings != listing) co_return;
     self->devicePresets = std::move(names);
     constexpr std::uint32_t largest = std::numeric_limits<int>::max();
-    self->currentPreset = static_cast<int>(std::min(info->current, largest));
+    self->currentPreset = static_cast<int>(std::min(stored.current, largest));
 }
 
 // Gives the command to each targeted speaker, also after one that failed. False when the link has
@@ -81,11 +82,11 @@ Task<bool> AppModel::askTargeted(Weak weak, Command command, std::string complai
     const Speakers speakers = self->targeted();
     self.reset();
     for (const auto& speaker : speakers) {
-        auto asking = failureOf(command(client, speaker));
-        const auto failure = co_await std::move(asking);
+        auto asking = outcomeOf(command(client, speaker));
+        const auto answered = co_await std::move(asking);
         self = ifStill(weak, client);
         if (!self) co_return false;
-        if (failure && !complaint.empty())
+        if (!answered && !complaint.empty())
             self->notice = "A caixa " + twoDigits(speaker->address) + " " + complaint;
         self.reset();
     }

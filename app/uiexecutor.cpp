@@ -38,18 +38,21 @@ public:
         if (added == entries.begin()) wake();
     }
 
-    // The event has come; the next addition sends another, also from an event loop inside work.
+    // The event has come: another is sent when there is more to do.
     TimePoint answer() {
         const std::scoped_lock lock(mutex);
         awake = false;
         return clockTime();
     }
 
-    // None when nothing is due by then.
+    // None when nothing is due by then. The work may run an event loop of its own, which sees to the
+    // rest.
     Work take(TimePoint limit) {
         const std::scoped_lock lock(mutex);
         if (entries.empty() || entries.begin()->first > limit) return {};
-        return std::move(entries.extract(entries.begin()).mapped());
+        auto next = entries.extract(entries.begin());
+        if (!entries.empty()) wake();
+        return std::move(next.mapped());
     }
 
     // The time until there is something to do; none when nothing is left.

@@ -1,0 +1,142 @@
+// Whatever happens at whatever moment of a run: the model ends in the state of whoever came last.
+#include "rig.hpp"
+
+namespace Tests {
+namespace {
+
+// Each piece of work at the start of a run, then every few.
+template <class Try>
+void atManyMoments(Try attempt) {
+    for (int moment = 0; attempt(moment) && !testing::Test::HasFailure();)
+        moment += moment < 40 ? 1 : 31;
+}
+
+// False once the run ends before that moment.
+bool connectingUntil(Rig& rig, int moment) {
+    rig.model->start(rig.model->connect());
+    rig.steps(moment);
+    return !rig.model->status.value().isOnline();
+}
+
+TEST(InterruptionTest, DisconnectingWhileConnecting) {
+    atManyMoments([](int moment) {
+        Rig rig;
+        const bool connecting = connectingUntil(rig, moment);
+        rig.run(rig.model->disconnect());
+        const std::size_t sent = rig.port->sent.size();
+        rig.time.advance(20s);
+        EXPECT_EQ(rig.model->status.value(), Status::offline()) << moment;
+        EXPECT_EQ(rig.model->progress.value(), std::nullopt);
+        EXPECT_FALSE(rig.model->discovering.value());
+        EXPECT_TRUE(rig.model->speakers.value().empty());
+        EXPECT_EQ(rig.model->notice.value(), std::nullopt);
+        EXPECT_EQ(rig.port->holders, 0);
+        EXPECT_EQ(rig.port->sent.size(), sent);
+        return connecting;
+    });
+}
+
+TEST(InterruptionTest, ConnectingAnewWhileConnecting) {
+    atManyMoments([](int moment) {
+        Rig rig;
+        const bool connecting = connectingUntil(rig, moment);
+        rig.model->portChoice = "/dev/other";
+        rig.goOnline();
+        rig.time.advance(1s);
+        EXPECT_EQ(rig.model->status.value(), Status::online("/dev/other")) << moment;
+        EXPECT_EQ(rig.differing(0), std::vector<int>{});
+        EXPECT_EQ(rig.port->holders, 1);
+        EXPECT_LE(rig.port->sent.size(), 18U) << "one live loop";
+        return connecting;
+    });
+}
+
+TEST(InterruptionTest, ConnectingWhileDisconnecting) {
+    for (int moment = 0; moment < 12; ++moment) {
+        Rig rig;
+        rig.goOnline();
+        rig.model->start(rig.model->disconnect());
+        rig.steps(moment);
+        rig.goOnline();
+        EXPECT_EQ(rig.port->openings, 2) << moment;
+        EXPECT_EQ(rig.speaker(0)->values.value().size(), 92U);
+    }
+}
+
+TEST(InterruptionTest, LosingTheLinkWhileConnecting) {
+    atManyMoments([](int moment) {
+        Rig rig;
+        const bool connecting = connectingUntil(rig, moment);
+        const auto cable = rig.cable.lock();
+        const bool open = rig.port->holders == 1;
+        if (open) cable->cut(nullptr);
+        rig.time.advance(20s);
+        const Status expected =
+            open ? Status::error("A conexão com as caixas caiu") : Status::online("/dev/ttyUSB0");
+        EXPECT_EQ(rig.model->status.value(), expected) << moment;
+        EXPECT_EQ(rig.model->progress.value(), std::nullopt);
+        EXPECT_FALSE(rig.model->discovering.value());
+        EXPECT_EQ(rig.model->notice.value(), std::nullopt);
+        return connecting;
+    });
+}
+
+TEST(InterruptionTest, TheModelEndsWhileConnecting) {
+    atManyMoments([](int moment) {
+        Rig rig;
+        const bool connecting = connectingUntil(rig, moment);
+        rig.model.reset();
+        rig.time.runUntilIdle();
+        EXPECT_EQ(rig.port->holders, 0) << moment;
+        EXPECT_TRUE(rig.cable.expired());
+        return connecting;
+    });
+}
+
+TEST(InterruptionTest, TheModelEndsWhileEditsAreSent) {
+    for (int moment = 0; moment < 60; ++moment) {
+        Rig rig;
+        rig.goOnline();
+        for (std::uint8_t module = 1; module <= 6; ++module)
+            rig.model->set(module, gain(-1));
+        rig.model->start(rig.model->savePreset(1, "Show"));
+        rig.steps(moment);
+        rig.model.reset();
+        rig.time.runUntilIdle();
+        EXPECT_EQ(rig.port->holders, 0) << moment;
+        EXPECT_TRUE(rig.cable.expired());
+    }
+}
+
+// The clock ends with tasks suspended everywhere; what they hold goes with them.
+TEST(InterruptionTest, TheExecutorsEndWhileConnecting) {
+    atManyMoments([](int moment) {
+        std::weak_ptr<Cable> cable;
+        std::weak_ptr<AppModel> model;
+        bool connecting = false;
+        {
+            Rig rig;
+            connecting = connectingUntil(rig, moment);
+            cable = rig.cable;
+            model = rig.model;
+        }
+        EXPECT_TRUE(cable.expired()) << moment;
+        EXPECT_TRUE(model.expired()) << moment;
+        return connecting;
+    });
+}
+
+TEST(InterruptionTest, DisconnectingSilencesTheMetersForGood) {
+    for (int moment = 0; moment < 40; ++moment) {
+        Rig rig;
+        rig.goOnline();
+        rig.steps(moment);
+        rig.model->start(rig.model->disconnect());
+        rig.time.advance(1s);
+        EXPECT_EQ(rig.model->meters.value(), std::vector<float>(6, AppModel::silence)) << moment;
+        EXPECT_EQ(rig.model->notice.value(), std::nullopt);
+    }
+}
+
+}  // namespace
+}  // namespace Tests

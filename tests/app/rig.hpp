@@ -1,0 +1,188 @@
+#pragma once
+
+#include "app/appmodel.hpp"
+#include "simulator/memorytransport.hpp"
+#include "simulator/virtualtime.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Tests {
+
+using namespace std::chrono_literals;
+using namespace Corvane;
+using namespace Wendril;
+
+/// A frame that the host has sent.
+struct Sent {
+    TimePoint at;
+    std::uint8_t fun;
+    std::uint8_t address;
+    std::uint8_t module;  // payload byte 1
+    Bytes frame;
+
+    bool is(Fun kind) const { return fun == static_cast<std::uint8_t>(kind); }
+};
+
+/// The one port of the rig: it opens once at a time, as a serial port does.
+struct Port {
+    std::vector<Sent> sent;
+    std::function<bool(const Sent&)> swallow;  // those it says yes to never reach the line
+    std::optional<TransportError> refusal;     // of the next openings
+    int holders = 0;
+    int openings = 0;
+};
+
+/// A cable into the simulated line.
+class Cable final : public Transport {
+public:
+    Cable(std::shared_ptr<Simulator::Line> line, std::shared_ptr<Port> port, std::string label)
+        : line(line)
+        , port(std::move(port))
+        , label(std::move(label))
+        , memory(line) {}
+    ~Cable() override { release(); }
+    Cable(const Cable&) = delete;
+    Cable& operator=(const Cable&) = delete;
+
+    std::string name() const override { return label; }
+    void open(OnData onData, OnClose onClose) override {
+        if (port->refusal) throw *port->refusal;
+        if (port->holders > 0) throw TransportError::open(label, EBUSY);
+        ++port->holders;
+        ++port->openings;
+        held = true;
+        memory.open(std::move(onData), std::move(onClose));
+    }
+    void write(ByteView data) override {
+        Sent sent{line->executor->now(), data[3], data[2], data.size() > 13 ? data[13] : std::uint8_t{0},
+                  Bytes(data.begin(), data.end())};
+        const bool lost = port->swallow && port->swallow(sent);
+        port->sent.push_back(std::move(sent));
+        if (!lost) memory.write(data);
+    }
+    void close() override {
+        memory.close();
+        release();
+    }
+    void cut(const std::exception_ptr& error) {
+        memory.cut(error);
+        release();
+    }
+    std::shared_ptr<Executor> queue() const override { return line->executor; }
+
+private:
+    void release() {
+        if (std::exchange(held, false)) --port->holders;
+    }
+
+    const std::shared_ptr<Simulator::Line> line;
+    const std::shared_ptr<Port> port;
+    const std::string label;
+    Simulator::MemoryTransport memory;
+    bool held = false;
+};
+
+inline Simulator::LineOptions chainOf(std::size_t boards) { return {.boards = boards, .turnaround = 2ms}; }
+
+/// The model, its port and a simulated chain on one virtual clock.
+struct Rig {
+    explicit Rig(const Simulator::LineOptions& options = chainOf(1))
+        : line(std::make_shared<Simulator::Line>(time.executor(), options))
+        , model(AppModel::create({
+              .executor = time.executor(),
+              .serialPorts = [] { return std::vector<std::string>{"/dev/ttyUSB0"}; },
+              .extraPort = "",
+              .serial = [this](const std::string& path) { return connectCable(path); },
+              .bridge = [this](const std::string& host,
+                               std::uint16_t number) { return connectCable(host + std::to_string(number)); },
+          })) {}
+
+    std::shared_ptr<Transport> connectCable(const std::string& label) {
+        auto made = std::make_shared<Cable>(line, port, label);
+        cable = made;
+        return made;
+    }
+
+    /// False when an hour does not bring it about.
+    bool until(const std::function<bool()>& done) {
+        const TimePoint end = time.now() + 1h;
+        time.runUntil([&] { return done() || time.now() >= end; });
+        return done();
+    }
+
+    /// Runs the next pieces of work, as many as that.
+    void steps(int count) {
+        time.runUntil([&count] { return count-- == 0; });
+    }
+
+    /// Starts the operation and runs until it has ended.
+    void run(Task<void> operation) { time.run(std::move(operation)); }
+
+    /// Online, with nothing sent yet but meter requests.
+    void goOnline() {
+        run(model->connect());
+        ASSERT_EQ(model->status.value().state, Status::Case::online) << model->status.value().text;
+        port->sent.clear();
+    }
+
+    std::vector<Sent> sentOf(Fun kind) const {
+        std::vector<Sent> list;
+        std::ranges::copy_if(port->sent, std::back_inserter(list),
+                             [kind](const Sent& sent) { return sent.is(kind); });
+        return list;
+    }
+
+    /// Modules written, in order.
+    std::vector<int> written() const {
+        std::vector<int> modules;
+        for (const Sent& sent : sentOf(Fun::moduleSet))
+            modules.push_back(sent.module);
+        return modules;
+    }
+
+    const std::shared_ptr<Speaker>& speaker(std::size_t position) const {
+        return model->speakers.value().at(position);
+    }
+    ModuleValue shown(std::size_t position, std::uint8_t module) const {
+        return speaker(position)->values.value().at(module);
+    }
+
+    /// Modules for which the window shows something else than the board holds.
+    std::vector<int> differing(std::size_t position) const {
+        std::vector<int> modules;
+        for (const auto& [module, value] : speaker(position)->values.value())
+            if (value.encoded() != line->board(position).stored(module)) modules.push_back(module);
+        return modules;
+    }
+
+    std::string notice() const { return model->notice.value().value_or(""); }
+
+    Simulator::VirtualTime time;
+    std::shared_ptr<Simulator::Line> line;
+    std::shared_ptr<Port> port = std::make_shared<Port>();
+    std::weak_ptr<Cable> cable;  // the latest one
+    std::shared_ptr<AppModel> model;
+};
+
+/// Every value that a field takes from now on.
+template <class Value>
+struct History {
+    explicit History(QProperty<Value>& field)
+        : notifier(field.addNotifier([this, &field] { values.push_back(field.value()); })) {}
+
+    std::vector<Value> values;
+    QPropertyNotifier notifier;
+};
+
+inline ModuleValue gain(float db) { return {GainValue{db, false, true}}; }
+
+}  // namespace Tests
