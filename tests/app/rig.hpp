@@ -176,11 +176,14 @@ struct Rig {
 /// Every value that a field takes from now on.
 template <class Value>
 struct History {
-    explicit History(QProperty<Value>& field)
-        : notifier(field.addNotifier([this, &field] { values.push_back(field.value()); })) {}
+    explicit History(Property<Value>& field)
+        : watcher(watch([&field] { return field.value(); },
+                        [this](const Value& value) { values.push_back(value); })) {
+        values.clear();
+    }
 
     std::vector<Value> values;
-    QPropertyNotifier notifier;
+    std::shared_ptr<Watcher> watcher;
 };
 
 inline ModuleValue gain(float db) { return {GainValue{db, false, true}}; }
