@@ -38,8 +38,9 @@ PillButton::PillButton(const QString& title, Size size, QWidget* parent)
 
 void PillButton::setTitle(const QString& text) {
     if (title == text) return;
+    // A name that its owner has given it stays.
+    if (accessibleName() == title) setAccessibleName(text);
     title = text;
-    setAccessibleName(text);
     updateGeometry();
     update();
 }

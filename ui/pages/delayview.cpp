@@ -53,7 +53,9 @@ QLayout* DelayView::column(int output, QWidget* parent) {
     rows->setSpacing(12);
     rows->addWidget(fader, 0, Qt::AlignHCenter);
     rows->addWidget(distance, 0, Qt::AlignHCenter);
-    rows->addWidget(delayKey(model, channel, parent), 0, Qt::AlignHCenter);
+    auto* const key = delayKey(model, channel, parent);
+    key->setAccessibleName(QStringLiteral("Delay da saída %1").arg(output + 1));
+    rows->addWidget(key, 0, Qt::AlignHCenter);
     return rows;
 }
 
