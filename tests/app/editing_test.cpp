@@ -139,10 +139,9 @@ TEST(EditingTest, EditsDuringADiscoveryLeaveBoardAndScreenAlike) {
     }
 }
 
-// A minute of a restless hand on a bad line. A lost acknowledgement is sent for again, so all that
-// differs in the end are edits that were refused twice, and those have been reported.
+// A minute of a restless hand on a bad line: only edits that were reported may be missing.
 TEST(EditingTest, AfterAMinuteOnABadLineTheBoardsHoldWhatTheScreenShows) {
-    for (std::uint64_t seed = 1; seed <= 10; ++seed) {
+    for (std::uint64_t seed = 1; seed <= 5; ++seed) {
         auto options = chainOf(3);
         options.pace = true;
         options.lose = options.corrupt = 0.02;
@@ -150,24 +149,33 @@ TEST(EditingTest, AfterAMinuteOnABadLineTheBoardsHoldWhatTheScreenShows) {
         Rig rig(options);
         while (!rig.model->status.value().isOnline())
             rig.run(rig.model->connect());
-        rig.model->notice = std::nullopt;
         std::mt19937_64 random(seed);
+        std::size_t reports = 0;
         for (int edit = 0; edit < 3600; ++edit) {
-            const auto kind = random() % 4;
-            const auto level = static_cast<double>(random() % 200) / 10 - 10;
-            if (edit % 60 == 0) rig.model->target = std::optional<std::uint8_t>(1 + random() % 3);
+            const double level = static_cast<double>(random() % 200) / 10 - 10;
+            if (edit % 60 == 0) rig.model->target = static_cast<std::uint8_t>(1 + random() % 3);
             if (edit % 240 == 0) rig.model->target = std::nullopt;
-            if (kind == 0) rig.model->setVolume(level);
-            if (kind == 1) rig.model->setTone(toneBands.at(random() % 3), level);
-            if (kind == 2) rig.model->editLimiter([&](auto& value) { value.threshold = float(level); });
-            if (kind == 3) rig.model->setRoute("In1", K7Q::outputs.at(random() % 4), level > 0);
-            rig.time.advance(16667us);
+            switch (random() % 4) {
+            case 0:
+                rig.model->setVolume(level);
+                break;
+            case 1:
+                rig.model->setTone(toneBands.at(random() % toneBands.size()), level);
+                break;
+            case 2:
+                rig.model->setRoute("In1", K7Q::outputs.at(random() % 4), level > 0);
+                break;
+            default:
+                rig.model->editLimiter([level](LimiterValue& value) { value.threshold = float(level); });
+            }
+            rig.time.advance(edit + 1 < 3600 ? 16667us : 10s);
+            if (rig.model->notice.value()) ++reports;
+            rig.model->notice = std::nullopt;
         }
-        rig.time.advance(10s);
-        std::size_t differing = 0;
+        std::size_t missing = 0;
         for (std::size_t i = 0; i < rig.model->speakers.value().size(); ++i)
-            differing += rig.speaker(i)->values.value().empty() ? 0 : rig.differing(i).size();
-        EXPECT_TRUE(differing == 0 || !rig.notice().empty()) << "seed " << seed;
+            missing += rig.differing(i).size();
+        EXPECT_LE(missing, reports) << "seed " << seed;
         EXPECT_EQ(rig.line->summary().faults, std::vector<std::string>{}) << "seed " << seed;
     }
 }

@@ -126,14 +126,19 @@ TEST(InterruptionTest, TheExecutorsEndWhileConnecting) {
     });
 }
 
+// A reading that comes while the link closes finds its loop ended.
 TEST(InterruptionTest, DisconnectingSilencesTheMetersForGood) {
-    for (int moment = 0; moment < 40; ++moment) {
+    for (const Duration moment : {1ms, 2ms, 3ms, 30ms}) {
         Rig rig;
         rig.goOnline();
-        rig.steps(moment);
-        rig.model->start(rig.model->disconnect());
+        const auto clock = rig.time.executor();
+        rig.port->swallow = [&](const Sent&) {
+            clock->postAfter(moment, [&] { rig.model->start(rig.model->disconnect()); });
+            return false;
+        };
         rig.time.advance(1s);
-        EXPECT_EQ(rig.model->meters.value(), std::vector<float>(6, AppModel::silence)) << moment;
+        EXPECT_EQ(rig.model->status.value(), Status::offline());
+        EXPECT_EQ(rig.model->meters.value(), std::vector<float>(6, AppModel::silence)) << moment.count();
         EXPECT_EQ(rig.model->notice.value(), std::nullopt);
     }
 }

@@ -6,9 +6,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
+#include <exception>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
