@@ -4,12 +4,10 @@
 #include "simulator/ptyend.hpp"
 #include "simulator/tcpend.hpp"
 #include "tests/chain.hpp"
+#include "tests/deaflistener.hpp"
 
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -183,30 +181,6 @@ TEST(SerialTransportTest, AWriteThatWaitsForRoomEndsWithTheLine) {
     EXPECT_EQ(writing.get(), "Conexão fechada");
     release.set_value();
 }
-
-// A listener that never accepts and whose queue is full lets a connection hang.
-struct DeafListener {
-    DeafListener() {
-        EXPECT_EQ(::bind(socket.number, reinterpret_cast<const sockaddr*>(&where), sizeof where), 0);
-        EXPECT_EQ(::listen(socket.number, 0), 0);
-        socklen_t size = sizeof where;
-        ::getsockname(socket.number, reinterpret_cast<sockaddr*>(&where), &size);
-        for (const auto& filler : fillers)
-            static_cast<void>(
-                ::connect(filler.number, reinterpret_cast<const sockaddr*>(&where), sizeof where));
-    }
-
-    static int newSocket(int flags) { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0); }
-
-    std::uint16_t port() const { return ntohs(where.sin_port); }
-
-    sockaddr_in where{
-        .sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
-    Descriptor socket{newSocket(0)};
-    std::array<Descriptor, 3> fillers{Descriptor(newSocket(SOCK_NONBLOCK)),
-                                      Descriptor(newSocket(SOCK_NONBLOCK)),
-                                      Descriptor(newSocket(SOCK_NONBLOCK))};
-};
 
 TEST(TCPTransportTest, ARefusedConnectionFailsAtOnceWithTheSystemsText) {
     TCPTransport transport("127.0.0.1", 1);
