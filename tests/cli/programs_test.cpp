@@ -1,4 +1,4 @@
-#include "tests/deaflistener.hpp"
+#include "tests/listener.hpp"
 #include "tests/simulatorprocess.hpp"
 
 #include <gtest/gtest.h>
