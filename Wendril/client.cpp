@@ -3,8 +3,10 @@
 #include "Wendril/text.hpp"
 
 #include <algorithm>
-#include <charconv>
+#include <array>
 #include <chrono>
+#include <iterator>
+#include <string_view>
 #include <utility>
 
 namespace Wendril {
@@ -98,12 +100,14 @@ Task<Frame> broadcast(const K7QClient& client, const Command& command, Bytes pay
                                std::move(match));
 }
 
-// The operations, as coroutines that own a copy of their client: it may be gone when they run.
+// The operations, as coroutines that own a copy of their client: it may be gone when they run. They
+// name each exchange before awaiting it, so that no temporary lives across the wait.
 
 Task<bool> pingOf(K7QClient client, std::uint8_t address, Duration timeout) {
+    auto exchange =
+        send(client, address, {Fun::linkStatus, timeout, 0}, Bytes(8), replyFrom(address, Fun::linkStatus));
     try {
-        co_await send(client, address, {Fun::linkStatus, timeout, 0}, Bytes(8),
-                      replyFrom(address, Fun::linkStatus));
+        co_await std::move(exchange);
         co_return true;
     } catch (const std::exception&) {
         co_return false;
@@ -111,7 +115,8 @@ Task<bool> pingOf(K7QClient client, std::uint8_t address, Duration timeout) {
 }
 
 Task<DeviceInfo> infoOf(K7QClient client, std::uint8_t address) {
-    const Frame reply = co_await send(client, address, infoCommand, {}, replyFrom(address, Fun::devInfo));
+    auto exchange = send(client, address, infoCommand, {}, replyFrom(address, Fun::devInfo));
+    const Frame reply = co_await std::move(exchange);
     auto info = DeviceInfo::parse(reply.payload);
     if (!info) throw BusError::rejected(codeOf(Fun::devInfo));
     co_return *std::move(info);
@@ -134,8 +139,9 @@ Task<std::vector<DeviceInfo>> scanOf(K7QClient client, std::uint8_t first, std::
 
 // Who is next in the chain; every failure is silence.
 Task<std::optional<DeviceInfo>> identify(K7QClient client) {
+    auto exchange = broadcast(client, identifyCommand, {}, {}, replyOfAnyone(Fun::devInfo));
     try {
-        const Frame reply = co_await broadcast(client, identifyCommand, {}, {}, replyOfAnyone(Fun::devInfo));
+        const Frame reply = co_await std::move(exchange);
         co_return DeviceInfo::parse(reply.payload);
     } catch (const std::exception&) {
         co_return std::nullopt;
@@ -146,20 +152,22 @@ Task<std::optional<DeviceInfo>> identify(K7QClient client) {
 // each round reaches the next board. The chain ends where two rounds in a row find nobody.
 Task<std::vector<DeviceInfo>> assignAddressesOf(K7QClient client, int maxDevices) {
     constexpr std::array<std::uint8_t, 1> startStray{0x00};
-    co_await broadcast(client, startCommand, {}, startStray, ackOfAnyone(Fun::netStart));
+    auto starting = broadcast(client, startCommand, {}, startStray, ackOfAnyone(Fun::netStart));
+    co_await std::move(starting);
     std::vector<DeviceInfo> found;
     bool secondChance = true;
     const auto wanted = static_cast<std::size_t>(std::clamp(maxDevices, 0, 254));
     while (found.size() < wanted) {
-        std::optional<DeviceInfo> next = co_await identify(client);
+        auto identifying = identify(client);
+        std::optional<DeviceInfo> next = co_await std::move(identifying);
         if (!next) {
             if (!std::exchange(secondChance, false)) break;
             continue;
         }
         const auto address = static_cast<std::uint8_t>(found.size() + 1);
-        Bytes payload{address, 0, 0, 0};
-        co_await broadcast(client, setAddressCommand, std::move(payload), {},
-                           ackOfAnyone(Fun::netAddressSet));
+        auto setting =
+            broadcast(client, setAddressCommand, {address, 0, 0, 0}, {}, ackOfAnyone(Fun::netAddressSet));
+        co_await std::move(setting);
         next->address = address;
         found.push_back(*std::move(next));
         secondChance = true;
@@ -171,8 +179,8 @@ Task<std::vector<DeviceInfo>> assignAddressesOf(K7QClient client, int maxDevices
 Task<ModuleValue> readOf(K7QClient client, std::uint8_t address, ModuleRef ref) {
     Bytes payload = moduleHeader(ref.index);
     if (const auto factory = ModuleValue::factory(ref)) append(payload, factory->encoded());
-    const Frame reply =
-        co_await send(client, address, readCommand, std::move(payload), moduleReply(address, ref.index));
+    auto exchange = send(client, address, readCommand, std::move(payload), moduleReply(address, ref.index));
+    const Frame reply = co_await std::move(exchange);
     const ByteView bytes(reply.payload);
     const auto value = ModuleValue::decode(ref.kind, bytes.subspan(std::min(headerBytes, bytes.size())));
     if (!value) throw BusError::rejected(codeOf(Fun::moduleGet));
@@ -182,8 +190,8 @@ Task<ModuleValue> readOf(K7QClient client, std::uint8_t address, ModuleRef ref) 
 Task<void> writeOf(K7QClient client, std::uint8_t address, ModuleRef ref, ModuleValue value) {
     Bytes payload = moduleHeader(ref.index);
     append(payload, value.encoded());
-    const Frame reply =
-        co_await send(client, address, writeCommand, std::move(payload), ackFrom(address, Fun::moduleSet));
+    auto exchange = send(client, address, writeCommand, std::move(payload), ackFrom(address, Fun::moduleSet));
+    const Frame reply = co_await std::move(exchange);
     if (u8(reply.payload, 0) != 0) throw BusError::rejected(codeOf(Fun::moduleSet));
 }
 
@@ -193,7 +201,8 @@ Task<ModuleValues> readAllOf(K7QClient client, std::uint8_t address, K7QClient::
                          [](const ModuleRef& ref) { return ref.kind != ModuleKind::vu; });
     ModuleValues values;
     for (const ModuleRef& ref : settable) {
-        ModuleValue value = co_await client.read(address, ref);
+        auto reading = client.read(address, ref);
+        ModuleValue value = co_await std::move(reading);
         values.insert_or_assign(ref.index, std::move(value));
         if (progress) progress(static_cast<double>(values.size()) / static_cast<double>(settable.size()));
     }
@@ -201,8 +210,9 @@ Task<ModuleValues> readAllOf(K7QClient client, std::uint8_t address, K7QClient::
 }
 
 Task<std::vector<float>> metersOf(K7QClient client, std::uint8_t address) {
-    const Frame reply = co_await send(client, address, metersCommand, moduleHeader(K7Q::meterIndex),
-                                      moduleReply(address, K7Q::meterIndex));
+    auto exchange = send(client, address, metersCommand, moduleHeader(K7Q::meterIndex),
+                         moduleReply(address, K7Q::meterIndex));
+    const Frame reply = co_await std::move(exchange);
     std::vector<float> levels;
     for (std::size_t at = headerBytes;
          at + 4 <= reply.payload.size() && levels.size() < K7Q::meterChannels.size(); at += 4)
@@ -211,8 +221,8 @@ Task<std::vector<float>> metersOf(K7QClient client, std::uint8_t address) {
 }
 
 Task<K7QClient::PresetInfo> presetInfoOf(K7QClient client, std::uint8_t address) {
-    const Frame reply =
-        co_await send(client, address, presetInfoCommand, {}, replyFrom(address, Fun::presetInfoGet));
+    auto exchange = send(client, address, presetInfoCommand, {}, replyFrom(address, Fun::presetInfoGet));
+    const Frame reply = co_await std::move(exchange);
     co_return K7QClient::PresetInfo{u32(reply.payload, 0), u32(reply.payload, 4), u32(reply.payload, 8)};
 }
 
@@ -221,15 +231,16 @@ Task<std::string> presetNameOf(K7QClient client, std::uint8_t address, std::uint
         return frame.fun == codeOf(Fun::presetName) && frame.address == address &&
                u32(frame.payload, 0) == number;
     };
-    const Frame reply =
-        co_await send(client, address, presetNameCommand, namedSlot(number, ""), std::move(match));
+    auto exchange = send(client, address, presetNameCommand, namedSlot(number, ""), std::move(match));
+    const Frame reply = co_await std::move(exchange);
     const ByteView payload(reply.payload);
     const ByteView name = payload.subspan(std::min(headerBytes, payload.size()));
     co_return fieldText(name.first(std::min(nameBytes, name.size())));
 }
 
 Task<void> changePreset(K7QClient client, std::uint8_t address, Command command, Bytes payload) {
-    co_await send(client, address, command, std::move(payload), ackOfAnyone(command.fun));
+    auto exchange = send(client, address, command, std::move(payload), ackOfAnyone(command.fun));
+    co_await std::move(exchange);
 }
 
 template <std::size_t width>

@@ -2,6 +2,7 @@
 
 #include "Wendril/runtime/contract.hpp"
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -9,35 +10,19 @@ namespace Wendril {
 
 namespace {
 
-// Bytes of each value on the wire; a shorter reply is not a value.
+// Bytes of each value on the wire; a shorter reply is not a value. A meter has none.
+constexpr struct {
+    ModuleKind kind;
+    std::size_t bytes;
+} wireSizes[] = {
+    {ModuleKind::gain, 8},          {ModuleKind::peq, 16},        {ModuleKind::hpf, 8},
+    {ModuleKind::lpf, 8},           {ModuleKind::compressor, 24}, {ModuleKind::limiter, 20},
+    {ModuleKind::limiterBypass, 4}, {ModuleKind::gate, 24},       {ModuleKind::gateBypass, 4},
+    {ModuleKind::mixer, 8},         {ModuleKind::delay, 8},       {ModuleKind::vu, 0},
+};
+
 std::size_t wireSize(ModuleKind kind) {
-    switch (kind) {
-    case ModuleKind::gain:
-        return 8;
-    case ModuleKind::peq:
-        return 16;
-    case ModuleKind::hpf:
-        return 8;
-    case ModuleKind::lpf:
-        return 8;
-    case ModuleKind::compressor:
-        return 24;
-    case ModuleKind::limiter:
-        return 20;
-    case ModuleKind::limiterBypass:
-        return 4;
-    case ModuleKind::gate:
-        return 24;
-    case ModuleKind::gateBypass:
-        return 4;
-    case ModuleKind::mixer:
-        return 8;
-    case ModuleKind::delay:
-        return 8;
-    case ModuleKind::vu:
-        break;
-    }
-    return 0;
+    return std::ranges::find(wireSizes, kind, [](const auto& row) { return row.kind; })->bytes;
 }
 
 constexpr std::array<std::uint32_t, 4> inputBands{81, 329, 1336, 5422};

@@ -23,8 +23,10 @@ T run(const std::shared_ptr<Executor>& executor, Task<T> task) {
 
 Task<void> readOften(K7QClient client, int times) {
     const ModuleRef gain = K7Q::module(1).value();
-    for (int i = 0; i < times; ++i)
-        co_await client.read(1, gain);
+    for (int i = 0; i < times; ++i) {
+        auto reading = client.read(1, gain);
+        co_await std::move(reading);
+    }
 }
 
 void exchange(benchmark::State& state, const std::shared_ptr<Transport>& transport, bool onOwnThread) {

@@ -7,6 +7,7 @@
 #include "Wendril/filtermath.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
@@ -28,9 +29,10 @@ constexpr int mostDevices = 16;
 constexpr std::size_t curvePoints = 320;
 constexpr auto meterPause = std::chrono::milliseconds(60);
 
+// A result that nobody gets is a failure.
 void print(const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fflush(stdout);
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
+    throw std::system_error(errno, std::generic_category(), "não foi possível escrever o resultado");
 }
 
 void printJson(const Json& json) { print(json.dump(2) + "\n"); }
@@ -137,17 +139,20 @@ std::vector<ModuleRef> parseModules(const std::vector<std::string>& texts) {
 Task<ModuleValues> readEach(K7QClient client, std::uint8_t address, std::vector<ModuleRef> refs) {
     ModuleValues values;
     for (const ModuleRef& ref : refs) {
-        ModuleValue value = co_await client.read(address, ref);
+        auto reading = client.read(address, ref);
+        ModuleValue value = co_await std::move(reading);
         values.insert_or_assign(ref.index, std::move(value));
     }
     co_return values;
 }
 
 Task<ModuleValue> change(K7QClient client, std::uint8_t address, ModuleRef ref, std::vector<Change> changes) {
-    ModuleValue value = co_await client.read(address, ref);
+    auto reading = client.read(address, ref);
+    ModuleValue value = co_await std::move(reading);
     for (const Change& apply : changes)
         apply(value);
-    co_await client.write(address, ref, value);
+    auto writing = client.write(address, ref, value);
+    co_await std::move(writing);
     co_return value;
 }
 

@@ -4,7 +4,9 @@
 #include <charconv>
 #include <csignal>
 #include <cstdio>
+#include <optional>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -31,30 +33,38 @@ const Wakeup& interruption() {
 
 void onSignal(int) { interruption().raise(); }
 
-std::string textOf(const std::exception_ptr& error) {
-    try {
-        if (error) std::rethrow_exception(error);
-        return "A conexão com as caixas caiu";
-    } catch (const std::exception& failure) {
-        return failure.what();
+struct BridgeText {
+    std::string_view host;
+    std::optional<std::string_view> port;
+};
+
+// "host", "host:port", "[::1]:port"; a bare IPv6 address has colons of its own and no port.
+BridgeText splitBridge(std::string_view text) {
+    const std::size_t bracket = text.starts_with('[') ? text.find(']') : text.npos;
+    if (bracket != text.npos) {
+        const std::string_view host = text.substr(1, bracket - 1);
+        const std::string_view rest = text.substr(bracket + 1);
+        if (rest.empty()) return {host, std::nullopt};
+        if (!rest.starts_with(':')) return {};
+        return {host, rest.substr(1)};
     }
+    const std::size_t colon = text.find(':');
+    if (colon == text.npos || text.find(':', colon + 1) != text.npos) return {text, std::nullopt};
+    return {text.substr(0, colon), text.substr(colon + 1)};
 }
 
 }  // namespace
 
 Endpoint Endpoint::ofBridge(const std::string& text) {
     Endpoint endpoint;
-    const std::size_t colon = text.rfind(':');
-    endpoint.bridge = text.substr(0, colon);
-    if (colon != text.npos) {
-        const char* const from = text.data() + colon + 1;
-        const char* const to = text.data() + text.size();
-        const auto [end, error] = std::from_chars(from, to, endpoint.bridgePort);
-        if (error != std::errc{} || end != to || endpoint.bridgePort == 0)
-            throw std::invalid_argument("a porta da ponte vai de 1 a 65535, não \"" + text.substr(colon + 1) +
-                                        "\"");
-    }
+    const auto [host, port] = splitBridge(text);
+    endpoint.bridge = host;
     if (endpoint.bridge.empty()) throw std::invalid_argument("falta o endereço da ponte");
+    if (!port) return endpoint;
+    const char* const to = port->data() + port->size();
+    const auto [end, error] = std::from_chars(port->data(), to, endpoint.bridgePort);
+    if (error != std::errc{} || end != to || endpoint.bridgePort == 0)
+        throw std::invalid_argument("a porta da ponte vai de 1 a 65535, não \"" + std::string(*port) + "\"");
     return endpoint;
 }
 
@@ -64,7 +74,7 @@ Link::Link(const Endpoint& endpoint, bool verbose)
     if (verbose) run(bus->setLogger(printLogLine));
     run(bus->onClose([loss = loss](const std::exception_ptr& error) {
         const std::scoped_lock lock(loss->mutex);
-        loss->text = textOf(error);
+        loss->text = error ? describe(error) : "A conexão com as caixas caiu";
     }));
     interruption();
     std::signal(SIGINT, onSignal);
@@ -88,7 +98,8 @@ void Link::stopWatching() {
     watcher.join();
 }
 
-// Ctrl-C closes the bus, which ends whatever waits on it, and the port is given back in order.
+// Ctrl-C ends the bus, and with it whatever waits on it, also a connect that blocks the bus's own
+// executor; the port is given back in order.
 void Link::closeOnInterruption() {
     std::array<pollfd, 2> entries{
         {{interruption().descriptor(), POLLIN, 0}, {ended.descriptor(), POLLIN, 0}}};
@@ -99,7 +110,7 @@ void Link::closeOnInterruption() {
         const std::scoped_lock lock(loss->mutex);
         loss->interrupted = true;
     }
-    spawn(bus->executor, bus->close());
+    bus->abandon();
 }
 
 void Link::throwIfLost() {

@@ -18,7 +18,8 @@ struct Endpoint {
     std::string bridge;
     std::uint16_t bridgePort = 8899;
 
-    /// "host" or "host:port". Throws std::invalid_argument.
+    /// "host" or "host:port"; an IPv6 address in brackets where a port follows. Throws
+    /// std::invalid_argument.
     static Endpoint ofBridge(const std::string& text);
 };
 

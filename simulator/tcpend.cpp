@@ -57,21 +57,23 @@ struct TcpEnd::Connection : std::enable_shared_from_this<Connection> {
 
     void begin(int number) {
         end();
-        const auto host = std::make_shared<const Descriptor>(number);
+        host = std::make_shared<const Descriptor>(number);
         const int noDelay = 1;
         ::setsockopt(number, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
-        line->connect([host](ByteView bytes) {
+        line->connect([host = host](ByteView bytes) {
             [[maybe_unused]] const ssize_t sent =
                 ::send(host->number, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         });
-        watch = queue.lock()->watch(number, POLLIN, [host, weak = weak_from_this()](short) {
-            if (const auto connection = weak.lock()) connection->receive(host->number);
+        watch = queue.lock()->watch(number, POLLIN, [from = host, weak = weak_from_this()](short) {
+            if (const auto connection = weak.lock()) connection->receive(from);
         });
     }
 
-    void receive(int host) {
+    // The last bytes or the end of a host whose place is taken say nothing about the new one.
+    void receive(const std::shared_ptr<const Descriptor>& from) {
+        if (from != host) return;
         std::array<std::uint8_t, 4096> bytes;
-        const ssize_t count = ::recv(host, bytes.data(), bytes.size(), MSG_DONTWAIT);
+        const ssize_t count = ::recv(from->number, bytes.data(), bytes.size(), MSG_DONTWAIT);
         if (count > 0)
             line->receive(ByteView(bytes).first(static_cast<std::size_t>(count)));
         else if (count == 0 || (errno != EAGAIN && errno != EINTR))
@@ -79,14 +81,15 @@ struct TcpEnd::Connection : std::enable_shared_from_this<Connection> {
     }
 
     void end() {
-        if (watch == 0) return;
+        if (!host) return;
         if (const auto owner = queue.lock()) owner->unwatch(watch);
-        watch = 0;
+        host.reset();
         line->disconnect();
     }
 
     const std::weak_ptr<Wendril::SerialQueue> queue;
     const std::shared_ptr<Line> line;
+    std::shared_ptr<const Descriptor> host;  // null while none is connected
     Wendril::SerialQueue::WatchId watch = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -58,6 +59,18 @@ public:
         for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output))
             text += static_cast<char>(c);
         return text;
+    }
+
+    /// Waits until the program handles that signal in a way of its own.
+    void awaitHandlerOf(int signal) const {
+        const std::string status = "/proc/" + std::to_string(id) + "/status";
+        for (std::uint64_t caught = 0; (caught >> (signal - 1) & 1) == 0;) {
+            std::ifstream file(status);
+            std::string word;
+            while (file >> word && word != "SigCgt:") {
+            }
+            if (!(file >> std::hex >> caught)) throw std::runtime_error("the program has ended");
+        }
     }
 
     /// Sends the signal, if any, and waits. The exit status; -1 after a signal that killed it.

@@ -63,13 +63,16 @@ Task<void> askOne(Traffic* t) {
     switch (t->upTo(4)) {
     case 0:
     case 1: {
-        const ModuleValue value = co_await client.read(address, ref);
+        auto reading = client.read(address, ref);
+        const ModuleValue value = co_await std::move(reading);
         t->wrong += value == Traffic::expected(address, module) ? 0 : 1;
         break;
     }
-    case 2:
-        co_await client.write(address, ref, Traffic::expected(address, module));
+    case 2: {
+        auto writing = client.write(address, ref, Traffic::expected(address, module));
+        co_await std::move(writing);
         break;
+    }
     case 3: {
         const auto levels = co_await client.meters(address);
         t->wrong += levels.size() == 6 ? 0 : 1;

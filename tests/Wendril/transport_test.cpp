@@ -4,10 +4,11 @@
 #include "simulator/ptyend.hpp"
 #include "simulator/tcpend.hpp"
 #include "tests/chain.hpp"
-#include "tests/deaflistener.hpp"
+#include "tests/listener.hpp"
 
 #include <gtest/gtest.h>
 
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -198,6 +199,24 @@ TEST(TCPTransportTest, ABridgeThatDoesNotAnswerIsGivenUp) {
     TCPTransport transport("127.0.0.1", deaf.port(), 100ms);
     EXPECT_EQ(failureOf([&] { transport.open([](ByteView) {}, [](const std::exception_ptr&) {}); }),
               "Não foi possível abrir 127.0.0.1:" + std::to_string(deaf.port()) + ": Connection timed out");
+}
+
+// More than any socket buffer holds, to a bridge that begins to read only then.
+TEST(TCPTransportTest, WhatTheConnectionDoesNotTakeAtOnceFollowsInOrder) {
+    const Listener listener(1);
+    TCPTransport transport("127.0.0.1", listener.port());
+    transport.open([](ByteView) {}, [](const std::exception_ptr&) {});
+    Bytes sent(16U << 20);
+    for (std::size_t i = 0; i < sent.size(); ++i)
+        sent[i] = static_cast<std::uint8_t>(i * 31 >> 3);
+    const std::size_t half = sent.size() / 2;
+    transport.write(ByteView(sent).first(half));
+    transport.write(ByteView(sent).subspan(half));
+    const Descriptor bridge(::accept4(listener.socket.number, nullptr, nullptr, SOCK_CLOEXEC));
+    Bytes received(sent.size());
+    EXPECT_EQ(::recv(bridge.number, received.data(), received.size(), MSG_WAITALL),
+              static_cast<ssize_t>(received.size()));
+    EXPECT_TRUE(received == sent);
 }
 
 TEST(TCPTransportTest, ClosingTheBusEndsAConnectThatHangs) {

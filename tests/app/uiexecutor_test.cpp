@@ -1,6 +1,6 @@
 #include "app/appmodel.hpp"
 #include "app/uiexecutor.hpp"
-#include "tests/deaflistener.hpp"
+#include "tests/listener.hpp"
 
 #include <QCoreApplication>
 #include <QEventLoop>

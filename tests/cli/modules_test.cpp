@@ -74,7 +74,12 @@ TEST(EndpointTest, ABridgeIsAHostWithOrWithoutAPort) {
     EXPECT_EQ(Endpoint::ofBridge("10.0.0.7").bridgePort, 8899);
     EXPECT_EQ(Endpoint::ofBridge("bridge.local:23").bridge, "bridge.local");
     EXPECT_EQ(Endpoint::ofBridge("bridge.local:23").bridgePort, 23);
-    for (const char* const text : {"", ":8899", "host:", "host:0", "host:65536", "host:80x"})
+    EXPECT_EQ(Endpoint::ofBridge("::1").bridge, "::1");
+    EXPECT_EQ(Endpoint::ofBridge("::1").bridgePort, 8899);
+    EXPECT_EQ(Endpoint::ofBridge("[::1]:23").bridge, "::1");
+    EXPECT_EQ(Endpoint::ofBridge("[::1]:23").bridgePort, 23);
+    for (const char* const text :
+         {"", ":8899", "host:", "host:0", "host:65536", "host:80x", "[]:1", "[::1]23", "[::1]:"})
         EXPECT_NE(failureOf([text] { Endpoint::ofBridge(text); }), "") << text;
 }
 

@@ -1,3 +1,4 @@
+#include "tests/listener.hpp"
 #include "tests/simulatorprocess.hpp"
 
 #include <gtest/gtest.h>
@@ -92,6 +93,12 @@ TEST_F(ProgramsTest, EveryFailureIsOneClearLine) {
     EXPECT_EQ(cli({"info", "1"}).status, 2);
 }
 
+TEST_F(ProgramsTest, AResultThatCannotBeWrittenIsAFailure) {
+    Process info({"/bin/sh", "-c", std::string(CLI) + " --port " + simulator.path() + " info 1 > /dev/full"});
+    EXPECT_NE(info.line().find("No space left on device"), std::string::npos);
+    EXPECT_EQ(info.end(), 1);
+}
+
 TEST(AddressingTest, ANewChainIsAddressedInItsOrderOverABridge) {
     SimulatorProcess simulator({"--boards", "4", "--unaddressed", "--tcp", "0"});
     const std::string bridge = "127.0.0.1:" + simulator.port();
@@ -122,6 +129,16 @@ TEST(LinkTest, InterruptingTheWatchGivesThePortBack) {
     EXPECT_NE(watch.line(), "");
     EXPECT_EQ(watch.end(SIGINT), 130);
     EXPECT_EQ(cli({"--port", simulator.path(), "info", "1"}).status, 0);
+}
+
+TEST(LinkTest, InterruptingAConnectThatHangsEndsItAtOnce) {
+    const Tests::DeafListener deaf;
+    Process info({CLI, "--bridge", "127.0.0.1:" + std::to_string(deaf.port()), "info", "1"});
+    info.awaitHandlerOf(SIGINT);
+    const auto interrupted = std::chrono::steady_clock::now();
+    EXPECT_EQ(info.end(SIGINT), 130);
+    EXPECT_LT(std::chrono::steady_clock::now() - interrupted,
+              std::chrono::seconds(4));  // not the 5 of the limit
 }
 
 TEST(SimulatorProgramTest, TheLinkToItsPortGoesWithIt) {
