@@ -45,6 +45,11 @@ void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen,
 void cached(QPainter& painter, const QString& key, const QRectF& bounds,
             const std::function<void(QPainter&)>& paint);
 
+/// A picture of that size, kept as by `cached`, stretched over `target` without smoothing; for what
+/// changes slowly along the way.
+void stretched(QPainter& painter, const QString& key, const QSizeF& size, const QRectF& target,
+               const std::function<void(QPainter&)>& paint);
+
 /// The shadow or glow of what `paint` draws; like `cached`, kept for its key. Draws nothing where
 /// the shadow has no colour.
 void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,

@@ -15,6 +15,9 @@ namespace {
 constexpr double cornerRadius = 30;
 constexpr int padding = 26;
 constexpr int rowSpacing = 22;
+constexpr double farBlur = 34;
+constexpr double farOffset = 26;
+constexpr int shadowReach = static_cast<int>(1.5 * farBlur + farOffset);
 
 void drawPlate(QPainter& painter, const QRectF& plate) {
     Paint::fill(painter, plate, cornerRadius, Theme::vertical(plate, Theme::panelTop, Theme::panelBottom));
@@ -25,6 +28,17 @@ void drawPlate(QPainter& painter, const QRectF& plate) {
     Paint::innerShadow(painter, plate, cornerRadius, {Theme::white(0.10), 3, 2});
     Paint::innerShadow(painter, plate, cornerRadius, {Theme::black(0.35), 14, -10});
     Paint::edge(painter, plate, cornerRadius, Theme::rim(plate));
+}
+
+// Whether nothing shows of what lies under the panel, or far from it.
+bool covers(const Panel& panel, const QRegion& region) {
+    const QRect plate = panel.geometry();
+    const int corner = static_cast<int>(cornerRadius);
+    return std::ranges::all_of(region, [&](const QRect& part) {
+        return plate.adjusted(corner, 0, -corner, 0).contains(part) ||
+               plate.adjusted(0, corner, 0, -corner).contains(part) ||
+               !plate.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach).intersects(part);
+    });
 }
 
 }  // namespace
@@ -50,7 +64,7 @@ Panel::Panel(const QString& title, QWidget* parent)
 void Panel::setTrailing(QWidget* view) { header->addWidget(view, 0, Qt::AlignRight | Qt::AlignVCenter); }
 
 void Panel::drawShadows(QPainter& painter, const QRectF& plate) {
-    Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.55), 34, 26});
+    Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.55), farBlur, farOffset});
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.45), 4, 3});
 }
 
@@ -65,18 +79,14 @@ void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
 
 void Panel::resizeEvent(QResizeEvent*) { parentWidget()->update(); }
 
-// A meter inside a panel repaints every 60 ms; nothing of the shadows is to be seen there.
+// Meters inside panels repaint every 60 ms; nothing of the shadows is to be seen there.
 void Surface::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const int corner = static_cast<int>(cornerRadius);
     for (QObject* const child : children()) {
         const auto* const panel = dynamic_cast<const Panel*>(child);
         if (!panel || panel->isHidden()) continue;
-        const QRect plate = panel->geometry();
-        const bool hidden = plate.adjusted(corner, 0, -corner, 0).contains(event->rect()) ||
-                            plate.adjusted(0, corner, 0, -corner).contains(event->rect());
-        if (!hidden) Panel::drawShadows(painter, plate);
+        if (!covers(*panel, event->region())) Panel::drawShadows(painter, panel->geometry());
     }
 }
 
@@ -101,9 +111,10 @@ Caption::Caption(const QString& text, const QFont& font, const QColor& color, QW
 
 void Caption::setText(const QString& value) {
     if (text == value) return;
+    const QSize before = sizeHint();
     text = value;
     setAccessibleName(value);
-    updateGeometry();
+    if (sizeHint() != before) updateGeometry();
     update();
 }
 
