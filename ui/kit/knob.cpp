@@ -43,11 +43,11 @@ double captionHeight(double size) { return std::round(captionSize(size) * 1.6); 
 
 }  // namespace
 
-Knob::Knob(QString title, Range range, double defaultValue, double step, Format format, const KnobLook& look,
+Knob::Knob(QString title, Range range, double defaultValue, double step, Format format, KnobLook look,
            QWidget* parent)
     : ValueControl(range, defaultValue, step, std::move(format), parent)
     , title(std::move(title))
-    , look(look) {
+    , look(std::move(look)) {
     setAccessibleName(this->title);
     setFixedSize(Knob::sizeHint());
 }

@@ -19,7 +19,7 @@ struct KnobLook {
 /// far with Option or Shift held.
 class Knob : public ValueControl {
 public:
-    Knob(QString title, Range range, double defaultValue, double step, Format format, const KnobLook& look,
+    Knob(QString title, Range range, double defaultValue, double step, Format format, KnobLook look,
          QWidget* parent);
 
     QSize sizeHint() const override;
