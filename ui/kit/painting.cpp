@@ -18,7 +18,7 @@ namespace {
 // Three box blurs in a row come close to a Gaussian; its deviation is half the blur.
 constexpr double reach = 1.5;
 
-void boxBlurLine(const uchar* from, uchar* to, int count, int stride, int radius) {
+void boxBlurLine(const uchar* from, uchar* to, int count, qsizetype stride, int radius) {
     const int window = 2 * radius + 1;
     int sum = 0;
     const auto at = [&](int i) { return i < 0 || i >= count ? 0 : from[i * stride]; };
@@ -35,7 +35,7 @@ void blur(QImage& alpha, double deviation) {
     QImage other(alpha.size(), QImage::Format_Alpha8);
     const int width = alpha.width();
     const int height = alpha.height();
-    const auto stride = static_cast<int>(alpha.bytesPerLine());
+    const qsizetype stride = alpha.bytesPerLine();
     for (int pass = 0; pass < 3; ++pass) {
         for (int y = 0; y < height; ++y)
             boxBlurLine(alpha.constScanLine(y), other.scanLine(y), width, 1, radius);
