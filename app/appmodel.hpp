@@ -138,7 +138,7 @@ private:
     struct WriteKey {
         std::uint8_t address;
         std::uint8_t index;
-        auto operator<=>(const WriteKey&) const = default;
+        auto operator<=>(const WriteKey&) const = default;  // NOLINT(modernize-use-nullptr): no pointer
     };
 
     // An unsent edit, taken from the queue.
