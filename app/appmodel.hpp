@@ -165,6 +165,7 @@ private:
     static Wendril::Task<void> live(Weak weak);
     static Wendril::Task<void> refreshPresets(Weak weak);
     static Wendril::Task<void> loadPreset(Weak weak, int number);
+    static Wendril::Task<bool> editsSent(Weak weak);
     static Wendril::Task<void> savePreset(Weak weak, int number, std::string name);
     static Wendril::Task<void> deletePreset(Weak weak, int number);
     static Wendril::Task<bool> askTargeted(Weak weak, Command command, std::string complaint);
