@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace Kit {
 
@@ -65,18 +66,39 @@ void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
 
 void Panel::resizeEvent(QResizeEvent*) { parentWidget()->update(); }
 
-// A meter inside a panel repaints every 60 ms; nothing of the shadows is to be seen there.
+namespace {
+
+// What its plate hides of the shadows, under a pixel of its soft edge and but for its corners.
+QRegion hiddenBy(const QRect& plate) {
+    constexpr int corner = static_cast<int>(cornerRadius);
+    return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner);
+}
+
+QRect shadowOf(const QRect& plate) {
+    constexpr int reach = 80;
+    return plate.adjusted(-reach, -reach, reach, reach);
+}
+
+}  // namespace
+
+// A meter inside a panel repaints every 60 ms, a graph with every move of the mouse; next to nothing
+// of the shadows is to be seen there.
 void Surface::paintEvent(QPaintEvent* event) {
+    std::vector<QRect> plates;
+    for (QObject* const child : children())
+        if (const auto* const panel = dynamic_cast<const Panel*>(child); panel && !panel->isHidden())
+            plates.push_back(panel->geometry());
+    QRegion exposed = event->region();
+    for (const QRect& plate : plates)
+        exposed -= hiddenBy(plate);
+
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const int corner = static_cast<int>(cornerRadius);
-    for (QObject* const child : children()) {
-        const auto* const panel = dynamic_cast<const Panel*>(child);
-        if (!panel || panel->isHidden()) continue;
-        const QRect plate = panel->geometry();
-        const bool hidden = plate.adjusted(corner, 0, -corner, 0).contains(event->rect()) ||
-                            plate.adjusted(0, corner, 0, -corner).contains(event->rect());
-        if (!hidden) Panel::drawShadows(painter, plate);
+    for (const QRect& plate : plates) {
+        const QRegion shaded = exposed & shadowOf(plate);
+        if (shaded.isEmpty()) continue;
+        painter.setClipRegion(shaded);
+        Panel::drawShadows(painter, plate);
     }
 }
 
