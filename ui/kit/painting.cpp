@@ -143,6 +143,21 @@ QPointF withinPixel(const QPainter& painter, QPointF point) {
     return {rest(device.x()), rest(device.y())};
 }
 
+QSize sizeOf(QSizeF size, double ratio, QPointF rest) {
+    return {static_cast<int>(std::ceil(size.width() * ratio + rest.x())),
+            static_cast<int>(std::ceil(size.height() * ratio + rest.y()))};
+}
+
+// Drawn where it lies within its first pixel, so that it is as sharp as if it were drawn directly.
+void paintInto(QPixmap& pixmap, double ratio, QPointF rest, const std::function<void(QPainter&)>& paint) {
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter ink(&pixmap);
+    ink.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    ink.translate(rest / ratio);
+    paint(ink);
+}
+
 QRectF scaled(const QRectF& rect, double ratio) { return {rect.topLeft() * ratio, rect.size() * ratio}; }
 
 void drawCharacters(QPainter& painter, QPointF baseline, const QString& text, const QFont& font,
@@ -199,6 +214,7 @@ void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Sha
     const Soft soft = softShape(device.size(), radius * ratio, shadow.blur * ratio, shadow.color);
     const double margin = soft.margin;
     painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);  // nothing of it has an edge
     painter.scale(1 / ratio, 1 / ratio);
     drawStretched(painter, device.adjusted(-margin, -margin, margin, margin), soft);
     painter.restore();
@@ -278,26 +294,30 @@ void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const
     painter.drawPixmap(around.topLeft() + QPointF(0, shadow.offsetY), picture);
 }
 
-// The picture is drawn where it lies within its first pixel, so that it is as sharp as if it were
-// drawn directly.
 void cached(QPainter& painter, const QString& key, const QRectF& bounds,
             const std::function<void(QPainter&)>& paint) {
     const double ratio = ratioOf(painter);
     const QPointF rest = withinPixel(painter, bounds.topLeft());
     const QString whole = key + keyOf("", {bounds.width(), bounds.height(), ratio, rest.x(), rest.y()}, {});
     const QPixmap picture = kept(whole, [&] {
-        QPixmap pixmap(static_cast<int>(std::ceil(bounds.width() * ratio + rest.x())),
-                       static_cast<int>(std::ceil(bounds.height() * ratio + rest.y())));
-        pixmap.setDevicePixelRatio(ratio);
-        pixmap.fill(Qt::transparent);
-        QPainter ink(&pixmap);
-        ink.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        ink.translate(rest / ratio);
-        paint(ink);
-        ink.end();
+        QPixmap pixmap(sizeOf(bounds.size(), ratio, rest));
+        paintInto(pixmap, ratio, rest, paint);
         return pixmap;
     });
     painter.drawPixmap(bounds.topLeft() - rest / ratio, picture);
+}
+
+void Picture::draw(QPainter& painter, const QRectF& bounds, const std::function<void(QPainter&)>& paint) {
+    const double ratio = ratioOf(painter);
+    const QPointF place = withinPixel(painter, bounds.topLeft());
+    const QSize size = sizeOf(bounds.size(), ratio, place);
+    if (!valid || pixmap.size() != size || pixmap.devicePixelRatio() != ratio || rest != place) {
+        if (pixmap.size() != size) pixmap = QPixmap(size);
+        paintInto(pixmap, ratio, place, paint);
+        rest = place;
+        valid = true;
+    }
+    painter.drawPixmap(bounds.topLeft() - rest / ratio, pixmap);
 }
 
 double textWidth(const QString& text, const TextStyle& style) {

@@ -45,6 +45,22 @@ void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen,
 void cached(QPainter& painter, const QString& key, const QRectF& bounds,
             const std::function<void(QPainter&)>& paint);
 
+/// A picture that its owner keeps, for what changes too often to be worth a place in the cache.
+class Picture {
+public:
+    /// What it shows has changed.
+    void outdate() { valid = false; }
+
+    /// As `cached`; `paint` is called where the picture is outdated, or lies or is scaled
+    /// differently.
+    void draw(QPainter& painter, const QRectF& bounds, const std::function<void(QPainter&)>& paint);
+
+private:
+    bool valid = false;
+    QPixmap pixmap;
+    QPointF rest;  // from the corner of its first pixel to its own, in device pixels
+};
+
 /// The shadow or glow of what `paint` draws; like `cached`, kept for its key. Draws nothing where
 /// the shadow has no colour.
 void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,
