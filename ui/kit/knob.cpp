@@ -51,6 +51,12 @@ Knob::Knob(const QString& title, Range range, double defaultValue, double step, 
     setFixedSize(sizeHint());
 }
 
+void Knob::setTitle(const QString& text) {
+    if (title == text) return;
+    title = text;
+    update();
+}
+
 QSize Knob::sizeHint() const {
     const double height = look.size + readOutHeight(look.size) + captionHeight(look.size);
     const double caption =
