@@ -138,7 +138,7 @@ private:
     struct WriteKey {
         std::uint8_t address;
         std::uint8_t index;
-        auto operator<=>(const WriteKey&) const = default;
+        auto operator<=>(const WriteKey&) const = default;  // NOLINT(modernize-use-nullptr): no pointer
     };
 
     // An unsent edit, taken from the queue.
@@ -165,6 +165,7 @@ private:
     static Wendril::Task<void> live(Weak weak);
     static Wendril::Task<void> refreshPresets(Weak weak);
     static Wendril::Task<void> loadPreset(Weak weak, int number);
+    static Wendril::Task<bool> editsSent(Weak weak);
     static Wendril::Task<void> savePreset(Weak weak, int number, std::string name);
     static Wendril::Task<void> deletePreset(Weak weak, int number);
     static Wendril::Task<bool> askTargeted(Weak weak, Command command, std::string complaint);

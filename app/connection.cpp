@@ -24,10 +24,11 @@ Task<void> AppModel::connect() { return connect(weak_from_this()); }
 Task<void> AppModel::disconnect() { return disconnect(weak_from_this()); }
 
 Task<void> AppModel::disconnect(Weak weak) {
-    const auto self = weak.lock();
+    auto self = weak.lock();
     if (!self) co_return;
-    auto left = leave(weak, ++self->attempts);
-    co_await std::move(left);
+    auto leaving = leave(weak, ++self->attempts);
+    self.reset();
+    co_await std::move(leaving);
 }
 
 std::shared_ptr<Transport> AppModel::chosenTransport() const {
@@ -71,9 +72,8 @@ Task<void> AppModel::connect(Weak weak) {
     self = weak.lock();
     if (!left || !self) co_return;
 
-    const auto transport = self->chosenTransport();
-    self->status = Status::working("Conectando a " + transport->name() + "…");
-    self->bus = std::make_shared<Bus>(transport);
+    self->bus = std::make_shared<Bus>(self->chosenTransport());
+    self->status = Status::working("Conectando a " + self->bus->transport->name() + "…");
     auto watching = self->bus->onClose(self->closeHandler(attempt));
     auto open = self->bus->open();
     self.reset();

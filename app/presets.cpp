@@ -2,6 +2,7 @@
 #include "app/outcome.hpp"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace Corvane {
@@ -104,7 +105,26 @@ Task<void> AppModel::loadPreset(Weak weak, int number) {
     if (const auto self = weak.lock(); done && self) self->currentPreset = number;
 }
 
+// What is on the screen is what is stored: edits that still wait for their turn go first.
+Task<bool> AppModel::editsSent(Weak weak) {
+    constexpr auto pollPause = std::chrono::milliseconds(10);
+    auto self = weak.lock();
+    if (!self || !self->client) co_return false;
+    const K7QClient client = *self->client;
+    while (!self->pending.empty() && self->loop) {
+        self.reset();
+        auto pause = sleepFor(pollPause);
+        co_await std::move(pause);
+        self = ifStill(weak, client);
+        if (!self) co_return false;
+    }
+    co_return true;
+}
+
 Task<void> AppModel::savePreset(Weak weak, int number, std::string name) {
+    auto sending = editsSent(weak);
+    const bool sent = co_await std::move(sending);
+    if (!sent) co_return;
     auto saving = askTargeted(
         weak,
         [number, name = std::move(name)](const K7QClient& client, const std::shared_ptr<Speaker>& speaker) {

@@ -81,31 +81,38 @@ TEST(InterruptionTest, LosingTheLinkWhileConnecting) {
     });
 }
 
+// Nobody but its owner keeps the model, and nobody keeps the link without it.
+void endOf(Rig& rig) {
+    const std::weak_ptr<AppModel> model = rig.model;
+    rig.model.reset();
+    EXPECT_TRUE(model.expired());
+    rig.time.runUntilIdle();
+    EXPECT_EQ(rig.port->holders, 0);
+    EXPECT_TRUE(rig.cable.expired());
+}
+
 TEST(InterruptionTest, TheModelEndsWhileConnecting) {
     atManyMoments([](int moment) {
         Rig rig;
         const bool connecting = connectingUntil(rig, moment);
-        rig.model.reset();
-        rig.time.runUntilIdle();
-        EXPECT_EQ(rig.port->holders, 0) << moment;
-        EXPECT_TRUE(rig.cable.expired());
+        endOf(rig);
         return connecting;
     });
 }
 
-TEST(InterruptionTest, TheModelEndsWhileEditsAreSent) {
-    for (int moment = 0; moment < 60; ++moment) {
-        Rig rig;
-        rig.goOnline();
-        for (std::uint8_t module = 1; module <= 6; ++module)
-            rig.model->set(module, gain(-1));
-        rig.model->start(rig.model->savePreset(1, "Show"));
-        rig.steps(moment);
-        rig.model.reset();
-        rig.time.runUntilIdle();
-        EXPECT_EQ(rig.port->holders, 0) << moment;
-        EXPECT_TRUE(rig.cable.expired());
-    }
+TEST(InterruptionTest, TheModelEndsWhileEditsAndPresetsAreSentOrTheLinkCloses) {
+    for (const bool closing : {false, true})
+        for (int moment = 0; moment < 60; ++moment) {
+            Rig rig;
+            rig.goOnline();
+            for (std::uint8_t module = 1; module <= 6; ++module)
+                rig.model->set(module, gain(-1));
+            rig.model->start(rig.model->savePreset(1, "Show"));
+            rig.steps(moment);
+            if (closing) rig.model->start(rig.model->disconnect());
+            rig.steps(closing ? moment % 6 : 0);
+            endOf(rig);
+        }
 }
 
 // The clock ends with tasks suspended everywhere; what they hold goes with them.

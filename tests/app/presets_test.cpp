@@ -70,6 +70,17 @@ TEST(PresetsTest, SavesAndDeletesOnAllTargetedSpeakers) {
     EXPECT_EQ(rig.model->notice.value(), std::nullopt) << "a deletion that fails is no news";
 }
 
+TEST(PresetsTest, WhatIsOnTheScreenIsWhatIsStored) {
+    Rig rig(chainOf(2));
+    rig.goOnline();
+    for (const std::uint8_t module : {1, 2, 3, 4, 5, 6})
+        rig.model->set(module, gain(-7));
+    rig.run(rig.model->savePreset(3, "Culto"));
+    for (std::size_t board = 0; board < 2; ++board)
+        for (const std::uint8_t module : {1, 2, 3, 4, 5, 6})
+            EXPECT_EQ(rig.line->board(board).preset(3)->settings.at(module), gain(-7).encoded());
+}
+
 TEST(PresetsTest, AnEditDuringARecallOutlivesIt) {
     Rig rig;
     rig.goOnline();

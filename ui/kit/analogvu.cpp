@@ -166,8 +166,11 @@ void AnalogVU::paint(QPainter& painter) {
     const bool peak = vu() > fullScale;
     if (peak) Paint::dropShadow(painter, peakLamp(), 3.5, {red(), 8, 0});
     Paint::fill(painter, peakLamp(), 3.5, peak ? Theme::rgb(1, 0.16, 0.1) : Theme::rgb(0.35, 0.12, 0.08));
-    Paint::text(painter, QRectF(0, bezel().bottom() + 6, width(), captionHeight - 6), Qt::AlignCenter, label,
-                {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false});
+    const QRectF caption(0, bezel().bottom() + 6, width(), captionHeight - 6);
+    Paint::cached(painter, label, caption, [&](QPainter& ink) {
+        Paint::text(ink, QRectF(QPointF(), caption.size()), Qt::AlignCenter, label,
+                    {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false});
+    });
 }
 
 void AnalogVU::drawNeedle(QPainter& painter) const {
@@ -175,12 +178,19 @@ void AnalogVU::drawNeedle(QPainter& painter) const {
     const QPointF pivot = pivotOf(card);
     const double angle = needle.position();
     const QPointF tip = along(pivot, needleLength * card.height(), angle);
+    // Drawn in pieces so low that the toolkit does not wake other threads for them.
+    constexpr int pieces = 6;
+    const QPointF base = along(pivot, (pivotDepth - 1) * card.height(), angle);
     painter.save();
     painter.setClipRect(card.adjusted(1, 1, -1, -1), Qt::IntersectClip);
-    painter.setPen(QPen(Theme::black(0.22), 2.6, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(pivot + QPointF(2.5, 2.5), tip + QPointF(2.5, 2.5));
-    painter.setPen(QPen(ink(), 1.6, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(pivot, tip);
+    const auto draw = [&](const QColor& color, double width, QPointF offset) {
+        painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap));
+        for (int i = 0; i < pieces; ++i)
+            painter.drawLine(base + (tip - base) * i / pieces + offset,
+                             base + (tip - base) * (i + 1) / pieces + offset);
+    };
+    draw(Theme::black(0.22), 2.6, QPointF(2.5, 2.5));
+    draw(ink(), 1.6, {});
     painter.restore();
 }
 

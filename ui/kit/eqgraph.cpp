@@ -183,11 +183,13 @@ bool EQGraph::selectByKey(const QKeyEvent& event) {
 bool EQGraph::moveByKey(const QKeyEvent& event) {
     const Handle* const handle = handleOf(selected);
     if (!handle) return false;
-    const auto [id, fc, gain] = std::tuple(handle->id, handle->fc, handle->gain);
+    const Handle from = *handle;  // the callbacks replace the handles
     const double part = isFineTuned(event.modifiers()) ? fineFactor : 1;
-    const auto raise = [&](double db) { onDrag(id, fc, std::clamp(gain + db, -mostGain, mostGain)); };
-    const auto shift = [&](double octaves) { onDrag(id, movedByOctaves(fc, octaves), gain); };
-    const auto turn = [&](double notches) { return onTurn ? onTurn(id, notches) : void(); };
+    const auto raise = [&](double db) {
+        onDrag(from.id, from.fc, std::clamp(from.gain + db, -mostGain, mostGain));
+    };
+    const auto shift = [&](double octaves) { onDrag(from.id, movedByOctaves(from.fc, octaves), from.gain); };
+    const auto turn = [&](double notches) { return onTurn ? onTurn(from.id, notches) : void(); };
     switch (event.key()) {
     case Qt::Key_Left:
         return shift(-octavesPerKey * part), true;

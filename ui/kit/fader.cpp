@@ -28,6 +28,8 @@ constexpr double centreOfBars = 50;
 constexpr double wideRange = 20;
 constexpr double wideStep = 0.5;
 
+constexpr int labels = 2 * Fader::labelLine + Fader::labelGap;
+
 }  // namespace
 
 Fader::Fader(const QString& title, Range range, double defaultValue, Format format, const Look& look,
@@ -36,15 +38,24 @@ Fader::Fader(const QString& title, Range range, double defaultValue, Format form
     , title(title)
     , look(look) {
     setAccessibleName(title);
-    setFixedSize(controlWidth + 24, static_cast<int>(look.height) + 2 * labelLine + labelGap);
-    const QRect room = track().toRect().adjusted(0, barPadding, 0, -barPadding);
+    setFixedWidth(controlWidth + 24);
+    setMinimumHeight(static_cast<int>(look.height) + labels);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     for (int i = 0; i < look.levels; ++i) {
-        auto* const bar = new MeterBar(barWidth, this);
-        bar->setAccessibleName(QStringLiteral("%1, nível %2").arg(title).arg(i + 1));
-        const double centre = room.left() + centreOfBars + (i - (look.levels - 1) / 2.0) * barPitch;
+        bars.push_back(new MeterBar(barWidth, this));
+        bars.back()->setAccessibleName(QStringLiteral("%1, nível %2").arg(title).arg(i + 1));
+    }
+}
+
+QSize Fader::sizeHint() const { return minimumSize(); }
+
+void Fader::resizeEvent(QResizeEvent*) {
+    const QRect room = track().toRect().adjusted(0, barPadding, 0, -barPadding);
+    double centre = room.left() + centreOfBars - (look.levels - 1) / 2.0 * barPitch;
+    for (MeterBar* const bar : bars) {
         bar->setGeometry(static_cast<int>(std::round(centre - bar->width() / 2.0)),
                          room.top() - MeterBar::glow, bar->width(), room.height() + 2 * MeterBar::glow);
-        bars.push_back(bar);
+        centre += barPitch;
     }
 }
 
@@ -56,8 +67,8 @@ void Fader::setLevels(const std::vector<float>& levels) {
 double Fader::stepSize() const { return range.extent() > wideRange ? wideStep : quantum; }
 
 QRectF Fader::track() const {
-    const double top = look.labelsBelow ? 0 : 2 * labelLine + labelGap;
-    return {(width() - controlWidth) / 2.0, top, controlWidth, look.height};
+    const double top = look.labelsBelow ? 0 : labels;
+    return {(width() - controlWidth) / 2.0, top, controlWidth, double(height() - labels)};
 }
 
 Control::Outline Fader::outline() const { return {track(), trackRadius}; }

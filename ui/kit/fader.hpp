@@ -14,7 +14,7 @@ namespace Kit {
 class Fader final : public ValueControl {
 public:
     struct Look {
-        double height = 300;  // of the track
+        double height = 300;  // of the track, at least
         int levels = 0;       // meter bars
         bool labelsBelow = false;
     };
@@ -29,12 +29,14 @@ public:
     void setLevels(const std::vector<float>& levels);
 
     double stepSize() const override;
+    QSize sizeHint() const override;
     QAccessible::Role accessibleRole() const override { return QAccessible::Slider; }
 
 protected:
     double dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const override;
     void paint(QPainter& painter) override;
     Outline outline() const override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QRectF track() const;

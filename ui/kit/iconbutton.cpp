@@ -3,6 +3,8 @@
 #include "ui/kit/painting.hpp"
 #include "ui/kit/symbols.hpp"
 
+#include <utility>
+
 namespace Kit {
 
 namespace {
@@ -11,9 +13,9 @@ constexpr int spokes = 8;
 
 }  // namespace
 
-IconButton::IconButton(const QString& symbol, const QString& meaning, double iconSize, QWidget* parent)
+IconButton::IconButton(QString symbol, const QString& meaning, double iconSize, QWidget* parent)
     : Key(parent)
-    , symbol(symbol)
+    , symbol(std::move(symbol))
     , iconSize(iconSize) {
     setAccessibleName(meaning);
     setToolTip(meaning);

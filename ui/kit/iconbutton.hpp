@@ -9,7 +9,7 @@ namespace Kit {
 /// An icon alone, with its meaning as a tooltip.
 class IconButton final : public Key {
 public:
-    IconButton(const QString& symbol, const QString& meaning, double iconSize, QWidget* parent);
+    IconButton(QString symbol, const QString& meaning, double iconSize, QWidget* parent);
 
 protected:
     void paint(QPainter& painter) override;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Kit {
 
@@ -42,13 +43,13 @@ double captionHeight(double size) { return std::round(captionSize(size) * 1.6); 
 
 }  // namespace
 
-Knob::Knob(const QString& title, Range range, double defaultValue, double step, Format format,
-           const KnobLook& look, QWidget* parent)
+Knob::Knob(QString title, Range range, double defaultValue, double step, Format format, KnobLook look,
+           QWidget* parent)
     : ValueControl(range, defaultValue, step, std::move(format), parent)
-    , title(title)
-    , look(look) {
-    setAccessibleName(title);
-    setFixedSize(sizeHint());
+    , title(std::move(title))
+    , look(std::move(look)) {
+    setAccessibleName(this->title);
+    setFixedSize(Knob::sizeHint());
 }
 
 void Knob::setTitle(const QString& text) {
@@ -171,7 +172,7 @@ double TimeKnob::positionOf(std::uint32_t ms) {
 }
 
 std::uint32_t TimeKnob::timeOf(double position) {
-    const double last = static_cast<double>(timeSteps.size() - 1);
+    const auto last = static_cast<double>(timeSteps.size() - 1);
     return timeSteps.at(static_cast<std::size_t>(std::clamp(std::round(position), 0.0, last)));
 }
 

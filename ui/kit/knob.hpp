@@ -19,8 +19,8 @@ struct KnobLook {
 /// far with Option or Shift held.
 class Knob : public ValueControl {
 public:
-    Knob(const QString& title, Range range, double defaultValue, double step, Format format,
-         const KnobLook& look, QWidget* parent);
+    Knob(QString title, Range range, double defaultValue, double step, Format format, KnobLook look,
+         QWidget* parent);
 
     /// A caption that tells something else; the knob keeps its size.
     void setTitle(const QString& title);

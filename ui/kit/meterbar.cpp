@@ -14,6 +14,16 @@ namespace {
 constexpr double emptyLevel = -60;
 constexpr double fullLevel = 6;
 constexpr double glowBlur = 3;
+constexpr double litPicture = 256;  // height of the bar that the kept pictures are of
+
+void drawLit(QPainter& painter, const QRectF& bar, double radius) {
+    Paint::dropShadow(painter, bar, radius, {Theme::faded(Theme::accent, 0.9), glowBlur, 0});
+    QLinearGradient heat(bar.topLeft(), bar.bottomLeft());
+    heat.setColorAt(0, Theme::rgb(1.0, 0.75, 0.4));
+    heat.setColorAt(0.5, Theme::accent);
+    heat.setColorAt(1, Theme::faded(Theme::accent, 0.6));
+    Paint::fill(painter, bar, radius, heat);
+}
 
 }  // namespace
 
@@ -41,19 +51,31 @@ QString MeterBar::valueText() const {
     return std::isfinite(level) ? Formats::decibels(level) : QStringLiteral("—");
 }
 
+// Bars move all the time, and the toolkit fills tall shapes with several
+// threads, which costs more than it saves: so its ends are kept pictures, and what lies between them
+// is one that is stretched.
 void MeterBar::paint(QPainter& painter) {
     const QRectF track((width() - barWidth) / 2, glow, barWidth, height() - 2 * glow);
-    Paint::fill(painter, track, barWidth / 2, Theme::faded(Theme::accent, 0.12));
-    const double lit = fill.position() * track.height();
+    Paint::cached(painter, QStringLiteral("meter track"), rect(), [&](QPainter& ink) {
+        Paint::fill(ink, track, barWidth / 2, Theme::faded(Theme::accent, 0.12));
+    });
+    const double lit = std::round(fill.position() * track.height());
     if (lit < 1) return;
-    const QRectF bar(track.left(), track.bottom() - lit, barWidth, lit);
-    const double radius = std::min(barWidth, lit) / 2;
-    Paint::dropShadow(painter, bar, radius, {Theme::faded(Theme::accent, 0.9), glowBlur, 0});
-    QLinearGradient heat(bar.topLeft(), bar.bottomLeft());
-    heat.setColorAt(0, Theme::rgb(1.0, 0.75, 0.4));
-    heat.setColorAt(0.5, Theme::accent);
-    heat.setColorAt(1, Theme::faded(Theme::accent, 0.6));
-    Paint::fill(painter, bar, radius, heat);
+    const double end = std::min(std::ceil(barWidth / 2), lit / 2);
+    const double top = track.bottom() - lit;
+    const auto drawn = [&](const QString& part, const QRectF& place, double offset) {
+        Paint::cached(painter, part + QString::number(end), place, [&](QPainter& ink) {
+            drawLit(ink, QRectF(track.left(), offset, barWidth, litPicture), end);
+        });
+    };
+    drawn(QStringLiteral("meter top "), QRectF(0, top - glow, width(), glow + end), glow);
+    drawn(QStringLiteral("meter bottom "), QRectF(0, track.bottom() - end, width(), end + glow),
+          end - litPicture);
+    if (lit <= 2 * end) return;
+    Paint::stretched(painter, QStringLiteral("meter middle"), QSizeF(width(), litPicture - 2 * end),
+                     QRectF(0, top + end, width(), lit - 2 * end), [&](QPainter& ink) {
+                         drawLit(ink, QRectF(track.left(), -end, barWidth, litPicture), end);
+                     });
 }
 
 }  // namespace Kit

@@ -3,6 +3,7 @@
 #include <QEvent>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -10,8 +11,15 @@ namespace Kit {
 
 namespace {
 
-// A meter's move is smooth at this rate, and costs half of what every screen frame would.
-constexpr int frameMs = 30;
+// All motions move at the same moments, so that the window is repainted once for them all. Meters
+// are smooth at this rate, which costs half of what every frame of the screen would.
+constexpr int frameMs = 33;
+
+// How far into its frame a motion starts.
+int phaseNow() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<int>(now / std::chrono::milliseconds(1) % frameMs);
+}
 
 constexpr int evenMs = 80;
 constexpr double stiffness = 140;
@@ -38,7 +46,9 @@ void Motion::moveTo(double place) {
     if (!view.isVisible() || view.window()->isMinimized()) return arrive();
     if (kind == Kind::even) stop();
     if (state() == Stopped) {
-        lastFrame = 0;
+        reachedMs = 0;
+        shownFrame = 0;
+        phase = phaseNow();
         start();
     }
 }
@@ -56,20 +66,19 @@ void Motion::arrive() {
 }
 
 void Motion::updateCurrentTime(int ms) {
-    if (ms - lastFrame < frameMs && ms < evenMs) return;
+    const int frame = (ms + phase) / frameMs;
+    if (std::exchange(shownFrame, frame) == frame) return;
     if (kind == Kind::even) {
         if (ms >= evenMs) return arrive();
         now = from + (target - from) * ms / evenMs;
-        lastFrame = ms;
         return moved();
     }
-    if (ms - lastFrame < frameMs) return;
     constexpr double step = 0.001;
-    for (int elapsed = std::min(ms - lastFrame, 250); elapsed > 0; --elapsed) {
+    for (int elapsed = std::min(ms - reachedMs, 250); elapsed > 0; --elapsed) {
         velocity += (stiffness * (target - now) - damping * velocity) * step;
         now += velocity * step;
     }
-    lastFrame = ms;
+    reachedMs = ms;
     if (std::abs(velocity) < stillSpeed && std::abs(target - now) < stillDistance) return arrive();
     moved();
 }

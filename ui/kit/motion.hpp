@@ -35,7 +35,9 @@ private:
     double from;
     double target;
     double velocity = 0;
-    int lastFrame = 0;
+    int phase = 0;
+    int shownFrame = 0;
+    int reachedMs = 0;
 };
 
 }  // namespace Kit

@@ -9,25 +9,26 @@
 
 namespace Kit {
 
+namespace {
+
+constexpr int wellWidth = 64;
+constexpr int wellPadding = 18;
+constexpr int sidePadding = 13;
+constexpr int barWidth = 4;
+
+}  // namespace
+
 OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
-    : QWidget(parent) {
-    constexpr int wellWidth = 64;
-    constexpr int wellPadding = 18;
-    constexpr int sidePadding = 13;
-    constexpr int barWidth = 4;
+    : QWidget(parent)
+    , field(new Well(24, this)) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
-    auto* const field = new Well(24, this);
-    field->setFixedSize(wellWidth, height);
-    constexpr double room = wellWidth - 2.0 * sidePadding - barWidth;
+    field->setFixedWidth(wellWidth);
+    field->setMinimumHeight(height);
     for (int i = 0; i < outputs; ++i) {
-        auto* const bar = new MeterBar(barWidth, field);
-        bar->setAccessibleName(QStringLiteral("Saída %1").arg(i + 1));
-        const double left = sidePadding + (outputs > 1 ? room * i / (outputs - 1) : room / 2);
-        bar->setGeometry(static_cast<int>(std::round(left)) - MeterBar::glow, wellPadding - MeterBar::glow,
-                         bar->width(), height - 2 * (wellPadding - MeterBar::glow));
-        bars.push_back(bar);
+        bars.push_back(new MeterBar(barWidth, field));
+        bars.back()->setAccessibleName(QStringLiteral("Saída %1").arg(i + 1));
     }
     auto* const title =
         new Caption(QStringLiteral("SAÍDAS"), Theme::font(12, QFont::Normal, 2), Theme::text, this);
@@ -37,11 +38,21 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
     peak->reserveFor(QStringLiteral("-88.8 dB"));
     title->setFixedHeight(Fader::labelLine);
     peak->setFixedHeight(Fader::labelLine);
-    rows->addWidget(field, 0, Qt::AlignHCenter);
+    rows->addWidget(field, 1, Qt::AlignHCenter);
     rows->addSpacing(Fader::labelGap);
     rows->addWidget(title, 0, Qt::AlignHCenter);
     rows->addWidget(peak, 0, Qt::AlignHCenter);
     setLevels({});
+}
+
+void OutputMeters::resizeEvent(QResizeEvent*) {
+    const double pitch = (wellWidth - 2.0 * sidePadding - barWidth) / (static_cast<double>(bars.size()) - 1);
+    double left = sidePadding;
+    for (MeterBar* const bar : bars) {
+        bar->setGeometry(static_cast<int>(std::round(left)) - MeterBar::glow, wellPadding - MeterBar::glow,
+                         bar->width(), field->height() - 2 * (wellPadding - MeterBar::glow));
+        left += pitch;
+    }
 }
 
 void OutputMeters::setLevels(const std::vector<float>& levels) {

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainterPath>
 #include <QPixmapCache>
 #include <QTransform>
@@ -17,7 +18,7 @@ namespace {
 // Three box blurs in a row come close to a Gaussian; its deviation is half the blur.
 constexpr double reach = 1.5;
 
-void boxBlurLine(const uchar* from, uchar* to, int count, int stride, int radius) {
+void boxBlurLine(const uchar* from, uchar* to, int count, qsizetype stride, int radius) {
     const int window = 2 * radius + 1;
     int sum = 0;
     const auto at = [&](int i) { return i < 0 || i >= count ? 0 : from[i * stride]; };
@@ -34,7 +35,7 @@ void blur(QImage& alpha, double deviation) {
     QImage other(alpha.size(), QImage::Format_Alpha8);
     const int width = alpha.width();
     const int height = alpha.height();
-    const auto stride = static_cast<int>(alpha.bytesPerLine());
+    const qsizetype stride = alpha.bytesPerLine();
     for (int pass = 0; pass < 3; ++pass) {
         for (int y = 0; y < height; ++y)
             boxBlurLine(alpha.constScanLine(y), other.scanLine(y), width, 1, radius);
@@ -135,6 +136,38 @@ double ratioOf(const QPainter& painter) {
     return std::hypot(device.m11(), device.m12());
 }
 
+// Whether nothing of that place is to be repainted.
+bool isOutOfSight(const QPainter& painter, const QRectF& bounds) {
+    const QRegion parts = painter.paintEngine()->systemClip();
+    return !parts.isEmpty() && !parts.intersects(painter.deviceTransform().mapRect(bounds).toAlignedRect());
+}
+
+// Pixel for pixel, at a place given in device pixels. Meters repaint many small parts of a window at
+// once; through them all, or with smoothing asked for, a picture is drawn line by line by several
+// threads. Into one part at a time it is copied, which takes a tenth of the time.
+void copyPicture(QPainter& painter, QPointF place, const QPixmap& picture) {
+    const double ratio = ratioOf(painter);
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    painter.scale(1 / ratio, 1 / ratio);
+    const QTransform& device = painter.deviceTransform();
+    const QRegion parts = painter.paintEngine()->systemClip();
+    if (parts.rectCount() < 2 || device.type() > QTransform::TxTranslate) {
+        painter.drawPixmap(place, picture);
+    } else {
+        const QRectF whole(place, QSizeF(picture.size()));
+        for (const QRect& part : parts) {
+            const QRectF piece = QRectF(part).translated(-device.dx(), -device.dy()) & whole;
+            if (piece.isEmpty()) continue;
+            painter.save();
+            painter.setClipRect(piece, Qt::IntersectClip);
+            painter.drawPixmap(place, picture);
+            painter.restore();
+        }
+    }
+    painter.restore();
+}
+
 // How far a point lies from the corner of its device pixel, in device pixels.
 QPointF withinPixel(const QPainter& painter, QPointF point) {
     constexpr double parts = 8;
@@ -143,12 +176,12 @@ QPointF withinPixel(const QPainter& painter, QPointF point) {
     return {rest(device.x()), rest(device.y())};
 }
 
-QSize sizeOf(QSizeF size, double ratio, QPointF rest) {
+QSize sizeOf(const QSizeF& size, double ratio, QPointF rest) {
     return {static_cast<int>(std::ceil(size.width() * ratio + rest.x())),
             static_cast<int>(std::ceil(size.height() * ratio + rest.y()))};
 }
 
-// Drawn where it lies within its first pixel, so that it is as sharp as if it were drawn directly.
+// In device pixels.
 void paintInto(QPixmap& pixmap, double ratio, QPointF rest, const std::function<void(QPainter&)>& paint) {
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
@@ -156,6 +189,18 @@ void paintInto(QPixmap& pixmap, double ratio, QPointF rest, const std::function<
     ink.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     ink.translate(rest / ratio);
     paint(ink);
+    ink.end();
+    pixmap.setDevicePixelRatio(1);
+}
+
+QPixmap keptPicture(const QString& key, const QSizeF& size, double ratio, QPointF rest,
+                    const std::function<void(QPainter&)>& paint) {
+    const QString whole = key + keyOf("", {size.width(), size.height(), ratio, rest.x(), rest.y()}, {});
+    return kept(whole, [&] {
+        QPixmap pixmap(sizeOf(size, ratio, rest));
+        paintInto(pixmap, ratio, rest, paint);
+        return pixmap;
+    });
 }
 
 QRectF scaled(const QRectF& rect, double ratio) { return {rect.topLeft() * ratio, rect.size() * ratio}; }
@@ -296,28 +341,35 @@ void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const
 
 void cached(QPainter& painter, const QString& key, const QRectF& bounds,
             const std::function<void(QPainter&)>& paint) {
+    if (isOutOfSight(painter, bounds)) return;
     const double ratio = ratioOf(painter);
     const QPointF rest = withinPixel(painter, bounds.topLeft());
-    const QString whole = key + keyOf("", {bounds.width(), bounds.height(), ratio, rest.x(), rest.y()}, {});
-    const QPixmap picture = kept(whole, [&] {
-        QPixmap pixmap(sizeOf(bounds.size(), ratio, rest));
-        paintInto(pixmap, ratio, rest, paint);
-        return pixmap;
-    });
-    painter.drawPixmap(bounds.topLeft() - rest / ratio, picture);
+    copyPicture(painter, bounds.topLeft() * ratio - rest,
+                keptPicture(key, bounds.size(), ratio, rest, paint));
+}
+
+void stretched(QPainter& painter, const QString& key, const QSizeF& size, const QRectF& target,
+               const std::function<void(QPainter&)>& paint) {
+    const QPixmap picture = keptPicture(key, size, ratioOf(painter), {}, paint);
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    painter.drawPixmap(target, picture, picture.rect());
+    painter.restore();
 }
 
 void Picture::draw(QPainter& painter, const QRectF& bounds, const std::function<void(QPainter&)>& paint) {
-    const double ratio = ratioOf(painter);
+    if (isOutOfSight(painter, bounds)) return;
+    const double scale = ratioOf(painter);
     const QPointF place = withinPixel(painter, bounds.topLeft());
-    const QSize size = sizeOf(bounds.size(), ratio, place);
-    if (!valid || pixmap.size() != size || pixmap.devicePixelRatio() != ratio || rest != place) {
+    const QSize size = sizeOf(bounds.size(), scale, place);
+    if (!valid || pixmap.size() != size || ratio != scale || rest != place) {
         if (pixmap.size() != size) pixmap = QPixmap(size);
-        paintInto(pixmap, ratio, place, paint);
+        paintInto(pixmap, scale, place, paint);
+        ratio = scale;
         rest = place;
         valid = true;
     }
-    painter.drawPixmap(bounds.topLeft() - rest / ratio, pixmap);
+    copyPicture(painter, bounds.topLeft() * scale - place, pixmap);
 }
 
 double textWidth(const QString& text, const TextStyle& style) {
@@ -332,6 +384,8 @@ double textWidth(const QString& text, const TextStyle& style) {
 
 void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, const QString& whole,
           const TextStyle& style) {
+    const double spill = style.font.pixelSize() + style.shadow.blur * reach;
+    if (isOutOfSight(painter, bounds.adjusted(-spill, -spill, spill, spill))) return;
     const QFontMetricsF metrics(style.font);
     QString text = whole;
     double width = textWidth(text, style);

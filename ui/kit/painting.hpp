@@ -58,8 +58,14 @@ public:
 private:
     bool valid = false;
     QPixmap pixmap;
+    double ratio = 0;
     QPointF rest;  // from the corner of its first pixel to its own, in device pixels
 };
+
+/// A picture of that size, kept as by `cached`, stretched over `target` without smoothing; for what
+/// changes slowly along the way.
+void stretched(QPainter& painter, const QString& key, const QSizeF& size, const QRectF& target,
+               const std::function<void(QPainter&)>& paint);
 
 /// The shadow or glow of what `paint` draws; like `cached`, kept for its key. Draws nothing where
 /// the shadow has no colour.

@@ -16,6 +16,9 @@ namespace {
 constexpr double cornerRadius = 30;
 constexpr int padding = 26;
 constexpr int rowSpacing = 22;
+constexpr double farBlur = 34;
+constexpr double farOffset = 26;
+constexpr int shadowReach = static_cast<int>(1.5 * farBlur + farOffset);
 
 void drawPlate(QPainter& painter, const QRectF& plate) {
     Paint::fill(painter, plate, cornerRadius, Theme::vertical(plate, Theme::panelTop, Theme::panelBottom));
@@ -26,6 +29,12 @@ void drawPlate(QPainter& painter, const QRectF& plate) {
     Paint::innerShadow(painter, plate, cornerRadius, {Theme::white(0.10), 3, 2});
     Paint::innerShadow(painter, plate, cornerRadius, {Theme::black(0.35), 14, -10});
     Paint::edge(painter, plate, cornerRadius, Theme::rim(plate));
+}
+
+// What its plate hides of the shadows, under a pixel of its soft edge and but for its corners.
+QRegion hiddenBy(const QRect& plate) {
+    constexpr int corner = static_cast<int>(cornerRadius);
+    return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner);
 }
 
 }  // namespace
@@ -51,7 +60,7 @@ Panel::Panel(const QString& title, QWidget* parent)
 void Panel::setTrailing(QWidget* view) { header->addWidget(view, 0, Qt::AlignRight | Qt::AlignVCenter); }
 
 void Panel::drawShadows(QPainter& painter, const QRectF& plate) {
-    Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.55), 34, 26});
+    Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.55), farBlur, farOffset});
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.45), 4, 3});
 }
 
@@ -65,21 +74,6 @@ void Panel::paintEvent(QPaintEvent*) {
 void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
 
 void Panel::resizeEvent(QResizeEvent*) { parentWidget()->update(); }
-
-namespace {
-
-// What its plate hides of the shadows, under a pixel of its soft edge and but for its corners.
-QRegion hiddenBy(const QRect& plate) {
-    constexpr int corner = static_cast<int>(cornerRadius);
-    return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner);
-}
-
-QRect shadowOf(const QRect& plate) {
-    constexpr int reach = 80;
-    return plate.adjusted(-reach, -reach, reach, reach);
-}
-
-}  // namespace
 
 // A meter inside a panel repaints every 60 ms, a graph with every move of the mouse; next to nothing
 // of the shadows is to be seen there.
@@ -95,7 +89,7 @@ void Surface::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     for (const QRect& plate : plates) {
-        const QRegion shaded = exposed & shadowOf(plate);
+        const QRegion shaded = exposed & plate.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
         if (shaded.isEmpty()) continue;
         painter.setClipRegion(shaded);
         Panel::drawShadows(painter, plate);
@@ -123,9 +117,10 @@ Caption::Caption(const QString& text, const QFont& font, const QColor& color, QW
 
 void Caption::setText(const QString& value) {
     if (text == value) return;
+    const QSize before = sizeHint();
     text = value;
     setAccessibleName(value);
-    updateGeometry();
+    if (sizeHint() != before) updateGeometry();
     update();
 }
 

@@ -91,7 +91,7 @@ void ScrubField::mouseDoubleClickEvent(QMouseEvent* event) {
 void ScrubField::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
     if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F2) return beginEditing();
-    if (key == Qt::Key_Home) return QWidget::keyPressEvent(event);
+    if (key == Qt::Key_Home) return event->ignore();
     ValueControl::keyPressEvent(event);
 }
 

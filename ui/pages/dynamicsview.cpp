@@ -191,12 +191,13 @@ QWidget* DynamicsView::levelBlock() {
     rows->addWidget(title, 0, Qt::AlignHCenter);
     auto* const well = new Kit::Well(14, block);
     auto* const columns = new QHBoxLayout(well);
-    columns->setContentsMargins(14, 12, 14, 12);
+    constexpr int glow = Kit::MeterBar::glow;
+    columns->setContentsMargins(14 - glow, 12 - glow, 14 - glow, 12 - glow);
     columns->setSpacing(0);
     for (const std::string_view output : K7Q::outputs) {
         auto* const bar = new Kit::MeterBar(5, well);
         bar->setAccessibleName(QString::fromLatin1(output.data(), qsizetype(output.size())));
-        bar->setFixedHeight(barHeight);
+        bar->setFixedHeight(barHeight + 2 * glow);
         columns->addWidget(bar);
         Kit::bind(
             *bar, [this, output] { return model.meter(output); },

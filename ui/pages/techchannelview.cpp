@@ -15,6 +15,7 @@
 #include "ui/kit/theme.hpp"
 
 #include <cmath>
+#include <utility>
 
 namespace Corvane {
 
@@ -58,12 +59,11 @@ Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
 
 }  // namespace
 
-TechChannelView::TechChannelView(AppModel& model, std::string_view channel, const QString& title,
-                                 QWidget* parent)
+TechChannelView::TechChannelView(AppModel& model, std::string_view channel, QString title, QWidget* parent)
     : Surface(parent)
     , model(model)
     , channel(channel)
-    , title(title) {
+    , title(std::move(title)) {
     auto* const columns = new QHBoxLayout(this);
     columns->setContentsMargins(pageMargins);
     columns->setSpacing(columnGap);

@@ -15,7 +15,7 @@ namespace Corvane {
 /// Everything of one channel: gain, equaliser, dynamics and delay, and the crossover of an output.
 class TechChannelView final : public Kit::Surface {
 public:
-    TechChannelView(AppModel& model, std::string_view channel, const QString& title, QWidget* parent);
+    TechChannelView(AppModel& model, std::string_view channel, QString title, QWidget* parent);
 
 private:
     QWidget* gainPanel();

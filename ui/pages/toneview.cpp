@@ -55,7 +55,7 @@ Kit::PillButton* muteKey(const QString& whatFor, std::function<bool()> muted, st
 QLayout* column(QWidget* control, QWidget* key) {
     auto* const rows = new QVBoxLayout;
     rows->setSpacing(gap);
-    rows->addWidget(control, 1, Qt::AlignHCenter | Qt::AlignTop);
+    rows->addWidget(control, 1, Qt::AlignHCenter);
     rows->addWidget(key, 0, Qt::AlignHCenter);
     return rows;
 }
