@@ -31,6 +31,8 @@ std::string slopeName(std::uint8_t code);
 struct Crossover {
     std::optional<FilterValue> highPass;
     std::optional<FilterValue> lowPass;
+
+    bool operator==(const Crossover&) const = default;
 };
 
 /// `count` frequencies evenly spaced on a logarithmic scale, both ends included. A single one has

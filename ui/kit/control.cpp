@@ -29,11 +29,17 @@ bool Control::isFineTuned(Qt::KeyboardModifiers modifiers) const {
     return (modifiers & (Qt::AltModifier | Qt::ShiftModifier)) != 0;
 }
 
+void Control::setOpacity(double value) {
+    if (opacity == value) return;
+    opacity = value;
+    update();
+}
+
 void Control::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const bool disabledAlone = !isEnabled() && (!parentWidget() || parentWidget()->isEnabled());
-    if (disabledAlone) painter.setOpacity(0.4);
+    painter.setOpacity(disabledAlone ? 0.4 * opacity : opacity);
     paint(painter);
     if (!reachedByKeyboard || !hasFocus()) return;
     const Outline ring = outline();

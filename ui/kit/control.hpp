@@ -26,6 +26,9 @@ public:
     /// What a click does.
     virtual void activate() {}
 
+    /// Drawn so faintly; full at 1.
+    void setOpacity(double value);
+
 protected:
     struct Outline {
         QRectF shape;
@@ -57,6 +60,7 @@ protected:
 private:
     bool hovered = false;
     bool reachedByKeyboard = false;
+    double opacity = 1;
 };
 
 /// Counts the notches of a wheel; fine wheels and touch pads send parts of them.

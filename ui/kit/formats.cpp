@@ -12,6 +12,7 @@ QString decibels(double db) { return QString::asprintf("%.1f dB", db); }
 QString signedDecibels(double db) { return QString::asprintf("%+.1f dB", db); }
 QString wholeDecibels(double db) { return QString::asprintf("%.0f dB", db); }
 QString ratio(double ratio) { return QString::asprintf("%.1f : 1", ratio); }
+QString quality(double q) { return QString::asprintf("%.2f", q); }
 QString delay(double ms) { return QString::asprintf("%.2f ms", ms); }
 QString distance(double ms) { return QString::asprintf("%.1f cm", ms * centimetresPerMs); }
 

@@ -52,6 +52,12 @@ Knob::Knob(QString title, Range range, double defaultValue, double step, Format 
     setFixedSize(Knob::sizeHint());
 }
 
+void Knob::setTitle(const QString& text) {
+    if (title == text) return;
+    title = text;
+    update();
+}
+
 QSize Knob::sizeHint() const {
     const double height = look.size + readOutHeight(look.size) + captionHeight(look.size);
     const double caption =

@@ -22,6 +22,9 @@ public:
     Knob(QString title, Range range, double defaultValue, double step, Format format, KnobLook look,
          QWidget* parent);
 
+    /// A caption that tells something else; the knob keeps its size.
+    void setTitle(const QString& title);
+
     QSize sizeHint() const override;
 
 protected:
@@ -38,7 +41,7 @@ private:
     void drawPointer(QPainter& painter) const;
     void drawTexts(QPainter& painter) const;
 
-    const QString title;
+    QString title;
     const KnobLook look;
 };
 

@@ -176,20 +176,29 @@ QPointF withinPixel(const QPainter& painter, QPointF point) {
     return {rest(device.x()), rest(device.y())};
 }
 
+QSize sizeOf(const QSizeF& size, double ratio, QPointF rest) {
+    return {static_cast<int>(std::ceil(size.width() * ratio + rest.x())),
+            static_cast<int>(std::ceil(size.height() * ratio + rest.y()))};
+}
+
+// In device pixels.
+void paintInto(QPixmap& pixmap, double ratio, QPointF rest, const std::function<void(QPainter&)>& paint) {
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter ink(&pixmap);
+    ink.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    ink.translate(rest / ratio);
+    paint(ink);
+    ink.end();
+    pixmap.setDevicePixelRatio(1);
+}
+
 QPixmap keptPicture(const QString& key, const QSizeF& size, double ratio, QPointF rest,
                     const std::function<void(QPainter&)>& paint) {
     const QString whole = key + keyOf("", {size.width(), size.height(), ratio, rest.x(), rest.y()}, {});
     return kept(whole, [&] {
-        QPixmap pixmap(static_cast<int>(std::ceil(size.width() * ratio + rest.x())),
-                       static_cast<int>(std::ceil(size.height() * ratio + rest.y())));
-        pixmap.setDevicePixelRatio(ratio);
-        pixmap.fill(Qt::transparent);
-        QPainter ink(&pixmap);
-        ink.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        ink.translate(rest / ratio);
-        paint(ink);
-        ink.end();
-        pixmap.setDevicePixelRatio(1);
+        QPixmap pixmap(sizeOf(size, ratio, rest));
+        paintInto(pixmap, ratio, rest, paint);
         return pixmap;
     });
 }
@@ -250,6 +259,7 @@ void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Sha
     const Soft soft = softShape(device.size(), radius * ratio, shadow.blur * ratio, shadow.color);
     const double margin = soft.margin;
     painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);  // nothing of it has an edge
     painter.scale(1 / ratio, 1 / ratio);
     drawStretched(painter, device.adjusted(-margin, -margin, margin, margin), soft);
     painter.restore();
@@ -329,8 +339,6 @@ void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const
     painter.drawPixmap(around.topLeft() + QPointF(0, shadow.offsetY), picture);
 }
 
-// The picture is drawn where it lies within its first pixel, so that it is as sharp as if it were
-// drawn directly.
 void cached(QPainter& painter, const QString& key, const QRectF& bounds,
             const std::function<void(QPainter&)>& paint) {
     if (isOutOfSight(painter, bounds)) return;
@@ -347,6 +355,21 @@ void stretched(QPainter& painter, const QString& key, const QSizeF& size, const 
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.drawPixmap(target, picture, picture.rect());
     painter.restore();
+}
+
+void Picture::draw(QPainter& painter, const QRectF& bounds, const std::function<void(QPainter&)>& paint) {
+    if (isOutOfSight(painter, bounds)) return;
+    const double scale = ratioOf(painter);
+    const QPointF place = withinPixel(painter, bounds.topLeft());
+    const QSize size = sizeOf(bounds.size(), scale, place);
+    if (!valid || pixmap.size() != size || ratio != scale || rest != place) {
+        if (pixmap.size() != size) pixmap = QPixmap(size);
+        paintInto(pixmap, scale, place, paint);
+        ratio = scale;
+        rest = place;
+        valid = true;
+    }
+    copyPicture(painter, bounds.topLeft() * scale - place, pixmap);
 }
 
 double textWidth(const QString& text, const TextStyle& style) {

@@ -45,6 +45,23 @@ void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen,
 void cached(QPainter& painter, const QString& key, const QRectF& bounds,
             const std::function<void(QPainter&)>& paint);
 
+/// A picture that its owner keeps, for what changes too often to be worth a place in the cache.
+class Picture {
+public:
+    /// What it shows has changed.
+    void outdate() { valid = false; }
+
+    /// As `cached`; `paint` is called where the picture is outdated, or lies or is scaled
+    /// differently.
+    void draw(QPainter& painter, const QRectF& bounds, const std::function<void(QPainter&)>& paint);
+
+private:
+    bool valid = false;
+    QPixmap pixmap;
+    double ratio = 0;
+    QPointF rest;  // from the corner of its first pixel to its own, in device pixels
+};
+
 /// A picture of that size, kept as by `cached`, stretched over `target` without smoothing; for what
 /// changes slowly along the way.
 void stretched(QPainter& painter, const QString& key, const QSizeF& size, const QRectF& target,

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace Kit {
 
@@ -30,15 +31,10 @@ void drawPlate(QPainter& painter, const QRectF& plate) {
     Paint::edge(painter, plate, cornerRadius, Theme::rim(plate));
 }
 
-// Whether nothing shows of what lies under the panel, or far from it.
-bool covers(const Panel& panel, const QRegion& region) {
-    const QRect plate = panel.geometry();
-    const int corner = static_cast<int>(cornerRadius);
-    return std::ranges::all_of(region, [&](const QRect& part) {
-        return plate.adjusted(corner, 0, -corner, 0).contains(part) ||
-               plate.adjusted(0, corner, 0, -corner).contains(part) ||
-               !plate.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach).intersects(part);
-    });
+// What its plate hides of the shadows, under a pixel of its soft edge and but for its corners.
+QRegion hiddenBy(const QRect& plate) {
+    constexpr int corner = static_cast<int>(cornerRadius);
+    return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner);
 }
 
 }  // namespace
@@ -79,14 +75,24 @@ void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
 
 void Panel::resizeEvent(QResizeEvent*) { parentWidget()->update(); }
 
-// Meters inside panels repaint every 60 ms; nothing of the shadows is to be seen there.
+// A meter inside a panel repaints every 60 ms, a graph with every move of the mouse; next to nothing
+// of the shadows is to be seen there.
 void Surface::paintEvent(QPaintEvent* event) {
+    std::vector<QRect> plates;
+    for (QObject* const child : children())
+        if (const auto* const panel = dynamic_cast<const Panel*>(child); panel && !panel->isHidden())
+            plates.push_back(panel->geometry());
+    QRegion exposed = event->region();
+    for (const QRect& plate : plates)
+        exposed -= hiddenBy(plate);
+
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    for (QObject* const child : children()) {
-        const auto* const panel = dynamic_cast<const Panel*>(child);
-        if (!panel || panel->isHidden()) continue;
-        if (!covers(*panel, event->region())) Panel::drawShadows(painter, panel->geometry());
+    for (const QRect& plate : plates) {
+        const QRegion shaded = exposed & plate.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
+        if (shaded.isEmpty()) continue;
+        painter.setClipRegion(shaded);
+        Panel::drawShadows(painter, plate);
     }
 }
 

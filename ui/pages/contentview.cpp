@@ -5,6 +5,7 @@
 #include "ui/pages/headerbar.hpp"
 #include "ui/pages/offlinecard.hpp"
 #include "ui/pages/speakerstrip.hpp"
+#include "ui/pages/techpageview.hpp"
 #include "ui/pages/toneview.hpp"
 
 #include "ui/kit/backdrop.hpp"
@@ -89,9 +90,10 @@ QWidget* ContentView::simplePage(Page which) {
 void ContentView::showPage() {
     if (model.technical.value()) {
         if (!technicalPages) {
-            technicalPages = new Kit::Surface(pages);
+            technicalPages = new TechPageView(model, pages);
             pages->addWidget(technicalPages);
         }
+        technicalPages->setPage(techPage.value());
         pages->setCurrentWidget(technicalPages);
         return;
     }

@@ -13,6 +13,8 @@ class QStackedWidget;
 
 namespace Corvane {
 
+class TechPageView;
+
 /// All that the window shows: header, strip and the page, which takes no input unless the link is
 /// up. Pages are built when they are first shown. The model must outlive it.
 class ContentView final : public QWidget {
@@ -43,7 +45,7 @@ private:
     AppModel& model;
     QStackedWidget* pages;
     std::map<Page, QWidget*> built;
-    QWidget* technicalPages = nullptr;
+    TechPageView* technicalPages = nullptr;
     Veil* veil;
 };
 

@@ -1,0 +1,252 @@
+#include "ui/kit/eqgraph.hpp"
+
+#include "ui/kit/painting.hpp"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace Kit {
+
+namespace {
+
+constexpr int levelLabels = 40;      // at the left of the plot
+constexpr int frequencyLabels = 22;  // under it
+
+constexpr double lowest = 20;  // Hz
+constexpr double highest = 20000;
+constexpr double mostGain = 12;  // dB
+
+// Handles of filters beyond the graph's end stand just outside of it.
+constexpr double highestShown = 22000;
+
+constexpr double handleSize = 18;
+constexpr double reach = 12;  // from a handle's centre
+constexpr double dragThreshold = 10;
+constexpr double spotSize = 4;
+
+constexpr double octavesPerKey = 1.0 / 24;
+constexpr double decibelsPerKey = 0.5;
+constexpr double fineFactor = 0.2;
+
+double distance(QPointF a, QPointF b) { return std::hypot(a.x() - b.x(), a.y() - b.y()); }
+
+// At least one hertz, so that a frequency in whole hertz does move.
+double movedByOctaves(double fc, double octaves) {
+    const double moved = fc * std::exp2(octaves);
+    return std::clamp(octaves > 0 ? std::max(moved, fc + 1) : std::min(moved, fc - 1), lowest, highest);
+}
+
+}  // namespace
+
+EQGraph::EQGraph(int height, QWidget* parent)
+    : Control(parent) {
+    setFixedHeight(bleed.top() + height + bleed.bottom());
+    setMouseTracking(true);
+    setFocusPolicy(Qt::NoFocus);
+}
+
+void EQGraph::setCurves(std::vector<Curve> list) {
+    if (curves == list) return;
+    pictures.resize(list.size());
+    for (std::size_t i = 0; i < list.size(); ++i)
+        if (i >= curves.size() || curves[i] != list[i]) pictures[i].outdate();
+    curves = std::move(list);
+    update();
+}
+
+void EQGraph::setHandles(std::vector<Handle> list) {
+    if (handles == list) return;
+    handles = std::move(list);
+    setFocusPolicy(handles.empty() ? Qt::NoFocus : Qt::StrongFocus);
+    if (!handleOf(selected)) selected.reset();
+    shownChanged();
+}
+
+EqPlot EQGraph::plot() const {
+    return {QRectF(rect().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels)))};
+}
+
+QPointF EQGraph::placeOf(const Handle& handle) const {
+    return {plot().x(std::clamp(handle.fc, lowest, highestShown)), plot().y(EqPlot::shownLevel(handle.gain))};
+}
+
+QString EQGraph::valueText() const {
+    if (const Handle* const handle = handleOf(selected)) return handle->description;
+    QStringList parts;
+    for (const Handle& handle : handles)
+        parts << handle.description;
+    if (parts.isEmpty())
+        for (const Curve& curve : curves)
+            parts << curve.id;
+    return parts.join(QStringLiteral("; "));
+}
+
+const EQGraph::Handle* EQGraph::handleOf(std::optional<int> id) const {
+    const auto found = std::ranges::find(handles, id, [](const Handle& handle) { return handle.id; });
+    return found == handles.end() ? nullptr : &*found;
+}
+
+// The nearest first.
+std::vector<int> EQGraph::handlesAt(QPointF point) const {
+    std::vector<std::pair<double, int>> near;
+    for (const Handle& handle : handles)
+        if (const double away = distance(placeOf(handle), point); away <= reach)
+            near.emplace_back(away, handle.id);
+    std::ranges::sort(near);
+    std::vector<int> ids;
+    for (const auto& [away, id] : near)
+        ids.push_back(id);
+    return ids;
+}
+
+void EQGraph::select(std::optional<int> id) {
+    if (selected == id) return;
+    selected = id;
+    shownChanged();
+}
+
+void EQGraph::selectNext(const std::vector<int>& among, int by) {
+    if (among.empty()) return;
+    const auto count = static_cast<int>(among.size());
+    const auto current = selected ? std::ranges::find(among, *selected) : among.end();
+    const int next = current == among.end() ? 0 : static_cast<int>(current - among.begin()) + by;
+    select(among.at(static_cast<std::size_t>((next + count) % count)));
+}
+
+void EQGraph::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !isMovable()) return;
+    const std::vector<int> under = handlesAt(event->position());
+    if (under.empty()) return;
+    const bool sameSpot = lastClick && distance(*lastClick, event->position()) <= spotSize && selected &&
+                          std::ranges::count(under, *selected) > 0;
+    if (!sameSpot) select(under.front());
+    press = Press{event->position(), sameSpot};
+}
+
+void EQGraph::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF point = event->position();
+    if (!press || !(event->buttons() & Qt::LeftButton)) {
+        const bool onHandle = isMovable() && !handlesAt(point).empty();
+        return setCursor(onHandle ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    }
+    press->dragging = press->dragging || distance(point, press->at) >= dragThreshold;
+    if (press->dragging) dragTo(point);
+}
+
+void EQGraph::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !press) return;
+    const Press ended = *std::exchange(press, std::nullopt);
+    lastClick = ended.dragging ? std::nullopt : std::optional(ended.at);
+    if (ended.sameSpot && !ended.dragging) selectNext(handlesAt(ended.at), 1);
+}
+
+void EQGraph::dragTo(QPointF point) {
+    if (!selected || !onDrag) return;
+    const EqPlot where = plot();
+    onDrag(*selected, std::clamp(where.hz(point.x()), lowest, highest),
+           std::clamp(where.db(point.y()), -mostGain, mostGain));
+}
+
+void EQGraph::wheelEvent(QWheelEvent* event) {
+    const std::vector<int> under = handlesAt(event->position());
+    if (under.empty() || !onTurn) return event->ignore();
+    const bool keeps = selected && std::ranges::count(under, *selected) > 0;
+    if (!keeps) select(under.front());
+    if (const int notches = wheel.take(*event)) onTurn(*selected, notches);
+    event->accept();
+}
+
+void EQGraph::keyPressEvent(QKeyEvent* event) {
+    if (!isMovable() || !(selectByKey(*event) || moveByKey(*event))) Control::keyPressEvent(event);
+}
+
+bool EQGraph::selectByKey(const QKeyEvent& event) {
+    std::vector<int> all;
+    for (const Handle& handle : handles)
+        all.push_back(handle.id);
+    const int key = event.key();
+    const bool control = event.modifiers() & Qt::ControlModifier;
+    if (key == Qt::Key_BracketLeft || (control && key == Qt::Key_Left)) return selectNext(all, -1), true;
+    if (key == Qt::Key_BracketRight || (control && key == Qt::Key_Right)) return selectNext(all, 1), true;
+    if (key < Qt::Key_0 || key > Qt::Key_9) return false;
+    const QString label = QString::number(key == Qt::Key_0 ? 10 : key - Qt::Key_0);
+    const auto found = std::ranges::find(handles, label, [](const Handle& handle) { return handle.label; });
+    if (found != handles.end()) select(found->id);
+    return true;
+}
+
+bool EQGraph::moveByKey(const QKeyEvent& event) {
+    const Handle* const handle = handleOf(selected);
+    if (!handle) return false;
+    const Handle from = *handle;  // the callbacks replace the handles
+    const double part = isFineTuned(event.modifiers()) ? fineFactor : 1;
+    const auto raise = [&](double db) {
+        onDrag(from.id, from.fc, std::clamp(from.gain + db, -mostGain, mostGain));
+    };
+    const auto shift = [&](double octaves) { onDrag(from.id, movedByOctaves(from.fc, octaves), from.gain); };
+    const auto turn = [&](double notches) { return onTurn ? onTurn(from.id, notches) : void(); };
+    switch (event.key()) {
+    case Qt::Key_Left:
+        return shift(-octavesPerKey * part), true;
+    case Qt::Key_Right:
+        return shift(octavesPerKey * part), true;
+    case Qt::Key_Up:
+        return raise(decibelsPerKey * part), true;
+    case Qt::Key_Down:
+        return raise(-decibelsPerKey * part), true;
+    case Qt::Key_PageUp:
+        return turn(1), true;
+    case Qt::Key_PageDown:
+        return turn(-1), true;
+    default:
+        return false;
+    }
+}
+
+void EQGraph::focusInEvent(QFocusEvent* event) {
+    const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (byKey && isMovable() && !selected) select(handles.front().id);
+    Control::focusInEvent(event);
+}
+
+Control::Outline EQGraph::outline() const { return {plot().area.adjusted(-3, -3, 3, 3), 5}; }
+
+void EQGraph::paint(QPainter& painter) {
+    const EqPlot where = plot();
+    if (where.area.width() < 1) return;
+    Paint::cached(painter, QStringLiteral("eq grid"), rect(), [&](QPainter& ink) { drawEqGrid(ink, where); });
+    drawCurves(painter);
+    const Handle* const front = handleOf(selected);
+    for (const Handle& handle : handles)
+        if (&handle != front) drawHandle(painter, handle);
+    if (front) drawHandle(painter, *front);
+}
+
+// A dragged handle changes one curve of several.
+void EQGraph::drawCurves(QPainter& painter) {
+    for (std::size_t i = 0; i < curves.size(); ++i)
+        pictures[i].draw(painter, rect(), [&](QPainter& ink) {
+            drawEqCurve(ink, plot(), curves[i].db, {curves[i].color, curves[i].fill});
+        });
+}
+
+void EQGraph::drawHandle(QPainter& painter, const Handle& handle) const {
+    QRectF circle(0, 0, handleSize, handleSize);
+    circle.moveCenter(placeOf(handle));
+    const double radius = handleSize / 2;
+    if (!handle.dimmed) Paint::dropShadow(painter, circle, radius, {Theme::faded(handle.color, 0.8), 5, 0});
+    Paint::fill(painter, circle, radius, handle.dimmed ? Theme::white(0.25) : handle.color);
+    Paint::edge(painter, circle, radius, Theme::white(0.5));
+    if (handle.id == selected && hasFocus())
+        Paint::edge(painter, circle.adjusted(-3, -3, 3, 3), radius + 3, Theme::white(0.9), 1.5);
+    Paint::text(
+        painter, circle, Qt::AlignCenter, handle.label,
+        {Theme::font(9, QFont::Medium), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});
+}
+
+}  // namespace Kit

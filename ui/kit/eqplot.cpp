@@ -1,0 +1,169 @@
+#include "ui/kit/eqplot.hpp"
+
+#include "ui/kit/painting.hpp"
+
+#include "Wendril/filtermath.hpp"
+
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Kit {
+
+namespace {
+
+constexpr double lowest = 20;
+constexpr double highest = 20000;
+constexpr double topLevel = 18;
+constexpr double shownLimit = 21.6;
+constexpr std::size_t samples = 320;
+constexpr double lineSpacing = 6;  // dB
+constexpr double labelSize = 9;
+
+const double logLow = std::log10(lowest);
+const double logHigh = std::log10(highest);
+
+constexpr double lineWidth = 2.2;
+constexpr double glowDeviation = 2.5;  // of a blur of 5
+
+struct FrequencyLabel {
+    double hz;
+    QStringView text;
+};
+
+constexpr FrequencyLabel frequencyLabels[] = {
+    {20, u"20"},   {50, u"50"},   {100, u"100"}, {200, u"200"},   {500, u"500"},
+    {1000, u"1k"}, {2000, u"2k"}, {5000, u"5k"}, {10000, u"10k"}, {20000, u"20k"},
+};
+
+void drawFrequencyLines(QPainter& painter, const EqPlot& plot) {
+    for (double decade = 10; decade < highest; decade *= 10)
+        for (int multiple = 1; multiple <= 9; ++multiple) {
+            const double hz = decade * multiple;
+            if (hz < lowest || hz > highest) continue;
+            painter.setPen(QPen(Theme::white(multiple == 1 ? 0.14 : 0.05), 1));
+            const double x = plot.x(hz);
+            painter.drawLine(QPointF(x, plot.area.top()), QPointF(x, plot.area.bottom()));
+        }
+}
+
+void drawLevelLines(QPainter& painter, const EqPlot& plot) {
+    for (double db = -topLevel; db <= topLevel; db += lineSpacing) {
+        painter.setPen(QPen(Theme::white(db == 0 ? 0.22 : 0.06), 1));
+        const double y = plot.y(db);
+        painter.drawLine(QPointF(plot.area.left(), y), QPointF(plot.area.right(), y));
+    }
+}
+
+void drawLabels(QPainter& painter, const EqPlot& plot) {
+    const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary, {}, false};
+    for (double db = -topLevel; db <= topLevel; db += lineSpacing) {
+        const QRectF place(plot.area.left() - 40, plot.y(db) - 6, 32, 12);
+        Paint::text(painter, place, Qt::AlignRight | Qt::AlignVCenter,
+                    db > 0 ? QString::asprintf("%+.0f", db) : QString::asprintf("%.0f", db), style);
+    }
+    for (const auto& [hz, text] : frequencyLabels) {
+        const double x = std::clamp(plot.x(hz), plot.area.left() + 10, plot.area.right() - 10);
+        const QRectF place(x - 20, plot.area.bottom() + 6, 40, 12);
+        Paint::text(painter, place, Qt::AlignCenter, text.toString(), style);
+    }
+}
+
+// The points of a curve but those that lie on the line between their neighbours: a stroke costs by
+// the point.
+QPolygonF lineOf(const EqPlot& plot, const std::vector<double>& db) {
+    constexpr double tolerance = 0.05;
+    const std::size_t count = std::min(db.size(), EqPlot::freqs().size());
+    std::vector<QPointF> points;
+    for (std::size_t i = 0; i < count; ++i)
+        points.emplace_back(plot.x(EqPlot::freqs()[i]), plot.y(EqPlot::shownLevel(db[i])));
+    const auto isStraight = [&points](std::size_t from, std::size_t to) {
+        const double slope = (points[to].y() - points[from].y()) / (points[to].x() - points[from].x());
+        for (std::size_t i = from + 1; i < to; ++i) {
+            const double straight = points[from].y() + slope * (points[i].x() - points[from].x());
+            if (std::abs(points[i].y() - straight) > tolerance) return false;
+        }
+        return true;
+    };
+    QPolygonF line;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const bool needed = i == 0 || i + 1 == count || !isStraight(kept, i + 1);
+        if (!needed) continue;
+        line << points[i];
+        kept = i;
+    }
+    return line;
+}
+
+void shade(QPainter& painter, const EqPlot& plot, QPolygonF line, const QColor& color) {
+    line << QPointF(line.back().x(), plot.y(0)) << QPointF(line.front().x(), plot.y(0));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::faded(color, 0.16));
+    painter.drawPolygon(line);
+}
+
+// How bright a blurred line is so far from its middle.
+double glowAt(double distance, double opacity) {
+    const double middle = std::erf(lineWidth / 2 / glowDeviation / std::sqrt(2));
+    return opacity * middle * std::exp(-distance * distance / (2 * glowDeviation * glowDeviation));
+}
+
+// One stroke upon the other, each as strong as the glow grows there.
+void drawGlow(QPainter& painter, const QPainterPath& path, QPen pen, double opacity) {
+    constexpr double step = 0.75;
+    for (double radius = 3 * glowDeviation; radius > lineWidth / 2; radius -= step) {
+        pen.setWidthF(2 * radius);
+        pen.setColor(Theme::faded(pen.color(), glowAt(radius, opacity) - glowAt(radius + step, opacity)));
+        painter.strokePath(path, pen);
+    }
+}
+
+}  // namespace
+
+double EqPlot::x(double hz) const {
+    return area.left() + area.width() * (std::log10(hz) - logLow) / (logHigh - logLow);
+}
+
+double EqPlot::y(double db) const { return area.top() + area.height() / 2 * (1 - db / topLevel); }
+
+double EqPlot::hz(double x) const {
+    return std::pow(10, logLow + (x - area.left()) / area.width() * (logHigh - logLow));
+}
+
+double EqPlot::db(double y) const {
+    const double half = area.height() / 2;
+    return (half - (y - area.top())) / half * topLevel;
+}
+
+double EqPlot::shownLevel(double db) { return std::isnan(db) ? 0 : std::clamp(db, -shownLimit, shownLimit); }
+
+const std::vector<double>& EqPlot::freqs() {
+    static const std::vector<double> list = Wendril::FilterMath::frequencies(samples, lowest, highest);
+    return list;
+}
+
+void drawEqGrid(QPainter& painter, const EqPlot& plot) {
+    drawFrequencyLines(painter, plot);
+    drawLevelLines(painter, plot);
+    drawLabels(painter, plot);
+}
+
+void drawEqCurve(QPainter& painter, const EqPlot& plot, const std::vector<double>& db,
+                 const EqCurveLook& look) {
+    const QPolygonF line = lineOf(plot, db);
+    if (line.isEmpty()) return;
+    QPainterPath path;
+    path.addPolygon(line);
+    QPen pen(look.color, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
+    painter.save();
+    // Smooth edges cost fifteen times as much; of what is so faint they are not seen.
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    if (look.fill) shade(painter, plot, line, look.color);
+    drawGlow(painter, path, pen, 0.9);
+    painter.restore();
+    painter.strokePath(path, pen);
+}
+
+}  // namespace Kit

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "ui/kit/theme.hpp"
+
+#include <array>
+
+namespace Corvane {
+
+/// Each output's own, wherever outputs are told apart.
+inline const std::array<QColor, 4> outputColors{
+    Theme::accent,
+    Theme::rgb(0.95, 0.30, 0.75),
+    Theme::rgb(1.0, 0.78, 0.20),
+    Theme::rgb(0.35, 0.75, 1.0),
+};
+
+}  // namespace Corvane
