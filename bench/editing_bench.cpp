@@ -1,0 +1,143 @@
+#include "bench/uidesk.hpp"
+
+#include <QApplication>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+#include <ctime>
+
+namespace {
+
+using namespace Corvane;
+using namespace Desk;
+using namespace Wendril;
+using namespace std::chrono_literals;
+
+// A hand on a control that goes up and down, by more than a step of its value with every event.
+class Drag {
+public:
+    explicit Drag(QWidget& control, QPointF at)
+        : control(control)
+        , start(at) {
+        mouse(control, QEvent::MouseButtonPress, start);
+    }
+    ~Drag() { mouse(control, QEvent::MouseButtonRelease, start); }
+    Drag(const Drag&) = delete;
+    Drag& operator=(const Drag&) = delete;
+
+    void move(int number) {
+        constexpr int turn = 16;
+        constexpr double points = 6;
+        const int way = number % (2 * turn);
+        mouse(control, QEvent::MouseMove, start - QPointF(0, points * std::min(way, 2 * turn - way)));
+    }
+
+private:
+    QWidget& control;
+    const QPointF start;
+};
+
+Kit::ValueControl& bass(OpenWindow& opened) { return opened.find<Kit::ValueControl>("Graves"); }
+QPointF middleOf(const QWidget& control) { return QRectF(control.rect()).center(); }
+
+void knobDrag(benchmark::State& state) {
+    StillChain chain;
+    OpenWindow opened(*chain.model, simple(Page::tone));
+    Drag drag(bass(opened), middleOf(bass(opened)));
+    measureFrames(state, [&](int number) {
+        drag.move(number);
+        settle();
+    });
+}
+
+void crossoverChange(benchmark::State& state) {
+    StillChain chain;
+    OpenWindow opened(*chain.model, technical({TechPage::Kind::crossover}));
+    const std::uint8_t module = K7Q::index(ModuleKind::hpf, K7Q::outputs.front(), 0);
+    measureFrames(state, [&](int number) {
+        chain.model->set(module, {FilterValue{.fc = std::uint32_t(100 + number % 100), .type = 9}});
+        settle();
+    });
+}
+
+double seconds(clockid_t clock) {
+    std::timespec time{};
+    ::clock_gettime(clock, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
+}
+
+// What the process, with its simulated chain, and the window's thread alone take of one core.
+template <class Action>
+void measureShare(benchmark::State& state, Action during) {
+    const double process = seconds(CLOCK_PROCESS_CPUTIME_ID);
+    const double thread = seconds(CLOCK_THREAD_CPUTIME_ID);
+    const double wall = seconds(CLOCK_MONOTONIC);
+    for (auto _ : state)
+        during();
+    const double percent = 100 / (seconds(CLOCK_MONOTONIC) - wall);
+    state.counters["core_percent"] = (seconds(CLOCK_PROCESS_CPUTIME_ID) - process) * percent;
+    state.counters["window_percent"] = (seconds(CLOCK_THREAD_CPUTIME_ID) - thread) * percent;
+}
+
+void untouched(benchmark::State& state) {
+    const LiveChain chain([](TimePoint) {});
+    const OpenWindow opened(*chain.model, simple(Page::tone));
+    wait(500ms);
+    measureShare(state, [] { wait(10s); });
+}
+
+void knobDragAt60(benchmark::State& state) {
+    const LiveChain chain([](TimePoint) {});
+    OpenWindow opened(*chain.model, simple(Page::tone));
+    wait(500ms);
+    Drag drag(bass(opened), middleOf(bass(opened)));
+    measureShare(state, [&] {
+        constexpr auto frame = 1'000'000us / 60;
+        const auto start = std::chrono::steady_clock::now();
+        for (int number = 1; number <= 300; ++number) {
+            drag.move(number);
+            const auto left = start + number * frame - std::chrono::steady_clock::now();
+            wait(std::max(0ms, std::chrono::round<std::chrono::milliseconds>(left)));
+        }
+    });
+}
+
+// From the mouse's event to the frame's last byte in the port. The user's moment is any, so it falls
+// anywhere between two meter readings.
+void knobToLine(benchmark::State& state) {
+    constexpr std::int64_t none = 0;
+    std::atomic<std::int64_t> sent = none;
+    const LiveChain chain([&sent](TimePoint at) {
+        std::int64_t first = none;
+        sent.compare_exchange_strong(first, at.time_since_epoch().count());
+    });
+    OpenWindow opened(*chain.model, simple(Page::tone));
+    Drag drag(bass(opened), middleOf(bass(opened)));
+    std::mt19937 random;
+    std::uniform_int_distribution pause(150, 250);
+    std::vector<double> times;
+    for (auto _ : state) {
+        wait(std::chrono::milliseconds(pause(random)));
+        sent = none;
+        const auto start = std::chrono::steady_clock::now();
+        drag.move(int(times.size()) + 1);
+        while (sent == none)
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        const TimePoint at{TimePoint::duration(sent)};
+        times.push_back(std::chrono::duration<double>(at - start).count());
+        state.SetIterationTime(times.back());
+    }
+    std::ranges::sort(times);
+    state.counters["median_ms"] = 1000 * times.at(times.size() / 2);
+    state.counters["worst_ms"] = 1000 * times.back();
+}
+
+BENCHMARK(knobDrag)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(crossoverChange)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(knobToLine)->Iterations(100)->Repetitions(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(knobDragAt60)->Iterations(1)->Repetitions(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(untouched)->Iterations(1)->Repetitions(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,153 @@
+#include "bench/uidesk.hpp"
+
+#include "simulator/line.hpp"
+#include "simulator/memorytransport.hpp"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QRegion>
+#include <QTimer>
+
+#include <utility>
+
+namespace Desk {
+
+using namespace Corvane;
+using namespace Wendril;
+
+namespace {
+
+constexpr double ratio = 2;
+
+Surroundings surroundings(std::shared_ptr<Executor> executor,
+                          std::function<std::shared_ptr<Transport>(const std::string&)> serial) {
+    return {
+        .executor = std::move(executor),
+        .serialPorts = [] { return std::vector<std::string>(); },
+        .extraPort = "demo",
+        .serial = std::move(serial),
+        .bridge = nullptr,
+    };
+}
+
+// A serial port with an ear on what is sent.
+class TappedPort final : public Transport {
+public:
+    TappedPort(const std::string& path, LiveChain::OnSetting onSetting)
+        : port(path, K7Q::baudRate)
+        , onSetting(std::move(onSetting)) {}
+
+    std::string name() const override { return port.name(); }
+    void open(OnData onData, OnClose onClose) override { port.open(std::move(onData), std::move(onClose)); }
+    void write(ByteView data) override {
+        port.write(data);
+        if (data[3] == static_cast<std::uint8_t>(Fun::moduleSet)) onSetting(std::chrono::steady_clock::now());
+    }
+    void close() override { port.close(); }
+    std::shared_ptr<Executor> queue() const override { return port.queue(); }
+
+private:
+    SerialTransport port;
+    const LiveChain::OnSetting onSetting;
+};
+
+// Every widget that draws on a place reports it.
+class PaintedPlaces final : public QObject {
+public:
+    PaintedPlaces() { qApp->installEventFilter(this); }
+
+    QRegion places;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            const auto* const widget = static_cast<QWidget*>(watched);
+            places += static_cast<QPaintEvent*>(event)->region().translated(
+                widget->mapTo(widget->window(), QPoint()));
+        }
+        return false;
+    }
+};
+
+}  // namespace
+
+void ShownPage::showIn(AppModel& model, ContentView& view) const {
+    model.technical = technical;
+    view.page = page;
+    view.techPage = techPage;
+}
+
+ShownPage simple(Page page) { return {titleOf(page).toStdString(), false, page, {}}; }
+
+ShownPage technical(const TechPage& page) { return {page.title().toStdString(), true, Page::tone, page}; }
+
+std::vector<ShownPage> pages() {
+    std::vector<ShownPage> all;
+    for (const Page page : simplePages)
+        all.push_back(simple(page));
+    for (const TechPage& page : TechPage::all)
+        all.push_back(technical(page));
+    return all;
+}
+
+StillChain::StillChain() {
+    const auto line = std::make_shared<Simulator::Line>(time.executor(), Simulator::LineOptions{});
+    model = AppModel::create(surroundings(time.executor(), [line](const std::string&) {
+        return std::make_shared<Simulator::MemoryTransport>(line);
+    }));
+    time.run(model->connect());
+}
+
+LiveChain::LiveChain(OnSetting onSetting)
+    : model(AppModel::create(
+          surroundings(executor, [path = demo.port(), onSetting = std::move(onSetting)](const std::string&) {
+              return std::make_shared<TappedPort>(path, onSetting);
+          }))) {
+    model->start(model->connect());
+    while (!model->status.value().isOnline())
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+OpenWindow::OpenWindow(AppModel& model, const ShownPage& page)
+    : window(model, true) {
+    page.showIn(model, window.content());
+    window.show();
+    settle();
+}
+
+void settle() { QApplication::processEvents(); }
+
+void wait(std::chrono::milliseconds time) {
+    QEventLoop loop;
+    QTimer::singleShot(time, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void mouse(QWidget& control, QEvent::Type type, QPointF at) {
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, control.mapToGlobal(at), button, held, {});
+    QApplication::sendEvent(&control, &event);
+}
+
+double pixelsPaintedBy(const std::function<void()>& action) {
+    const PaintedPlaces painted;
+    action();
+    double area = 0;
+    for (const QRect& place : painted.places)
+        area += ratio * place.width() * ratio * place.height();
+    return area;
+}
+
+void measureFrames(benchmark::State& state, const std::function<void(int)>& frame) {
+    int number = 0;
+    frame(number++);
+    const double pixels = pixelsPaintedBy([&] { frame(number++); });
+    for (auto _ : state)
+        frame(number++);
+    state.counters["pixels"] = pixels;
+}
+
+}  // namespace Desk
