@@ -1,15 +1,20 @@
 #include "ui/kit/formats.hpp"
 
+#include <cmath>
+
 namespace Formats {
 
 namespace {
 
 constexpr double centimetresPerMs = 34.3;
 
+// No read-out says "-0.0".
+double unsignedZero(double db) { return std::abs(db) < 0.05 ? 0 : db; }
+
 }  // namespace
 
-QString decibels(double db) { return QString::asprintf("%.1f dB", db); }
-QString signedDecibels(double db) { return QString::asprintf("%+.1f dB", db); }
+QString decibels(double db) { return QString::asprintf("%.1f dB", unsignedZero(db)); }
+QString signedDecibels(double db) { return QString::asprintf("%+.1f dB", unsignedZero(db)); }
 QString wholeDecibels(double db) { return QString::asprintf("%.0f dB", db); }
 QString ratio(double ratio) { return QString::asprintf("%.1f : 1", ratio); }
 QString quality(double q) { return QString::asprintf("%.2f", q); }
