@@ -17,11 +17,15 @@ float limited(float value, float low, float high, float otherwise) {
 
 }  // namespace
 
-PeqValue limited(PeqValue band) {
-    band.fc = std::clamp<std::uint32_t>(band.fc, 20, 22000);
+PeqValue limitedGainAndQ(PeqValue band) {
     band.gain = limited(band.gain, -12, 12, neutralBand.gain);
     band.q = limited(band.q, 0.3F, 50, neutralBand.q);
     return band;
+}
+
+PeqValue limited(PeqValue band) {
+    band.fc = std::clamp<std::uint32_t>(band.fc, 20, 22000);
+    return limitedGainAndQ(band);
 }
 
 int AppModel::bandsOf(std::string_view channel) {

@@ -94,18 +94,8 @@ Task<bool> AppModel::askTargeted(Weak weak, Command command, std::string complai
     co_return true;
 }
 
-Task<void> AppModel::loadPreset(Weak weak, int number) {
-    auto loading = askTargeted(
-        weak,
-        [number](K7QClient client, std::shared_ptr<Speaker> speaker) {
-            return recall(std::move(client), std::move(speaker), number);
-        },
-        "não carregou o preset " + std::to_string(number));
-    const bool done = co_await std::move(loading);
-    if (const auto self = weak.lock(); done && self) self->currentPreset = number;
-}
-
-// What is on the screen is what is stored: edits that still wait for their turn go first.
+// Edits that still wait for their turn go first: a preset is stored as the screen shows it, and
+// loaded over what has been edited before.
 Task<bool> AppModel::editsSent(Weak weak) {
     constexpr auto pollPause = std::chrono::milliseconds(10);
     auto self = weak.lock();
@@ -119,6 +109,20 @@ Task<bool> AppModel::editsSent(Weak weak) {
         if (!self) co_return false;
     }
     co_return true;
+}
+
+Task<void> AppModel::loadPreset(Weak weak, int number) {
+    auto sending = editsSent(weak);
+    const bool sent = co_await std::move(sending);
+    if (!sent) co_return;
+    auto loading = askTargeted(
+        weak,
+        [number](K7QClient client, std::shared_ptr<Speaker> speaker) {
+            return recall(std::move(client), std::move(speaker), number);
+        },
+        "não carregou o preset " + std::to_string(number));
+    const bool done = co_await std::move(loading);
+    if (const auto self = weak.lock(); done && self) self->currentPreset = number;
 }
 
 Task<void> AppModel::savePreset(Weak weak, int number, std::string name) {

@@ -70,7 +70,7 @@ TEST(PresetsTest, SavesAndDeletesOnAllTargetedSpeakers) {
     EXPECT_EQ(rig.model->notice.value(), std::nullopt) << "a deletion that fails is no news";
 }
 
-TEST(PresetsTest, WhatIsOnTheScreenIsWhatIsStored) {
+TEST(PresetsTest, WhatIsOnTheScreenIsWhatIsStoredAndLoaded) {
     Rig rig(chainOf(2));
     rig.goOnline();
     for (const std::uint8_t module : {1, 2, 3, 4, 5, 6})
@@ -79,6 +79,16 @@ TEST(PresetsTest, WhatIsOnTheScreenIsWhatIsStored) {
     for (std::size_t board = 0; board < 2; ++board)
         for (const std::uint8_t module : {1, 2, 3, 4, 5, 6})
             EXPECT_EQ(rig.line->board(board).preset(3)->settings.at(module), gain(-7).encoded());
+
+    // And what is loaded is what is on the screen.
+    for (const std::uint8_t module : {1, 2, 3, 4, 5, 6})
+        rig.model->set(module, gain(2));
+    rig.run(rig.model->loadPreset(3));
+    rig.time.advance(1s);
+    for (std::size_t board = 0; board < 2; ++board) {
+        EXPECT_EQ(rig.shown(board, 4), gain(-7));
+        EXPECT_EQ(rig.differing(board), std::vector<int>{});
+    }
 }
 
 TEST(PresetsTest, AnEditDuringARecallOutlivesIt) {

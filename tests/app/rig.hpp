@@ -59,7 +59,7 @@ public:
 
     std::string name() const override { return label; }
     void open(OnData onData, OnClose onClose) override {
-        if (port->refusal) throw *port->refusal;
+        if (port->refusal) throw TransportError(*port->refusal);
         if (port->holders > 0) throw TransportError::open(label, EBUSY);
         ++port->holders;
         ++port->openings;

@@ -79,7 +79,9 @@ TEST_F(UiExecutorTest, TakesWorkAndTimersFromOtherThreadsInTheirOrder) {
 TEST_F(UiExecutorTest, AnEventLoopInsideWorkGoesOnWithTheRest) {
     executor->post([] {
         QEventLoop inner;
-        QTimer::singleShot(5s, &inner, &QEventLoop::quit);
+        QTimer patience;
+        QObject::connect(&patience, &QTimer::timeout, &inner, &QEventLoop::quit);
+        patience.start(5s);
         QObject::connect(qApp, &QObject::objectNameChanged, &inner, &QEventLoop::quit);
         inner.exec();
     });
@@ -94,7 +96,9 @@ TEST_F(UiExecutorTest, AnEventLoopInsideWorkGoesOnWithTheRest) {
 TEST_F(UiExecutorTest, WorkThatPostsWorkDoesNotStarveTheEventLoop) {
     std::function<void()> again = [&] { executor->post(again); };
     executor->post(again);
-    QTimer::singleShot(10ms, qApp, &QCoreApplication::quit);
+    QTimer input;
+    QObject::connect(&input, &QTimer::timeout, qApp, &QCoreApplication::quit);
+    input.start(10ms);
     run();
 }
 

@@ -15,10 +15,10 @@ namespace {
 
 constexpr double lowest = 20;
 constexpr double highest = 20000;
-constexpr double topLevel = 18;
+constexpr int topLevel = 18;  // dB
 constexpr double shownLimit = 21.6;
 constexpr std::size_t samples = 320;
-constexpr double lineSpacing = 6;  // dB
+constexpr int lineSpacing = 6;
 constexpr double labelSize = 9;
 
 const double logLow = std::log10(lowest);
@@ -38,9 +38,9 @@ constexpr FrequencyLabel frequencyLabels[] = {
 };
 
 void drawFrequencyLines(QPainter& painter, const EqPlot& plot) {
-    for (double decade = 10; decade < highest; decade *= 10)
+    for (const int decade : {10, 100, 1000, 10000})
         for (int multiple = 1; multiple <= 9; ++multiple) {
-            const double hz = decade * multiple;
+            const int hz = decade * multiple;
             if (hz < lowest || hz > highest) continue;
             painter.setPen(QPen(Theme::white(multiple == 1 ? 0.14 : 0.05), 1));
             const double x = plot.x(hz);
@@ -49,7 +49,7 @@ void drawFrequencyLines(QPainter& painter, const EqPlot& plot) {
 }
 
 void drawLevelLines(QPainter& painter, const EqPlot& plot) {
-    for (double db = -topLevel; db <= topLevel; db += lineSpacing) {
+    for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
         painter.setPen(QPen(Theme::white(db == 0 ? 0.22 : 0.06), 1));
         const double y = plot.y(db);
         painter.drawLine(QPointF(plot.area.left(), y), QPointF(plot.area.right(), y));
@@ -58,10 +58,10 @@ void drawLevelLines(QPainter& painter, const EqPlot& plot) {
 
 void drawLabels(QPainter& painter, const EqPlot& plot) {
     const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary, {}, false};
-    for (double db = -topLevel; db <= topLevel; db += lineSpacing) {
+    for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
         const QRectF place(plot.area.left() - 40, plot.y(db) - 6, 32, 12);
         Paint::text(painter, place, Qt::AlignRight | Qt::AlignVCenter,
-                    db > 0 ? QString::asprintf("%+.0f", db) : QString::asprintf("%.0f", db), style);
+                    (db > 0 ? QStringLiteral("+") : QString()) + QString::number(db), style);
     }
     for (const auto& [hz, text] : frequencyLabels) {
         const double x = std::clamp(plot.x(hz), plot.area.left() + 10, plot.area.right() - 10);
@@ -112,8 +112,10 @@ double glowAt(double distance, double opacity) {
 
 // One stroke upon the other, each as strong as the glow grows there.
 void drawGlow(QPainter& painter, const QPainterPath& path, QPen pen, double opacity) {
-    constexpr double step = 0.75;
-    for (double radius = 3 * glowDeviation; radius > lineWidth / 2; radius -= step) {
+    constexpr int strokes = 9;
+    constexpr double step = (3 * glowDeviation - lineWidth / 2) / strokes;
+    for (int i = strokes; i > 0; --i) {
+        const double radius = lineWidth / 2 + i * step;
         pen.setWidthF(2 * radius);
         pen.setColor(Theme::faded(pen.color(), glowAt(radius, opacity) - glowAt(radius + step, opacity)));
         painter.strokePath(path, pen);

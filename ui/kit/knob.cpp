@@ -5,7 +5,9 @@
 
 #include "Wendril/profile.hpp"
 
+#include <QHelpEvent>
 #include <QPainterPath>
+#include <QToolTip>
 #include <QtMath>
 
 #include <algorithm>
@@ -73,6 +75,14 @@ Control::Outline Knob::outline() const { return {QRectF(rect()).adjusted(1, 1, -
 double Knob::dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const {
     const double factor = isFineTuned(modifiers) ? fineFactor : 1;
     return start + factor * (translation.y() / -dragForRange * range.extent());
+}
+
+// The read-out grows with the knob; that of a small one is too small for some eyes.
+bool Knob::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return ValueControl::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
+                       accessibleName() + QStringLiteral(": ") + valueText(), this);
+    return true;
 }
 
 void Knob::paint(QPainter& painter) {

@@ -29,6 +29,7 @@ public:
 
 protected:
     double dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const override;
+    bool event(QEvent* event) override;
     void paint(QPainter& painter) override;
     Outline outline() const override;
 

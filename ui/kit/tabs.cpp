@@ -65,6 +65,12 @@ Tabs::Tabs(const QStringList& titles, const QColor& color, int padding, QWidget*
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
+// The toolkit would pass the focus on to a neighbour, as if the user had.
+void Tabs::setVisible(bool visible) {
+    if (QWidget* const focused = focusWidget(); !visible && focused) focused->clearFocus();
+    QWidget::setVisible(visible);
+}
+
 void Tabs::setSelected(int index) {
     selected = index;
     for (std::size_t i = 0; i < tabs.size(); ++i)

@@ -38,6 +38,7 @@ public:
     Tabs(const QStringList& titles, const QColor& color, int padding, QWidget* parent);
 
     void setSelected(int index);
+    void setVisible(bool visible) override;
     std::function<void(int)> onSelect;
 
 protected:

@@ -1,6 +1,7 @@
 #include "ui/pages/channelstrip.hpp"
 
 #include "ui/pages/modulesetting.hpp"
+#include "ui/pages/switchkey.hpp"
 
 #include "ui/kit/bind.hpp"
 #include "ui/kit/fader.hpp"
@@ -55,18 +56,12 @@ Kit::PillButton* muteKey(AppModel& model, std::string_view channel, QWidget* par
 }
 
 Kit::PillButton* polarityKey(AppModel& model, std::string_view channel, QWidget* parent) {
-    const QString normal = QStringLiteral("0°");
-    const QString inverted = QStringLiteral("180°");
+    const SwitchTitles titles{QStringLiteral("180°"), QStringLiteral("0°")};
     const ModuleSetting<GainValue> gain(model, ModuleKind::gain, channel);
-    auto* const key = new Kit::PillButton(normal, Kit::PillButton::Size::compact, parent);
-    key->reserveFor({QStringLiteral("MUTE"), normal, inverted});
-    key->action = [gain] { gain.edit([](GainValue& value) { value.phaseNormal = !value.phaseNormal; }); };
-    Kit::bind(
-        *key, [gain] { return gain.value().phaseNormal; },
-        [=](bool isNormal) {
-            key->setTitle(isNormal ? normal : inverted);
-            key->setOn(!isNormal);
-        });
+    auto* const key = switchKey(
+        titles, [gain] { return !gain.value().phaseNormal; },
+        [gain] { gain.edit([](GainValue& value) { value.phaseNormal = !value.phaseNormal; }); }, parent);
+    key->reserveFor({QStringLiteral("MUTE"), titles.lit, titles.unlit});
     return key;
 }
 

@@ -1,6 +1,6 @@
 #include "ui/pages/delaykey.hpp"
 
-#include "ui/kit/bind.hpp"
+#include "ui/pages/switchkey.hpp"
 
 namespace Corvane {
 
@@ -23,21 +23,14 @@ void setDelay(AppModel& model, std::string_view channel, double ms) {
 }
 
 Kit::PillButton* delayKey(AppModel& model, std::string_view channel, QWidget* parent) {
-    const QString on = QStringLiteral("ON");
-    const QString off = QStringLiteral("OFF");
-    auto* const key = new Kit::PillButton(off, Kit::PillButton::Size::compact, parent);
-    key->reserveFor({on, off});
-    key->action = [&model, channel] {
-        const DelayValue delay = delayOf(model, channel);
-        write(model, channel, {delay.ms, !delay.bypass});
-    };
-    Kit::bind(
-        *key, [&model, channel] { return delayOf(model, channel).bypass; },
-        [key, on, off](bool bypassed) {
-            key->setTitle(bypassed ? off : on);
-            key->setOn(!bypassed);
-        });
-    return key;
+    return switchKey(
+        {QStringLiteral("ON"), QStringLiteral("OFF")},
+        [&model, channel] { return !delayOf(model, channel).bypass; },
+        [&model, channel] {
+            const DelayValue delay = delayOf(model, channel);
+            write(model, channel, {delay.ms, !delay.bypass});
+        },
+        parent);
 }
 
 }  // namespace Corvane

@@ -2,12 +2,12 @@
 
 #include "ui/pages/outputpicker.hpp"
 #include "ui/pages/pagelayout.hpp"
+#include "ui/pages/switchkey.hpp"
 
 #include "ui/kit/bind.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/knob.hpp"
 #include "ui/kit/meterbar.hpp"
-#include "ui/kit/pillbutton.hpp"
 #include "ui/kit/theme.hpp"
 
 #include <algorithm>
@@ -104,18 +104,9 @@ void DynamicsView::toggleLimiter() {
 
 QWidget* DynamicsView::compressorPanel() {
     auto* const panel = new Kit::Panel(QStringLiteral("COMPRESSOR"), this);
-    const QString on = QStringLiteral("LIGADO");
-    const QString off = QStringLiteral("DESLIGADO");
-    auto* const key = new Kit::PillButton(off, Kit::PillButton::Size::compact, panel);
-    key->reserveFor({on, off});
-    key->action = [this] { toggleCompressor(); };
-    Kit::bind(
-        *key, [this] { return compressor().ratio > restingRatio; },
-        [key, on, off](bool active) {
-            key->setTitle(active ? on : off);
-            key->setOn(active);
-        });
-    panel->setTrailing(key);
+    panel->setTrailing(switchKey(
+        {QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")},
+        [this] { return compressor().ratio > restingRatio; }, [this] { toggleCompressor(); }, panel));
 
     const std::function<DynamicsValue()> read = [this] { return compressor(); };
     const auto edit = [this](const AppModel::CompressorChange& change) { model.editCompressor(change); };
@@ -143,18 +134,9 @@ QWidget* DynamicsView::compressorPanel() {
 
 QWidget* DynamicsView::limiterPanel() {
     auto* const panel = new Kit::Panel(QStringLiteral("LIMITER"), this);
-    const QString on = QStringLiteral("LIGADO");
-    const QString off = QStringLiteral("BYPASS");
-    auto* const key = new Kit::PillButton(off, Kit::PillButton::Size::compact, panel);
-    key->reserveFor({on, off});
-    key->action = [this] { toggleLimiter(); };
-    Kit::bind(
-        *key, [this] { return limiterBypassed(); },
-        [key, on, off](bool bypassed) {
-            key->setTitle(bypassed ? off : on);
-            key->setOn(!bypassed);
-        });
-    panel->setTrailing(key);
+    panel->setTrailing(switchKey(
+        {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [this] { return !limiterBypassed(); },
+        [this] { toggleLimiter(); }, panel));
 
     const std::function<LimiterValue()> read = [this] { return limiter(); };
     const auto edit = [this](const AppModel::LimiterChange& change) { model.editLimiter(change); };

@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -29,7 +30,7 @@ MainWindow::MainWindow(AppModel& model, bool choosesLink)
     whole->addWidget(view);
     keys->move(keysPlace);
     keys->raise();
-    resize(ContentView::usual);
+    resize(ContentView::usual.boundedTo(screen()->availableSize()));
 }
 
 // Events reach the window before any widget in it, which lets the edges come first.

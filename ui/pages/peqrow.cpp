@@ -1,12 +1,12 @@
 #include "ui/pages/peqrow.hpp"
 
+#include "app/equaliser.hpp"
 #include "ui/pages/modulesetting.hpp"
 
 #include "ui/kit/bind.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/theme.hpp"
 
-#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -55,20 +55,13 @@ void layOut(QWidget* row, const std::vector<QWidget*>& cells) {
     row->setMaximumWidth(widest);
 }
 
-// What is no number becomes `otherwise`.
-float limited(float value, Kit::Range range, float otherwise) {
-    if (std::isnan(value)) return otherwise;
-    return std::clamp(value, static_cast<float>(range.lower), static_cast<float>(range.upper));
-}
-
 }  // namespace
 
 void editBand(AppModel& model, std::string_view channel, int band,
               const std::function<void(PeqValue&)>& change) {
     ModuleSetting<PeqValue>(model, ModuleKind::peq, channel, band).edit([&change](PeqValue& value) {
         change(value);
-        value.gain = limited(value.gain, gains, 0);
-        value.q = limited(value.q, qualities, 3);
+        value = limitedGainAndQ(value);
     });
 }
 

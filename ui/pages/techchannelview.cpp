@@ -7,6 +7,7 @@
 #include "ui/pages/modulesetting.hpp"
 #include "ui/pages/pagelayout.hpp"
 #include "ui/pages/peqrow.hpp"
+#include "ui/pages/switchkey.hpp"
 
 #include "ui/kit/bind.hpp"
 #include "ui/kit/formats.hpp"
@@ -191,19 +192,10 @@ QWidget* TechChannelView::compressorPanel() {
 QWidget* TechChannelView::gatePanel() {
     auto* const panel = densePanel(QStringLiteral("NOISE GATE"), this);
     panel->setFixedWidth(dynamicsWidth);
-    const QString on = QStringLiteral("LIGADO");
-    const QString off = QStringLiteral("BYPASS");
     const ModuleSetting<bool> bypass(model, ModuleKind::gateBypass, channel);
-    auto* const key = new Kit::PillButton(off, Kit::PillButton::Size::compact, panel);
-    key->reserveFor({on, off});
-    key->action = [bypass] { bypass.edit([](bool& value) { value = !value; }); };
-    Kit::bind(
-        *key, [bypass] { return bypass.value(); },
-        [=](bool bypassed) {
-            key->setTitle(bypassed ? off : on);
-            key->setOn(!bypassed);
-        });
-    panel->setTrailing(key);
+    panel->setTrailing(switchKey(
+        {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [bypass] { return !bypass.value(); },
+        [bypass] { bypass.edit([](bool& value) { value = !value; }); }, panel));
     addKnobs(*panel, ModuleKind::gate,
              new Kit::Knob(QStringLiteral("Threshold"), {-120, -60}, -120, 1, Formats::wholeDecibels,
                            {.size = largeKnob}, panel));
