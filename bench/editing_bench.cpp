@@ -1,5 +1,7 @@
 #include "bench/uidesk.hpp"
 
+#include "ui/kit/eqgraph.hpp"
+
 #include <QApplication>
 
 #include <algorithm>
@@ -46,6 +48,17 @@ void knobDrag(benchmark::State& state) {
     StillChain chain;
     OpenWindow opened(*chain.model, simple(Page::tone));
     Drag drag(bass(opened), middleOf(bass(opened)));
+    measureFrames(state, [&](int number) {
+        drag.move(number);
+        settle();
+    });
+}
+
+void handleDrag(benchmark::State& state) {
+    StillChain chain;
+    OpenWindow opened(*chain.model, technical({TechPage::Kind::output, 0}));
+    auto& graph = opened.find<Kit::EQGraph>();
+    Drag drag(graph, graph.placeOf(graph.shownHandles().front()));
     measureFrames(state, [&](int number) {
         drag.move(number);
         settle();
@@ -135,6 +148,7 @@ void knobToLine(benchmark::State& state) {
 }
 
 BENCHMARK(knobDrag)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(handleDrag)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(crossoverChange)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(knobToLine)->Iterations(100)->Repetitions(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(knobDragAt60)->Iterations(1)->Repetitions(1)->UseRealTime()->Unit(benchmark::kMillisecond);

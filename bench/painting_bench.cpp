@@ -1,5 +1,4 @@
 #include "bench/uidesk.hpp"
-#include "bench/uimeasurements.hpp"
 
 #include <QAnimationDriver>
 #include <QPixmapCache>
@@ -13,8 +12,15 @@ namespace {
 using namespace Corvane;
 using namespace Desk;
 
+ShownPage pageOf(benchmark::State& state) {
+    ShownPage page = pages().at(static_cast<std::size_t>(state.range()));
+    state.SetLabel(page.name);
+    return page;
+}
+
 // From nothing to a window on the screen, with no picture kept from before.
-void firstPaint(benchmark::State& state, const ShownPage& page) {
+void firstPaint(benchmark::State& state) {
+    const ShownPage page = pageOf(state);
     StillChain chain;
     for (auto _ : state) {
         QPixmapCache::clear();
@@ -25,7 +31,8 @@ void firstPaint(benchmark::State& state, const ShownPage& page) {
     }
 }
 
-void repaint(benchmark::State& state, const ShownPage& page) {
+void repaint(benchmark::State& state) {
+    const ShownPage page = pageOf(state);
     StillChain chain;
     OpenWindow opened(*chain.model, page);
     measureFrames(state, [&](int) { opened.window.repaint(); });
@@ -58,7 +65,8 @@ private:
 };
 
 // New levels on all channels and the next frame of what they set in motion.
-void meterUpdate(benchmark::State& state, const ShownPage& page) {
+void meterUpdate(benchmark::State& state) {
+    const ShownPage page = pageOf(state);
     const std::array<std::vector<float>, 2> readings{{
         {-12, -14, -6, -9, -18, -24},
         {-20, -9, -15, -21, -8, -13},
@@ -74,25 +82,14 @@ void meterUpdate(benchmark::State& state, const ShownPage& page) {
     });
 }
 
-struct Measurement {
-    const char* name;
-    void (*run)(benchmark::State& state, const ShownPage& page);
-};
+// Painting may use several threads.
+void ofEveryPage(benchmark::internal::Benchmark* measured) {
+    measured->DenseRange(0, static_cast<int>(pages().size()) - 1)->ArgName("page");
+    measured->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
+}
 
-constexpr Measurement measurements[] = {
-    {"firstPaint/", firstPaint},
-    {"repaint/", repaint},
-    {"meterUpdate/", meterUpdate},
-};
+BENCHMARK(firstPaint)->Apply(ofEveryPage);
+BENCHMARK(repaint)->Apply(ofEveryPage);
+BENCHMARK(meterUpdate)->Apply(ofEveryPage);
 
 }  // namespace
-
-// Painting may use several threads.
-void addPainting() {
-    for (const auto& [name, run] : measurements)
-        for (const ShownPage& page : pages())
-            benchmark::RegisterBenchmark((name + page.name).c_str(), run, page)
-                ->MeasureProcessCPUTime()
-                ->UseRealTime()
-                ->Unit(benchmark::kMillisecond);
-}

@@ -8,7 +8,6 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QRegion>
-#include <QTimer>
 
 #include <utility>
 
@@ -71,6 +70,11 @@ protected:
     }
 };
 
+class Pause final : public QEventLoop {
+protected:
+    void timerEvent(QTimerEvent*) override { quit(); }
+};
+
 }  // namespace
 
 void ShownPage::showIn(AppModel& model, ContentView& view) const {
@@ -113,6 +117,7 @@ LiveChain::LiveChain(OnSetting onSetting)
 OpenWindow::OpenWindow(AppModel& model, const ShownPage& page)
     : window(model, true) {
     page.showIn(model, window.content());
+    window.resize(ContentView::usual);
     window.show();
     settle();
 }
@@ -120,9 +125,9 @@ OpenWindow::OpenWindow(AppModel& model, const ShownPage& page)
 void settle() { QApplication::processEvents(); }
 
 void wait(std::chrono::milliseconds time) {
-    QEventLoop loop;
-    QTimer::singleShot(time, Qt::PreciseTimer, &loop, &QEventLoop::quit);
-    loop.exec();
+    Pause pause;
+    pause.startTimer(time, Qt::PreciseTimer);
+    pause.exec();
 }
 
 void mouse(QWidget& control, QEvent::Type type, QPointF at) {
@@ -143,7 +148,8 @@ double pixelsPaintedBy(const std::function<void()>& action) {
 
 void measureFrames(benchmark::State& state, const std::function<void(int)>& frame) {
     int number = 0;
-    frame(number++);
+    while (number < 4)
+        frame(number++);
     const double pixels = pixelsPaintedBy([&] { frame(number++); });
     for (auto _ : state)
         frame(number++);

@@ -1,4 +1,4 @@
-#include "bench/uimeasurements.hpp"
+#include "bench/firstwindow.hpp"
 
 #include <benchmark/benchmark.h>
 
@@ -12,7 +12,6 @@ int main(int argc, char** argv) {
     if (argc == 2 && std::string_view(argv[1]) == firstWindowOption) return showFirstWindow(argc, argv);
     qputenv("QT_SCALE_FACTOR", "2");
     const QApplication application(argc, argv);
-    addPainting();
     benchmark::Initialize(&argc, argv);
     if (!benchmark::ReportUnrecognizedArguments(argc, argv)) benchmark::RunSpecifiedBenchmarks();
 }

@@ -104,7 +104,7 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
     , level(-std::numeric_limits<float>::infinity())
     , needle(Motion::Kind::spring, restingAngle, *this,
              [this] {
-                 update(sweptBy(drawnAngle) | sweptBy(needle.position()));
+                 update(sweptBetween(drawnAngle, needle.position()));
                  drawnAngle = needle.position();
              })
     , drawnAngle(restingAngle) {
@@ -143,13 +143,29 @@ QRectF AnalogVU::face() const { return bezel().adjusted(bezelWidth, bezelWidth, 
 
 QRectF AnalogVU::peakLamp() const { return {face().right() - 18, face().top() + 11, 7, 7}; }
 
-// What of the face the needle covers at that angle.
-QRect AnalogVU::sweptBy(double angle) const {
-    const QPointF pivot = pivotOf(face());
-    const QRectF span = QRectF(along(pivot, (pivotDepth - 1) * face().height(), angle),
-                               along(pivot, needleLength * face().height(), angle))
-                            .normalized();
-    return span.adjusted(-6, -6, 6, 6).toAlignedRect();
+// What the needle and its shadow cover at these angles, by bands: the box round a slanted line is
+// mostly empty.
+QRegion AnalogVU::sweptBetween(double from, double to) const {
+    constexpr int bands = 4;
+    const QRectF card = face();
+    const QPointF pivot = pivotOf(card);
+    const auto line = [&](int number) { return std::round(card.top() + card.height() * number / bands); };
+    QRegion swept;
+    for (int i = 0; i < bands; ++i) {
+        QRectF covered;
+        for (const double angle : {from, to}) {
+            const double tip = along(pivot, needleLength * card.height(), angle).y() - 3;
+            const double top = std::max(line(i), std::floor(tip));
+            const double bottom = line(i + 1);
+            if (top >= bottom) continue;
+            const double slope = std::tan(qDegreesToRadians(angle));
+            covered |= QRectF(QPointF(pivot.x() + slope * (pivot.y() - top), top),
+                              QPointF(pivot.x() + slope * (pivot.y() - bottom), bottom))
+                           .normalized();
+        }
+        if (!covered.isNull()) swept += covered.adjusted(-4, 0, 9, 0).toAlignedRect();
+    }
+    return swept;
 }
 
 void AnalogVU::paint(QPainter& painter) {

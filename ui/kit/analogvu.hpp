@@ -3,6 +3,7 @@
 #include "ui/kit/control.hpp"
 #include "ui/kit/motion.hpp"
 
+#include <QRegion>
 #include <QString>
 
 namespace Kit {
@@ -30,7 +31,7 @@ private:
     QRectF bezel() const;
     QRectF face() const;
     QRectF peakLamp() const;
-    QRect sweptBy(double angle) const;
+    QRegion sweptBetween(double from, double to) const;
     void drawNeedle(QPainter& painter) const;
 
     const QString label;

@@ -1,9 +1,11 @@
 #include "ui/kit/eqgraph.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/painting.hpp"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QRegion>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -41,6 +43,27 @@ double movedByOctaves(double fc, double octaves) {
     return std::clamp(octaves > 0 ? std::max(moved, fc + 1) : std::min(moved, fc - 1), lowest, highest);
 }
 
+// What must be redrawn for a curve to be seen at `after`: from where it is drawn to there. What moves
+// too little to be seen stays as it is drawn, until all that it has moved can be seen.
+QRect redraw(const EqPlot& plot, std::vector<double>& drawn, const std::vector<double>& after) {
+    constexpr double glow = 9;
+    constexpr double seen = 0.005;  // dB
+    QRectF area;
+    const std::size_t count = std::min(drawn.size(), EqPlot::freqs().size());
+    const std::vector<double> before = drawn;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (std::abs(before[i] - after[i]) < seen) continue;
+        drawn[i] = after[i];
+        for (std::size_t j = i == 0 ? 0 : i - 1; j < std::min(i + 2, count); ++j) {
+            const auto [lowest, highest] = std::minmax({0.0, before[j], after[j]});
+            const double x = plot.x(EqPlot::freqs()[j]);
+            area |= QRectF(QPointF(x, plot.y(EqPlot::shownLevel(highest))),
+                           QPointF(x, plot.y(EqPlot::shownLevel(lowest))));
+        }
+    }
+    return area.adjusted(-glow, -glow, glow, glow).toAlignedRect();
+}
+
 }  // namespace
 
 EQGraph::EQGraph(int height, QWidget* parent)
@@ -53,18 +76,35 @@ EQGraph::EQGraph(int height, QWidget* parent)
 void EQGraph::setCurves(std::vector<Curve> list) {
     if (curves == list) return;
     pictures.resize(list.size());
-    for (std::size_t i = 0; i < list.size(); ++i)
-        if (i >= curves.size() || curves[i] != list[i]) pictures[i].outdate();
+    drawn.resize(list.size());
+    QRegion changed = list.size() == curves.size() ? QRect() : rect();
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (i < curves.size() && curves[i] == list[i]) continue;
+        pictures[i].outdate();
+        const bool onlyMoves = i < curves.size() && curves[i].color == list[i].color &&
+                               curves[i].fill == list[i].fill && drawn[i].size() == list[i].db.size();
+        if (!onlyMoves) drawn[i] = list[i].db;
+        changed += onlyMoves ? redraw(plot(), drawn[i], list[i].db) : rect();
+    }
     curves = std::move(list);
-    update();
+    update(changed);
 }
 
 void EQGraph::setHandles(std::vector<Handle> list) {
     if (handles == list) return;
+    QRegion changed;
+    const auto areIn = [](const Handle& each, const std::vector<Handle>& others) {
+        return std::ranges::count(others, each) > 0;
+    };
+    for (const Handle& handle : handles)
+        if (!areIn(handle, list)) changed += areaOf(handle);
+    for (const Handle& handle : list)
+        if (!areIn(handle, handles)) changed += areaOf(handle);
     handles = std::move(list);
     setFocusPolicy(handles.empty() ? Qt::NoFocus : Qt::StrongFocus);
     if (!handleOf(selected)) selected.reset();
-    shownChanged();
+    update(changed);
+    notifyValueChanged(*this);
 }
 
 EqPlot EQGraph::plot() const {
@@ -73,6 +113,12 @@ EqPlot EQGraph::plot() const {
 
 QPointF EQGraph::placeOf(const Handle& handle) const {
     return {plot().x(std::clamp(handle.fc, lowest, highestShown)), plot().y(EqPlot::shownLevel(handle.gain))};
+}
+
+// Its light and the ring round it included.
+QRect EQGraph::areaOf(const Handle& handle) const {
+    constexpr double extent = 20;
+    return QRectF(placeOf(handle), QSizeF()).adjusted(-extent, -extent, extent, extent).toAlignedRect();
 }
 
 QString EQGraph::valueText() const {

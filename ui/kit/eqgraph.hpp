@@ -88,6 +88,7 @@ private:
         bool dragging = false;
     };
 
+    QRect areaOf(const Handle& handle) const;
     bool isMovable() const { return onDrag && !handles.empty(); }
     const Handle* handleOf(std::optional<int> id) const;
     std::vector<int> handlesAt(QPointF point) const;
@@ -100,7 +101,8 @@ private:
     void drawHandle(QPainter& painter, const Handle& handle) const;
 
     std::vector<Curve> curves;
-    std::vector<Paint::Picture> pictures;  // of the curves, one each
+    std::vector<Paint::Picture> pictures;    // of the curves, one each
+    std::vector<std::vector<double>> drawn;  // levels of each, but for what is too little to be seen
     std::vector<Handle> handles;
     std::optional<int> selected;
     std::optional<Press> press;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace Kit {
 
@@ -31,7 +32,7 @@ MeterBar::MeterBar(double width, QWidget* parent)
     : Control(parent)
     , barWidth(width)
     , level(-std::numeric_limits<float>::infinity())
-    , fill(Motion::Kind::even, 0, *this, [this] { update(); }) {
+    , fill(Motion::Kind::even, 0, *this, [this] { showFill(); }) {
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFixedWidth(static_cast<int>(std::ceil(width)) + 2 * glow);
@@ -47,6 +48,17 @@ void MeterBar::setLevel(float value) {
     fill.moveTo(fractionOf(value));
 }
 
+double MeterBar::litHeight(double fraction) const { return std::round(fraction * (height() - 2 * glow)); }
+
+// Its colours run from one end of the lit part to the other; above it nothing changes.
+void MeterBar::showFill() {
+    const double before = litHeight(std::exchange(shown, fill.position()));
+    const double now = litHeight(shown);
+    if (now == before) return;
+    const int lit = static_cast<int>(std::max(before, now)) + 2 * glow;
+    update(0, height() - lit, width(), lit);
+}
+
 QString MeterBar::valueText() const {
     return std::isfinite(level) ? Formats::decibels(level) : QStringLiteral("—");
 }
@@ -59,7 +71,7 @@ void MeterBar::paint(QPainter& painter) {
     Paint::cached(painter, QStringLiteral("meter track"), rect(), [&](QPainter& ink) {
         Paint::fill(ink, track, barWidth / 2, Theme::faded(Theme::accent, 0.12));
     });
-    const double lit = std::round(fill.position() * track.height());
+    const double lit = litHeight(fill.position());
     if (lit < 1) return;
     const double end = std::min(std::ceil(barWidth / 2), lit / 2);
     const double top = track.bottom() - lit;

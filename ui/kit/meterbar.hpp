@@ -26,9 +26,13 @@ protected:
     void paint(QPainter& painter) override;
 
 private:
+    double litHeight(double fraction) const;
+    void showFill();
+
     const double barWidth;
     float level;
     Motion fill;
+    double shown = 0;  // of the bar, when last told to redraw
 };
 
 }  // namespace Kit

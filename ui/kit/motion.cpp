@@ -15,10 +15,11 @@ namespace {
 // are smooth at this rate, which costs half of what every frame of the screen would.
 constexpr int frameMs = 33;
 
-// How far into its frame a motion starts.
-int phaseNow() {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return static_cast<int>(now / std::chrono::milliseconds(1) % frameMs);
+// How far into its frame a motion started that is now told it has run for `ms`. Its start does not
+// tell: the toolkit counts a motion's time from the tick before.
+int phaseAt(int ms) {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch() / std::chrono::milliseconds(1);
+    return static_cast<int>((now - ms) % frameMs);
 }
 
 constexpr int evenMs = 80;
@@ -48,7 +49,7 @@ void Motion::moveTo(double place) {
     if (state() == Stopped) {
         reachedMs = 0;
         shownFrame = 0;
-        phase = phaseNow();
+        phase.reset();
         start();
     }
 }
@@ -66,7 +67,9 @@ void Motion::arrive() {
 }
 
 void Motion::updateCurrentTime(int ms) {
-    const int frame = (ms + phase) / frameMs;
+    if (ms == 0) return;
+    if (!phase) phase = phaseAt(ms);
+    const int frame = (ms + *phase) / frameMs;
     if (std::exchange(shownFrame, frame) == frame) return;
     if (kind == Kind::even) {
         if (ms >= evenMs) return arrive();

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 namespace Kit {
 
@@ -35,7 +36,7 @@ private:
     double from;
     double target;
     double velocity = 0;
-    int phase = 0;
+    std::optional<int> phase;
     int shownFrame = 0;
     int reachedMs = 0;
 };

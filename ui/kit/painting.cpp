@@ -142,10 +142,10 @@ bool isOutOfSight(const QPainter& painter, const QRectF& bounds) {
     return !parts.isEmpty() && !parts.intersects(painter.deviceTransform().mapRect(bounds).toAlignedRect());
 }
 
-// Pixel for pixel, at a place given in device pixels. Meters repaint many small parts of a window at
-// once; through them all, or with smoothing asked for, a picture is drawn line by line by several
-// threads. Into one part at a time it is copied, which takes a tenth of the time.
-void copyPicture(QPainter& painter, QPointF place, const QPixmap& picture) {
+// A picture over `target`, which is in device pixels, without smoothing. Meters repaint many small
+// parts of a window at once; through them all, or with smoothing asked for, a picture is drawn line
+// by line by several threads. Into one part at a time it is copied, which takes a tenth of the time.
+void copyPicture(QPainter& painter, const QRectF& target, const QPixmap& picture) {
     const double ratio = ratioOf(painter);
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
@@ -153,15 +153,14 @@ void copyPicture(QPainter& painter, QPointF place, const QPixmap& picture) {
     const QTransform& device = painter.deviceTransform();
     const QRegion parts = painter.paintEngine()->systemClip();
     if (parts.rectCount() < 2 || device.type() > QTransform::TxTranslate) {
-        painter.drawPixmap(place, picture);
+        painter.drawPixmap(target, picture, picture.rect());
     } else {
-        const QRectF whole(place, QSizeF(picture.size()));
         for (const QRect& part : parts) {
-            const QRectF piece = QRectF(part).translated(-device.dx(), -device.dy()) & whole;
+            const QRectF piece = QRectF(part).translated(-device.dx(), -device.dy()) & target;
             if (piece.isEmpty()) continue;
             painter.save();
             painter.setClipRect(piece, Qt::IntersectClip);
-            painter.drawPixmap(place, picture);
+            painter.drawPixmap(target, picture, picture.rect());
             painter.restore();
         }
     }
@@ -193,13 +192,24 @@ void paintInto(QPixmap& pixmap, double ratio, QPointF rest, const std::function<
     pixmap.setDevicePixelRatio(1);
 }
 
+// Where nothing shines through, copying costs less than blending.
+QPixmap withoutNeedlessAlpha(const QPixmap& pixmap) {
+    const QImage image = pixmap.toImage();
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* const line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        if (!std::all_of(line, line + image.width(), [](QRgb pixel) { return qAlpha(pixel) == 255; }))
+            return pixmap;
+    }
+    return QPixmap::fromImage(image.convertToFormat(QImage::Format_RGB32));
+}
+
 QPixmap keptPicture(const QString& key, const QSizeF& size, double ratio, QPointF rest,
                     const std::function<void(QPainter&)>& paint) {
     const QString whole = key + keyOf("", {size.width(), size.height(), ratio, rest.x(), rest.y()}, {});
     return kept(whole, [&] {
         QPixmap pixmap(sizeOf(size, ratio, rest));
         paintInto(pixmap, ratio, rest, paint);
-        return pixmap;
+        return withoutNeedlessAlpha(pixmap);
     });
 }
 
@@ -344,17 +354,14 @@ void cached(QPainter& painter, const QString& key, const QRectF& bounds,
     if (isOutOfSight(painter, bounds)) return;
     const double ratio = ratioOf(painter);
     const QPointF rest = withinPixel(painter, bounds.topLeft());
-    copyPicture(painter, bounds.topLeft() * ratio - rest,
-                keptPicture(key, bounds.size(), ratio, rest, paint));
+    const QPixmap picture = keptPicture(key, bounds.size(), ratio, rest, paint);
+    copyPicture(painter, QRectF(bounds.topLeft() * ratio - rest, picture.size()), picture);
 }
 
 void stretched(QPainter& painter, const QString& key, const QSizeF& size, const QRectF& target,
                const std::function<void(QPainter&)>& paint) {
     const QPixmap picture = keptPicture(key, size, ratioOf(painter), {}, paint);
-    painter.save();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-    painter.drawPixmap(target, picture, picture.rect());
-    painter.restore();
+    copyPicture(painter, scaled(target, ratioOf(painter)), picture);
 }
 
 void Picture::draw(QPainter& painter, const QRectF& bounds, const std::function<void(QPainter&)>& paint) {
@@ -369,7 +376,7 @@ void Picture::draw(QPainter& painter, const QRectF& bounds, const std::function<
         rest = place;
         valid = true;
     }
-    copyPicture(painter, bounds.topLeft() * scale - place, pixmap);
+    copyPicture(painter, QRectF(bounds.topLeft() * scale - place, pixmap.size()), pixmap);
 }
 
 double textWidth(const QString& text, const TextStyle& style) {
