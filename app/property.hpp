@@ -50,11 +50,13 @@ private:
 
 /// Who has read a property. It may end, and watchers may come and go, while it tells of a change.
 class Watched {
+public:
+    Watched(const Watched&) = delete;
+    Watched& operator=(const Watched&) = delete;
+
 protected:
     Watched() = default;
     ~Watched() = default;
-    Watched(const Watched&) = delete;
-    Watched& operator=(const Watched&) = delete;
 
     void wasRead() const {
         Watcher* const reader = Watcher::current;

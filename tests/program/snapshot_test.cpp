@@ -88,8 +88,8 @@ PeqValue band(std::string_view channel, int number, float gain, float q) {
 }
 
 // All 92 settings of a board after the run.
-std::map<int, Bytes> seededBoard() {
-    std::map<int, Bytes> settings;
+std::map<std::uint8_t, Bytes> seededBoard() {
+    std::map<std::uint8_t, Bytes> settings;
     for (const ModuleRef& module : K7Q::modules())
         if (const auto value = ModuleValue::factory(module)) settings[module.index] = value->encoded();
     const auto put = [&settings](ModuleKind kind, std::string_view channel, int number, auto value) {
@@ -143,16 +143,21 @@ TEST_F(SnapshotTest, SetsUpTheChainAndDrawsEveryPage) {
             pictures.push_back(picture(file));
         }
 
-    const std::map<int, Bytes> expected = seededBoard();
+    const std::map<std::uint8_t, Bytes> expected = seededBoard();
     for (std::size_t board = 0; board < 3; ++board) {
+        const std::map<std::uint8_t, Bytes> held = onLine([&] {
+            std::map<std::uint8_t, Bytes> settings;
+            for (const auto& [module, bytes] : expected)
+                settings[module] = line->board(board).stored(module);
+            return settings;
+        });
         for (const auto& [module, bytes] : expected)
-            EXPECT_EQ(onLine([&] { return line->board(board).stored(std::uint8_t(module)); }), bytes)
-                << "board " << board << " module " << module;
+            EXPECT_EQ(held.at(module), bytes) << "board " << board << " module " << int(module);
         const auto preset = onLine([&] { return line->board(board).preset(2); });
         ASSERT_TRUE(preset);
         EXPECT_EQ(std::string(preset->name.begin(), preset->name.begin() + 7), "Igreja ");
         for (const auto& [module, bytes] : expected)
-            EXPECT_EQ(preset->settings.at(std::uint8_t(module)), bytes) << "preset, module " << module;
+            EXPECT_EQ(preset->settings.at(module), bytes) << "preset, module " << int(module);
     }
     EXPECT_EQ(onLine([&] { return line->summary().faults; }), std::vector<std::string>{});
 }

@@ -11,6 +11,8 @@
 #include "ui/kit/outputmeters.hpp"
 #include "ui/kit/pillbutton.hpp"
 
+#include <utility>
+
 namespace Corvane {
 
 using namespace Wendril;
@@ -84,12 +86,11 @@ QWidget* ToneView::tonePanel() {
 QLayout* ToneView::meters() {
     auto* const row = new QHBoxLayout;
     row->setSpacing(24);
-    constexpr const char16_t* labels[] = {u"ENTRADA L", u"ENTRADA R"};
-    for (std::size_t i = 0; i < K7Q::inputs.size(); ++i) {
-        auto* const meter = new Kit::AnalogVU(QString::fromUtf16(labels[i]), vuReference, this);
+    for (const auto& [input, label] : {std::pair("In0", u"ENTRADA L"), std::pair("In1", u"ENTRADA R")}) {
+        auto* const meter = new Kit::AnalogVU(QString::fromUtf16(label), vuReference, this);
         meter->setMinimumHeight(meterRow);
         Kit::bind(
-            *meter, [this, input = K7Q::inputs.at(i)] { return model.meter(input); },
+            *meter, [this, input = input] { return model.meter(input); },
             [meter](float level) { meter->setLevel(level); });
         row->addWidget(meter);
     }

@@ -23,7 +23,7 @@ struct Desk : Rig {
     /// What is on the screen under that name.
     template <class Widget = Kit::Key>
     Widget& find(const QString& name) {
-        Widget* const widget = seek<Widget>(name);
+        auto* const widget = seek<Widget>(name);
         if (!widget) throw std::runtime_error("nothing here is called " + name.toStdString());
         return *widget;
     }
