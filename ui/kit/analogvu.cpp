@@ -97,6 +97,29 @@ void drawGlass(QPainter& painter, const QRectF& face) {
 
 }  // namespace
 
+// The middle of the face. Nothing shows through it, so that a move of the needle leaves alone what
+// lies under the meter.
+class AnalogVU::Card final : public QWidget {
+public:
+    explicit Card(AnalogVU& meter)
+        : QWidget(&meter)
+        , meter(meter) {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        painter.translate(-pos());
+        meter.paint(painter);
+    }
+
+private:
+    AnalogVU& meter;
+};
+
 AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
     : Control(parent)
     , label(label)
@@ -107,7 +130,8 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
                  update(sweptBetween(drawnAngle, needle.position()));
                  drawnAngle = needle.position();
              })
-    , drawnAngle(restingAngle) {
+    , drawnAngle(restingAngle)
+    , card(new Card(*this)) {
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(label);
     setMinimumSize(200, 130);
@@ -166,6 +190,11 @@ QRegion AnalogVU::sweptBetween(double from, double to) const {
         if (!covered.isNull()) swept += covered.adjusted(-4, 0, 9, 0).toAlignedRect();
     }
     return swept;
+}
+
+void AnalogVU::resizeEvent(QResizeEvent*) {
+    constexpr int roundCorner = 3;  // what the face's corners leave open
+    card->setGeometry(face().toAlignedRect().adjusted(roundCorner, roundCorner, -roundCorner, -roundCorner));
 }
 
 void AnalogVU::paint(QPainter& painter) {

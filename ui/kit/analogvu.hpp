@@ -25,8 +25,11 @@ public:
 
 protected:
     void paint(QPainter& painter) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    class Card;
+
     double vu() const;
     QRectF bezel() const;
     QRectF face() const;
@@ -39,6 +42,7 @@ private:
     float level;
     Motion needle;
     double drawnAngle;
+    QWidget* card;
 };
 
 }  // namespace Kit
