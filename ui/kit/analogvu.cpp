@@ -127,7 +127,7 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
     , level(-std::numeric_limits<float>::infinity())
     , needle(Motion::Kind::spring, restingAngle, *this,
              [this] {
-                 update(sweptBetween(drawnAngle, needle.position()));
+                 redraw(sweptBetween(drawnAngle, needle.position()));
                  drawnAngle = needle.position();
              })
     , drawnAngle(restingAngle)
@@ -152,7 +152,7 @@ QString AnalogVU::valueText() const { return QString::asprintf("%.0f VU", vu());
 void AnalogVU::setLevel(float value) {
     const bool peaked = vu() > fullScale;
     level = value;
-    if (peaked != (vu() > fullScale)) update(peakLamp().adjusted(-9, -9, 9, 9).toAlignedRect());
+    if (peaked != (vu() > fullScale)) redraw(peakLamp().adjusted(-9, -9, 9, 9).toAlignedRect());
     needle.moveTo(needleAngle(vu()));
 }
 
@@ -190,6 +190,11 @@ QRegion AnalogVU::sweptBetween(double from, double to) const {
         if (!covered.isNull()) swept += covered.adjusted(-4, 0, 9, 0).toAlignedRect();
     }
     return swept;
+}
+
+void AnalogVU::redraw(const QRegion& region) {
+    update(region);
+    card->update(region.translated(-card->pos()));
 }
 
 void AnalogVU::resizeEvent(QResizeEvent*) {

@@ -30,6 +30,7 @@ protected:
 private:
     class Card;
 
+    void redraw(const QRegion& region);
     double vu() const;
     QRectF bezel() const;
     QRectF face() const;

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QScreen>
+
 #include <QAnimationDriver>
 #include <QPaintEvent>
 
@@ -155,6 +157,33 @@ TEST(MeterTest, AnUpdateRepaintsTheMetersAlone) {
     outputs.setLevels({-12, -6, 0, 3});
     frames.pass(100);
     EXPECT_TRUE(window.painted.isEmpty()) << "the same levels again";
+}
+
+// Frames redraw parts; together they show what drawing it all would.
+TEST(MeterTest, OnTheScreenStandsWhatIsDrawn) {
+    QWidget window;
+    window.resize(400, 300);
+    Kit::AnalogVU needle("ENTRADA L", -18, &window);
+    needle.setGeometry(10, 10, 300, 200);
+    Kit::MeterBar bar(5, &window);
+    bar.setGeometry(340, 10, bar.width(), 250);
+    Hand::showActive(window);
+    Frames frames;
+    for (const float level : {-6.0F, -40.0F, -15.0F}) {
+        needle.setLevel(level);
+        bar.setLevel(level);
+        frames.pass(150);
+        frames.pass(1500);
+        const QImage screen =
+            window.screen()->grabWindow(window.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+        const QImage drawn = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        ASSERT_EQ(screen.size(), drawn.size());
+        int different = 0;
+        for (int y = 0; y < drawn.height(); ++y)
+            for (int x = 0; x < drawn.width(); ++x)
+                different += std::abs(qRed(screen.pixel(x, y)) - qRed(drawn.pixel(x, y))) > 3 ? 1 : 0;
+        EXPECT_EQ(different, 0) << level;
+    }
 }
 
 }  // namespace
