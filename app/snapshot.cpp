@@ -20,7 +20,7 @@ namespace {
 constexpr const char* folderVariable = "CORVANE_SNAPSHOT";
 constexpr const char* portVariable = "CORVANE_PORT";
 constexpr double ratio = 2;
-constexpr int quickCompression = 80;  // half the time for files a third larger
+constexpr int quickCompression = 80;                // half the time for files a third larger
 constexpr auto settling = std::chrono::seconds(2);  // for the writes to reach the speakers
 constexpr int presetSlot = 2;
 
