@@ -12,7 +12,7 @@ public:
     /// Without a title there is no title row.
     Panel(const QString& title, QWidget* parent);
 
-    /// Shown at the right of the title row.
+    /// Shown at the right of the title row, which must be there.
     void setTrailing(QWidget* view);
 
     QBoxLayout& content() { return *body; }

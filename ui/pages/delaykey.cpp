@@ -1,36 +1,27 @@
 #include "ui/pages/delaykey.hpp"
 
+#include "ui/pages/modulesetting.hpp"
 #include "ui/pages/switchkey.hpp"
 
 namespace Corvane {
 
 using namespace Wendril;
 
-namespace {
-
-void write(AppModel& model, std::string_view channel, const DelayValue& delay) {
-    model.set(K7Q::index(ModuleKind::delay, channel, 0), ModuleValue{delay});
-}
-
-}  // namespace
-
 DelayValue delayOf(const AppModel& model, std::string_view channel) {
     return model.valueAs<DelayValue>(ModuleKind::delay, channel).value_or(DelayValue{0, true});
 }
 
 void setDelay(AppModel& model, std::string_view channel, double ms) {
-    write(model, channel, {static_cast<float>(ms), delayOf(model, channel).bypass});
+    ModuleSetting<DelayValue>(model, ModuleKind::delay, channel).edit([ms](DelayValue& delay) {
+        delay.ms = static_cast<float>(ms);
+    });
 }
 
 Kit::PillButton* delayKey(AppModel& model, std::string_view channel, QWidget* parent) {
+    const ModuleSetting<DelayValue> setting(model, ModuleKind::delay, channel);
     return switchKey(
-        {QStringLiteral("ON"), QStringLiteral("OFF")},
-        [&model, channel] { return !delayOf(model, channel).bypass; },
-        [&model, channel] {
-            const DelayValue delay = delayOf(model, channel);
-            write(model, channel, {delay.ms, !delay.bypass});
-        },
-        parent);
+        {QStringLiteral("ON"), QStringLiteral("OFF")}, [setting] { return !setting.value().bypass; },
+        [setting] { setting.edit([](DelayValue& delay) { delay.bypass = !delay.bypass; }); }, parent);
 }
 
 }  // namespace Corvane
