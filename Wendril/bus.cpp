@@ -67,7 +67,7 @@ private:
         Core& core;
         const Match& match;
         TimePoint deadline;
-        std::weak_ptr<Parking> place;  // owned by the alarm
+        std::weak_ptr<OneShotEvent> place;  // owned by the alarm
         std::optional<Frame> reply;
         bool closed = false;
     };
@@ -76,20 +76,20 @@ private:
     // for each attempt would leave thousands a second behind on a fast line.
     struct Alarm {
         TimePoint due;
-        std::shared_ptr<Parking> place;
+        std::shared_ptr<OneShotEvent> place;
     };
 
     // A request's turn on the line. Awaiting it waits for the line; its end, however it comes,
     // passes the line on.
-    class Turn {
+    class LineLock {
     public:
-        explicit Turn(Core& core)
+        explicit LineLock(Core& core)
             : core(core) {}
-        ~Turn() {
+        ~LineLock() {
             if (holdsLine) core.release();
         }
-        Turn(const Turn&) = delete;
-        Turn& operator=(const Turn&) = delete;
+        LineLock(const LineLock&) = delete;
+        LineLock& operator=(const LineLock&) = delete;
 
         bool await_ready() {
             if (core.busy) return false;
@@ -109,7 +109,7 @@ private:
     };
 
     struct Queued {
-        Turn* turn;
+        LineLock* turn;
         Continuation caller;
     };
 
@@ -215,7 +215,7 @@ void Bus::Core::abandon() {
 Task<Frame> Bus::Core::request(std::shared_ptr<Core> self, Bytes frame, Duration timeout, int retries,
                                Match match) {
     co_await resumeOn(self->executor);
-    Turn turn(*self);
+    LineLock turn(*self);
     co_await turn;
     for (int resendsLeft = std::max(retries, 0);; --resendsLeft) {
         Waiter waiter(*self, match);
@@ -269,7 +269,7 @@ void Bus::Core::send(const Bytes& frame) {
 void Bus::Core::expect(Waiter& next, Duration timeout) {
     waiter = &next;
     next.deadline = executor->now() + timeout;
-    auto place = std::make_shared<Parking>();
+    auto place = std::make_shared<OneShotEvent>();
     next.place = place;
     auto alarm = currentAlarm.lock();
     if (!alarm || alarm->due > next.deadline) {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/appmodel.hpp"
 #include "app/demo.hpp"
+#include "app/model/appmodel.hpp"
+#include "app/model/uiexecutor.hpp"
 #include "app/options.hpp"
-#include "app/uiexecutor.hpp"
 
-#include "ui/pages/mainwindow.hpp"
+#include "ui/pages/shell/mainwindow.hpp"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 #include "app/snapshot.hpp"
 
-#include "app/equaliser.hpp"
+#include "app/model/equaliser.hpp"
 
-#include "ui/pages/contentview.hpp"
+#include "ui/pages/shell/contentview.hpp"
 
 #include <QCoreApplication>
 #include <QImage>

@@ -59,7 +59,7 @@ Line::Summary serve(const ProgramOptions& options, const sigset_t& signals) {
     if (options.hangUp) queue->postAfter(*options.hangUp, [] { ::kill(::getpid(), SIGTERM); });
 
     std::optional<PtyEnd> pty;
-    std::optional<TcpEnd> tcp;
+    std::optional<TCPEnd> tcp;
     if (options.tcpPort) {
         tcp.emplace(queue, line, *options.tcpPort, options.listenAddress);
         print("listening on " + options.listenAddress + ":" + std::to_string(tcp->port()));

@@ -50,7 +50,7 @@ std::uint16_t portOf(int socket) {
 }  // namespace
 
 // The host now connected; confined to the queue.
-struct TcpEnd::Connection : std::enable_shared_from_this<Connection> {
+struct TCPEnd::Connection : std::enable_shared_from_this<Connection> {
     Connection(std::weak_ptr<Wendril::SerialQueue> queue, std::shared_ptr<Line> line)
         : queue(std::move(queue))
         , line(std::move(line)) {}
@@ -93,7 +93,7 @@ struct TcpEnd::Connection : std::enable_shared_from_this<Connection> {
     Wendril::SerialQueue::WatchId watch = 0;
 };
 
-TcpEnd::TcpEnd(std::shared_ptr<Wendril::SerialQueue> serialQueue, std::shared_ptr<Line> line,
+TCPEnd::TCPEnd(std::shared_ptr<Wendril::SerialQueue> serialQueue, std::shared_ptr<Line> line,
                std::uint16_t port, const std::string& address)
     : queue(std::move(serialQueue))
     , connection(std::make_shared<Connection>(queue, std::move(line))) {
@@ -105,9 +105,9 @@ TcpEnd::TcpEnd(std::shared_ptr<Wendril::SerialQueue> serialQueue, std::shared_pt
     });
 }
 
-TcpEnd::~TcpEnd() { hangUp(); }
+TCPEnd::~TCPEnd() { hangUp(); }
 
-void TcpEnd::hangUp() {
+void TCPEnd::hangUp() {
     queue->unwatch(watch);
     queue->post([connection = connection] { connection->end(); });
 }

@@ -14,14 +14,14 @@ namespace Simulator {
 /// A simulated line behind a Wi-Fi bridge: a TCP server that relays bytes for one host at a time;
 /// a new host takes the place of the last. The line must live on `queue`. Destroying the end hangs
 /// up.
-class TcpEnd {
+class TCPEnd {
 public:
     /// Listens on a numeric IPv4 `address`; port 0 picks a free one. Throws std::system_error.
-    TcpEnd(std::shared_ptr<Wendril::SerialQueue> queue, std::shared_ptr<Line> line, std::uint16_t port,
+    TCPEnd(std::shared_ptr<Wendril::SerialQueue> queue, std::shared_ptr<Line> line, std::uint16_t port,
            const std::string& address = "127.0.0.1");
-    ~TcpEnd();
-    TcpEnd(const TcpEnd&) = delete;
-    TcpEnd& operator=(const TcpEnd&) = delete;
+    ~TCPEnd();
+    TCPEnd(const TCPEnd&) = delete;
+    TCPEnd& operator=(const TCPEnd&) = delete;
 
     std::uint16_t port() const { return ownPort; }
 

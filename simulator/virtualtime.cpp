@@ -8,12 +8,12 @@ namespace Simulator {
 
 using Wendril::Duration;
 using Wendril::TimePoint;
-using Wendril::Work;
+using Wendril::UniqueFunction;
 
 // What is to be done, by due time. Entries due together keep the order in which they were set.
 class VirtualTime::Agenda {
 public:
-    void add(TimePoint due, const void* executor, Work work) {
+    void add(TimePoint due, const void* executor, UniqueFunction work) {
         if (!ended) entries.emplace(std::max(due, now), Entry{executor, std::move(work)});
     }
 
@@ -39,7 +39,7 @@ public:
 private:
     struct Entry {
         const void* executor;
-        Work work;
+        UniqueFunction work;
     };
 
     std::multimap<TimePoint, Entry> entries;
@@ -51,8 +51,8 @@ public:
     explicit ClockExecutor(std::shared_ptr<Agenda> agenda)
         : agenda(std::move(agenda)) {}
 
-    void post(Work work) override { agenda->add(agenda->now, this, std::move(work)); }
-    void postAfter(Duration delay, Work work) override {
+    void post(UniqueFunction work) override { agenda->add(agenda->now, this, std::move(work)); }
+    void postAfter(Duration delay, UniqueFunction work) override {
         agenda->add(agenda->now + delay, this, std::move(work));
     }
     bool isCurrent() const override { return agenda->current == this; }

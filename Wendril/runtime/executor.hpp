@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Wendril/runtime/work.hpp"
+#include "Wendril/runtime/uniquefunction.hpp"
 
 #include <chrono>
 
@@ -16,10 +16,10 @@ class Executor {
 public:
     virtual ~Executor() = default;
 
-    virtual void post(Work work) = 0;
+    virtual void post(UniqueFunction work) = 0;
 
     /// Runs `work` once `delay` has passed; a delay of zero or less means as soon as possible.
-    virtual void postAfter(Duration delay, Work work) = 0;
+    virtual void postAfter(Duration delay, UniqueFunction work) = 0;
 
     /// True while the calling thread runs this executor's work.
     virtual bool isCurrent() const = 0;

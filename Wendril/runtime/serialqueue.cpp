@@ -44,7 +44,7 @@ public:
         drop();
     }
 
-    void post(Work work) {
+    void post(UniqueFunction work) {
         bool wake = false;
         {
             const std::scoped_lock lock(mutex);
@@ -62,7 +62,9 @@ public:
     bool isCurrent() const { return current == this; }
 
     // Timers and watches belong to the loop's thread; other threads post their way to it.
-    void addTimer(TimePoint due, Work work) { timers.emplace_hint(timers.end(), due, std::move(work)); }
+    void addTimer(TimePoint due, UniqueFunction work) {
+        timers.emplace_hint(timers.end(), due, std::move(work));
+    }
 
     void addWatch(WatchId id, int descriptor, short events, Ready ready) {
         watches.emplace(id, Watch{descriptor, events, std::make_shared<Ready>(std::move(ready))});
@@ -96,7 +98,7 @@ private:
             std::swap(posted, batch);
         }
         if (batch.empty()) return false;
-        for (Work& work : batch) {
+        for (UniqueFunction& work : batch) {
             if (stopped.load(std::memory_order_relaxed)) break;
             work();
             work = {};
@@ -177,12 +179,13 @@ private:
     std::atomic<WatchId> nextWatch = 1;
 
     std::mutex mutex;
-    std::vector<Work> posted;  // guarded by mutex, as is the next
+    std::vector<UniqueFunction> posted;  // guarded by mutex, as is the next
     bool asleep = false;
 
     // The rest belongs to the loop's thread.
-    std::vector<Work> batch;
-    std::multimap<TimePoint, Work> timers;  // those due together fire in the order in which they were set
+    std::vector<UniqueFunction> batch;
+    std::multimap<TimePoint, UniqueFunction>
+        timers;  // those due together fire in the order in which they were set
     std::unordered_map<WatchId, Watch> watches;
     std::vector<pollfd> pollList;
     std::vector<WatchId> pollIds;
@@ -208,9 +211,9 @@ SerialQueue::~SerialQueue() {
         thread.join();
 }
 
-void SerialQueue::post(Work work) { loop->post(std::move(work)); }
+void SerialQueue::post(UniqueFunction work) { loop->post(std::move(work)); }
 
-void SerialQueue::postAfter(Duration delay, Work work) {
+void SerialQueue::postAfter(Duration delay, UniqueFunction work) {
     const TimePoint due = now() + delay;
     if (isCurrent()) return loop->addTimer(due, std::move(work));
     loop->post(

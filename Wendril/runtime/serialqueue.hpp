@@ -26,8 +26,8 @@ public:
     SerialQueue(const SerialQueue&) = delete;
     SerialQueue& operator=(const SerialQueue&) = delete;
 
-    void post(Work work) override;
-    void postAfter(Duration delay, Work work) override;
+    void post(UniqueFunction work) override;
+    void postAfter(Duration delay, UniqueFunction work) override;
     bool isCurrent() const override;
     TimePoint now() const override;
 

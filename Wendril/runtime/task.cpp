@@ -44,14 +44,14 @@ void resumeAwaiter(TaskContext& finished) noexcept {
 
 }  // namespace detail
 
-bool Parking::admit(TaskContext& task) {
+bool OneShotEvent::admit(TaskContext& task) {
     const std::scoped_lock lock(mutex);
     if (resumed) return false;
     parked = Continuation(task);
     return true;
 }
 
-void Parking::resume() {
+void OneShotEvent::resume() {
     Continuation task;
     {
         const std::scoped_lock lock(mutex);
@@ -74,7 +74,7 @@ auto contextOfTask(TaskContext*& context) {
 
 }  // namespace
 
-Task<std::stop_token> stopTokenOfTask() {
+Task<std::stop_token> currentStopToken() {
     TaskContext* context = nullptr;
     co_await contextOfTask(context);
     co_return context->root().stop;
@@ -84,16 +84,16 @@ Task<bool> sleepFor(Duration duration) {
     TaskContext* context = nullptr;
     co_await contextOfTask(context);
     const std::stop_token stop = context->root().stop;
-    std::weak_ptr<Parking> place;
+    std::weak_ptr<OneShotEvent> place;
     {
-        auto parking = std::make_shared<Parking>();
+        auto parking = std::make_shared<OneShotEvent>();
         place = parking;
         context->executor->postAfter(duration, [parking = std::move(parking)] { parking->resume(); });
     }
     const std::stop_callback wake(stop, [place] {
         if (const auto parking = place.lock()) parking->resume();
     });
-    if (Parking* const parking = place.lock().get()) co_await parking->park();
+    if (OneShotEvent* const parking = place.lock().get()) co_await parking->park();
     co_return !stop.stop_requested();
 }
 

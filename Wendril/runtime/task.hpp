@@ -184,12 +184,12 @@ inline auto resumeOn(const std::shared_ptr<Executor>& executor) {
 }
 
 /// The token of the spawned task that the awaiting one belongs to.
-Task<std::stop_token> stopTokenOfTask();
+Task<std::stop_token> currentStopToken();
 
 /// A place for one suspended task that several may race to resume, from any thread: the first
 /// wins, also when it comes before the task is parked. It is owned by the one event that is sure
 /// to come (a timer); the task and the others refer to it weakly.
-class Parking {
+class OneShotEvent {
 public:
     /// Suspends the awaiting task until `resume`.
     auto park() {
@@ -297,13 +297,13 @@ struct Root {
 /// A task and where its end is reported: what it came to, or TaskDropped if it came to nothing.
 /// What the task held is gone before its outcome shows.
 template <class T>
-struct Errand {
-    Errand(Task<T> task, std::shared_ptr<Outcome<T>> outcome)
+struct DetachedTask {
+    DetachedTask(Task<T> task, std::shared_ptr<Outcome<T>> outcome)
         : task(std::move(task))
         , outcome(std::move(outcome)) {}
-    Errand(Errand&&) noexcept = default;
-    Errand& operator=(Errand&&) = delete;
-    ~Errand() {
+    DetachedTask(DetachedTask&&) noexcept = default;
+    DetachedTask& operator=(DetachedTask&&) = delete;
+    ~DetachedTask() {
         task = {};
         if (outcome) outcome->settle(std::move(result));
     }
@@ -315,7 +315,7 @@ struct Errand {
 };
 
 template <class T>
-Root rootOf(Errand<T> errand) {
+Root rootOf(DetachedTask<T> errand) {
     try {
         if constexpr (std::is_void_v<T>) {
             co_await std::move(errand.task);
@@ -335,7 +335,7 @@ template <class T>
 Spawned<T> spawn(std::shared_ptr<Executor> executor, Task<T> task) {
     std::stop_source stop;
     auto outcome = std::make_shared<detail::Outcome<T>>();
-    TaskContext& root = *detail::rootOf(detail::Errand<T>(std::move(task), outcome)).context;
+    TaskContext& root = *detail::rootOf(detail::DetachedTask<T>(std::move(task), outcome)).context;
     root.executor = std::move(executor);
     root.stop = stop.get_token();
     Continuation(root).post();

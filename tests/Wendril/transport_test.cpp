@@ -29,7 +29,7 @@ struct RealChain {
     std::shared_ptr<SerialQueue> queue = std::make_shared<SerialQueue>("line");
     std::shared_ptr<Simulator::Line> line;
     std::optional<Simulator::PtyEnd> pty;
-    std::optional<Simulator::TcpEnd> tcp;
+    std::optional<Simulator::TCPEnd> tcp;
 
     explicit RealChain(Simulator::LineOptions options = {}) {
         options.hostJitter = 0.5;

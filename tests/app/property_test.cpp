@@ -1,4 +1,4 @@
-#include "app/property.hpp"
+#include "app/model/property.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/appmodel.hpp"
+#include "app/model/appmodel.hpp"
 #include "simulator/memorytransport.hpp"
 #include "simulator/virtualtime.hpp"
 

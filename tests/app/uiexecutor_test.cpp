@@ -1,5 +1,5 @@
-#include "app/appmodel.hpp"
-#include "app/uiexecutor.hpp"
+#include "app/model/appmodel.hpp"
+#include "app/model/uiexecutor.hpp"
 #include "tests/listener.hpp"
 
 #include <QCoreApplication>

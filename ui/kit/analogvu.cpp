@@ -125,7 +125,7 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
     , label(label)
     , reference(reference)
     , level(-std::numeric_limits<float>::infinity())
-    , needle(Motion::Kind::spring, restingAngle, *this,
+    , needle(Animation::Kind::spring, restingAngle, *this,
              [this] {
                  redraw(sweptBetween(drawnAngle, needle.position()));
                  drawnAngle = needle.position();

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ui/kit/animation.hpp"
 #include "ui/kit/control.hpp"
-#include "ui/kit/motion.hpp"
 
 #include <QRegion>
 #include <QString>
@@ -41,7 +41,7 @@ private:
     const QString label;
     const float reference;
     float level;
-    Motion needle;
+    Animation needle;
     double drawnAngle;
     QWidget* card;
 };

@@ -68,7 +68,7 @@ void Control::focusOutEvent(QFocusEvent*) { update(); }
 
 void Control::changeEvent(QEvent* event) {
     if (event->type() == QEvent::EnabledChange) {
-        if (!isEnabled()) letGo();
+        if (!isEnabled()) cancelInteraction();
         update();
     }
     QWidget::changeEvent(event);
@@ -76,7 +76,7 @@ void Control::changeEvent(QEvent* event) {
 
 void Control::hideEvent(QHideEvent*) {
     hovered = false;
-    letGo();
+    cancelInteraction();
 }
 
 // Alt turns a wheel sideways.
@@ -97,55 +97,55 @@ bool activates(const QKeyEvent& event) {
 
 }  // namespace
 
-Key::Key(QWidget* parent)
+Button::Button(QWidget* parent)
     : Control(parent) {}
 
-void Key::activate() {
+void Button::activate() {
     if (isEnabled() && action) action();
 }
 
-void Key::setPressed(bool value) {
+void Button::setPressed(bool value) {
     if (pressed == value) return;
     pressed = value;
     update();
 }
 
-void Key::letGo() {
+void Button::cancelInteraction() {
     held = Held::nothing;
     setPressed(false);
 }
 
-void Key::focusOutEvent(QFocusEvent* event) {
-    if (held == Held::key) letGo();
+void Button::focusOutEvent(QFocusEvent* event) {
+    if (held == Held::key) cancelInteraction();
     Control::focusOutEvent(event);
 }
 
-void Key::mousePressEvent(QMouseEvent* event) {
+void Button::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
     held = Held::mouse;
     setPressed(true);
 }
 
-void Key::mouseMoveEvent(QMouseEvent* event) {
+void Button::mouseMoveEvent(QMouseEvent* event) {
     if (held == Held::mouse) setPressed(rect().contains(event->position().toPoint()));
 }
 
-void Key::mouseReleaseEvent(QMouseEvent* event) {
+void Button::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || held != Held::mouse) return;
     const bool over = rect().contains(event->position().toPoint());
-    letGo();
+    cancelInteraction();
     if (over) activate();
 }
 
-void Key::keyPressEvent(QKeyEvent* event) {
+void Button::keyPressEvent(QKeyEvent* event) {
     if (!activates(*event)) return QWidget::keyPressEvent(event);
     held = Held::key;
     setPressed(true);
 }
 
-void Key::keyReleaseEvent(QKeyEvent* event) {
+void Button::keyReleaseEvent(QKeyEvent* event) {
     if (!activates(*event) || held != Held::key) return QWidget::keyReleaseEvent(event);
-    letGo();
+    cancelInteraction();
     activate();
 }
 

@@ -44,7 +44,7 @@ protected:
     void shownChanged();
 
     /// The mouse or key that is held down no longer counts: the control is hidden or disabled.
-    virtual void letGo() {}
+    virtual void cancelInteraction() {}
 
     bool isHovered() const { return hovered && isEnabled(); }
     bool isFineTuned(Qt::KeyboardModifiers modifiers) const;
@@ -74,11 +74,11 @@ private:
 };
 
 /// A control that a click, the space bar or Return activates.
-class Key : public Control {
+class Button : public Control {
 public:
     using Action = std::function<void()>;
 
-    explicit Key(QWidget* parent);
+    explicit Button(QWidget* parent);
 
     QAccessible::Role accessibleRole() const override { return QAccessible::Button; }
     void activate() override;
@@ -88,7 +88,7 @@ public:
 protected:
     bool isPressed() const { return pressed; }
 
-    void letGo() override;
+    void cancelInteraction() override;
     void focusOutEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

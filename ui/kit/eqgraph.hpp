@@ -79,7 +79,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
-    void letGo() override { press.reset(); }
+    void cancelInteraction() override { press.reset(); }
 
 private:
     struct Press {

@@ -14,7 +14,7 @@ constexpr int spokes = 8;
 }  // namespace
 
 IconButton::IconButton(QString symbol, const QString& meaning, double iconSize, QWidget* parent)
-    : Key(parent)
+    : Button(parent)
     , symbol(std::move(symbol))
     , iconSize(iconSize) {
     setAccessibleName(meaning);

@@ -7,7 +7,7 @@
 namespace Kit {
 
 /// An icon alone, with its meaning as a tooltip.
-class IconButton final : public Key {
+class IconButton final : public Button {
 public:
     IconButton(QString symbol, const QString& meaning, double iconSize, QWidget* parent);
 

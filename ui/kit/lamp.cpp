@@ -13,7 +13,7 @@ void drawLamp(QPainter& painter, const QRectF& bounds, const QColor& color, bool
 }
 
 LampSwitch::LampSwitch(const QString& name, QWidget* parent)
-    : Key(parent) {
+    : Button(parent) {
     setAccessibleName(name);
     setToolTip(name);
     setFixedSize(22, 22);

@@ -10,8 +10,8 @@ constexpr double lampGlow = 6;  // how far its light reaches beyond it
 /// A small light in the middle of `bounds`.
 void drawLamp(QPainter& painter, const QRectF& bounds, const QColor& color, bool on);
 
-/// A square key with a lamp. It shows its owner's state and does not toggle by itself.
-class LampSwitch final : public Key {
+/// A square button with a lamp. It shows its owner's state and does not toggle by itself.
+class LampSwitch final : public Button {
 public:
     LampSwitch(const QString& name, QWidget* parent);
 

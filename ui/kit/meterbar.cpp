@@ -32,7 +32,7 @@ MeterBar::MeterBar(double width, QWidget* parent)
     : Control(parent)
     , barWidth(width)
     , level(-std::numeric_limits<float>::infinity())
-    , fill(Motion::Kind::even, 0, *this, [this] { showFill(); }) {
+    , fill(Animation::Kind::even, 0, *this, [this] { showFill(); }) {
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFixedWidth(static_cast<int>(std::ceil(width)) + 2 * glow);

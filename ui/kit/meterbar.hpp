@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ui/kit/animation.hpp"
 #include "ui/kit/control.hpp"
-#include "ui/kit/motion.hpp"
 
 namespace Kit {
 
@@ -31,7 +31,7 @@ private:
 
     const double barWidth;
     float level;
-    Motion fill;
+    Animation fill;
     double shown = 0;  // of the bar, when last told to redraw
 };
 

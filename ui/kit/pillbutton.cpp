@@ -29,7 +29,7 @@ constexpr double iconGap = 6;
 }  // namespace
 
 PillButton::PillButton(const QString& title, Size size, QWidget* parent)
-    : Key(parent)
+    : Button(parent)
     , size(size)
     , title(title) {
     setAccessibleName(title);

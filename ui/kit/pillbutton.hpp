@@ -6,9 +6,9 @@
 
 namespace Kit {
 
-/// A capsule key in a recessed bezel. Lit, it looks held down and glows. It shows its owner's
+/// A capsule button in a recessed bezel. Lit, it looks held down and glows. It shows its owner's
 /// state and does not toggle by itself.
-class PillButton final : public Key {
+class PillButton final : public Button {
 public:
     enum class Size { regular, compact };
 
@@ -18,7 +18,7 @@ public:
     void setIcon(const QString& symbol);
     void setOn(bool value);
 
-    /// Wide enough for the longest of its titles, so that the key keeps its width.
+    /// Wide enough for the longest of its titles, so that the button keeps its width.
     void reserveFor(const QStringList& titles);
 
     bool isCheckable() const override { return true; }

@@ -21,7 +21,7 @@ QFont titleFont() { return Theme::font(12, QFont::DemiBold, 1.2); }
 }  // namespace
 
 Tab::Tab(const QString& title, const QColor& color, int padding, QWidget* parent)
-    : Key(parent)
+    : Button(parent)
     , title(title)
     , color(color) {
     setAccessibleName(title);

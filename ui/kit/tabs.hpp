@@ -11,7 +11,7 @@
 namespace Kit {
 
 /// One of a row of pages. It shows its owner's choice and does not change it by itself.
-class Tab final : public Key {
+class Tab final : public Button {
 public:
     Tab(const QString& title, const QColor& color, int padding, QWidget* parent);
 

@@ -77,10 +77,10 @@ void ValueControl::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ValueControl::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) letGo();
+    if (event->button() == Qt::LeftButton) cancelInteraction();
 }
 
-void ValueControl::letGo() {
+void ValueControl::cancelInteraction() {
     dragStart.reset();
     dragging = false;
     update();

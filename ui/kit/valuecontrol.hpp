@@ -60,7 +60,7 @@ protected:
     /// How far the mouse must go before a press is a drag.
     virtual double dragThreshold() const { return 0; }
 
-    void letGo() override;
+    void cancelInteraction() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

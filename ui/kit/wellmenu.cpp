@@ -29,27 +29,27 @@ QString styleOfList() {
 
 }  // namespace
 
-MenuKey::MenuKey(int width, QWidget* parent)
-    : Key(parent) {
+MenuButton::MenuButton(int width, QWidget* parent)
+    : Button(parent) {
     setFixedSize(width, lineHeight + 2 * verticalPadding);
 }
 
-QString MenuKey::valueText() const { return shown ? titles.at(*shown) : QString(); }
+QString MenuButton::valueText() const { return shown ? titles.at(*shown) : QString(); }
 
-void MenuKey::setTitles(const QStringList& list) {
+void MenuButton::setTitles(const QStringList& list) {
     titles = list;
     shown.reset();
     update();
 }
 
-void MenuKey::setShown(std::optional<int> index) {
+void MenuButton::setShown(std::optional<int> index) {
     shown = index;
     shownChanged();
 }
 
-// The list lives on its own until something is chosen, so that window and key may go while it is
+// The list lives on its own until something is chosen, so that window and button may go while it is
 // open; so the choice is delivered after the list is done.
-void MenuKey::activate() {
+void MenuButton::activate() {
     if (!isEnabled()) return;
     auto* const list = new QMenu(this);
     list->setAttribute(Qt::WA_DeleteOnClose);
@@ -66,27 +66,27 @@ void MenuKey::activate() {
     list->setActiveAction(list->defaultAction());
 }
 
-void MenuKey::choose(int index) {
+void MenuButton::choose(int index) {
     if (isEnabled() && index < titles.size() && onIndex) onIndex(index);
 }
 
-void MenuKey::step(int by) {
+void MenuButton::step(int by) {
     const int next = std::clamp(shown.value_or(-1) + by, 0, static_cast<int>(titles.size()) - 1);
     if (!titles.isEmpty() && next != shown) choose(next);
 }
 
-void MenuKey::keyPressEvent(QKeyEvent* event) {
+void MenuButton::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Up) return step(-1);
     if (event->key() == Qt::Key_Down) return step(1);
-    Key::keyPressEvent(event);
+    Button::keyPressEvent(event);
 }
 
-void MenuKey::wheelEvent(QWheelEvent* event) {
+void MenuButton::wheelEvent(QWheelEvent* event) {
     if (const int turned = notches.take(*event)) step(-turned);
     event->accept();
 }
 
-void MenuKey::paint(QPainter& painter) {
+void MenuButton::paint(QPainter& painter) {
     const QRectF field = rect();
     Paint::well(painter, field, 8);
     if (isHovered()) Paint::edge(painter, field, 8, Theme::white(0.14));

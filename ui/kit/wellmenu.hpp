@@ -12,11 +12,11 @@
 
 namespace Kit {
 
-/// A recessed key that opens a list. It shows the title of its owner's choice and does not change
+/// A recessed button that opens a list. It shows the title of its owner's choice and does not change
 /// it by itself.
-class MenuKey : public Key {
+class MenuButton : public Button {
 public:
-    MenuKey(int width, QWidget* parent);
+    MenuButton(int width, QWidget* parent);
 
     void activate() override;
     QAccessible::Role accessibleRole() const override { return QAccessible::ComboBox; }
@@ -41,12 +41,12 @@ private:
 };
 
 template <class Value>
-class WellMenu final : public MenuKey {
+class WellMenu final : public MenuButton {
 public:
     using Options = std::vector<std::pair<Value, QString>>;
 
     WellMenu(int width, QWidget* parent)
-        : MenuKey(width, parent) {
+        : MenuButton(width, parent) {
         onIndex = [this](int index) {
             if (onSelect) onSelect(options.at(static_cast<std::size_t>(index)).first);
         };

@@ -3,7 +3,7 @@
 #include "ui/kit/panel.hpp"
 #include "ui/kit/textfield.hpp"
 #include "ui/kit/wellmenu.hpp"
-#include "ui/pages/logotitle.hpp"
+#include "ui/pages/shell/logotitle.hpp"
 
 #include <gtest/gtest.h>
 
@@ -64,7 +64,7 @@ TEST(ContentViewTest, ALostLinkShowsWhyAndKeepsTheValues) {
 
 TEST(ContentViewTest, OffersThePortsAndTheBridge) {
     Desk desk;
-    auto& menu = desk.find<Kit::MenuKey>("Porta");
+    auto& menu = desk.find<Kit::MenuButton>("Porta");
     EXPECT_EQ(menu.valueText(), "ttyUSB0");
     EXPECT_FALSE(desk.shows<Kit::TextField>("endereço"));
     QTest::keyClick(&menu, Qt::Key_Down);
@@ -106,7 +106,7 @@ TEST(ContentViewTest, ALongChainFitsBesideTheTabs) {
         desk.model->technical = technical;
         QApplication::processEvents();
         EXPECT_EQ(desk.view.size(), ContentView::smallest);
-        auto& last = desk.find<Kit::Key>(technical ? "OUT 4" : "DELAY");
+        auto& last = desk.find<Kit::Button>(technical ? "OUT 4" : "DELAY");
         const QRect tab(last.mapTo(&desk.view, QPoint()), last.size());
         EXPECT_LE(tab.right(), desk.view.width() - 32);
         EXPECT_TRUE(desk.view.childAt(tab.center()) == &last);

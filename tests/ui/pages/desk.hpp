@@ -5,7 +5,7 @@
 
 #include "ui/kit/control.hpp"
 #include "ui/kit/valuecontrol.hpp"
-#include "ui/pages/contentview.hpp"
+#include "ui/pages/shell/contentview.hpp"
 
 #include <QTest>
 
@@ -21,20 +21,20 @@ struct Desk : Rig {
     }
 
     /// What is on the screen under that name.
-    template <class Widget = Kit::Key>
+    template <class Widget = Kit::Button>
     Widget& find(const QString& name) {
         auto* const widget = seek<Widget>(name);
         if (!widget) throw std::runtime_error("nothing here is called " + name.toStdString());
         return *widget;
     }
 
-    template <class Widget = Kit::Key>
+    template <class Widget = Kit::Button>
     bool shows(const QString& name) {
         return seek<Widget>(name) != nullptr;
     }
 
     void click(const QString& name) {
-        QTest::mouseClick(&find<Kit::Key>(name), Qt::LeftButton);
+        QTest::mouseClick(&find<Kit::Button>(name), Qt::LeftButton);
         settle();
     }
 
@@ -55,7 +55,7 @@ struct Desk : Rig {
 
     double value(const QString& name) { return find<Kit::ValueControl>(name).value(); }
     QString readOut(const QString& name) { return find<Kit::ValueControl>(name).valueText(); }
-    bool lit(const QString& name) { return find<Kit::Key>(name).isChecked(); }
+    bool lit(const QString& name) { return find<Kit::Button>(name).isChecked(); }
 
     template <class Case>
     Case held(std::size_t board, ModuleKind kind, std::string_view channel, int band = 0) {

@@ -1,7 +1,7 @@
 #include "tests/app/rig.hpp"
 #include "tests/ui/kit/hand.hpp"
 
-#include "ui/pages/mainwindow.hpp"
+#include "ui/pages/shell/mainwindow.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 
 #include "ui/kit/eqgraph.hpp"
 #include "ui/kit/panel.hpp"
-#include "ui/pages/filterrow.hpp"
-#include "ui/pages/peqrow.hpp"
-#include "ui/pages/techpageview.hpp"
+#include "ui/pages/technical/filterrow.hpp"
+#include "ui/pages/technical/peqrow.hpp"
+#include "ui/pages/technical/techpageview.hpp"
 
 #include <gtest/gtest.h>
 
@@ -178,7 +178,7 @@ TEST(TechMainViewTest, StripsEditTheirChannel) {
     EXPECT_EQ(desk.control("Out 4").range.upper, 15);
     QTest::keyClick(&desk.find<Kit::ValueControl>("Out 4"), Qt::Key_Down);
     for (const char* const key : {"MUTE", "0°"})
-        for (Kit::Key* const each : desk.all<Kit::Key>())
+        for (Kit::Button* const each : desk.all<Kit::Button>())
             if (each->accessibleName() == key && each->accessibleDescription() == "Out 4") each->activate();
     desk.settle();
     EXPECT_EQ(desk.held<GainValue>(0, ModuleKind::gain, "Out3"), (GainValue{-0.5F, true, false}));

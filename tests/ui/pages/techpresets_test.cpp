@@ -18,12 +18,12 @@ struct Presets : Desk {
         settle();
     }
 
-    QString shown() { return find<Kit::MenuKey>("Preset").valueText(); }
+    QString shown() { return find<Kit::MenuButton>("Preset").valueText(); }
     QString name() { return field().text(); }
     Kit::TextField& field() { return find<Kit::TextField>("Nome do preset"); }
     bool enabled(const QString& key) { return find(key).isEnabled(); }
 
-    void chooseNext() { QTest::keyClick(&find<Kit::MenuKey>("Preset"), Qt::Key_Down); }
+    void chooseNext() { QTest::keyClick(&find<Kit::MenuButton>("Preset"), Qt::Key_Down); }
     void type(const QString& text) {
         field().selectAll();
         QTest::keyClicks(&field(), text);

@@ -90,7 +90,7 @@ TEST(PeqRowTest, AFieldIsScrubbedAndTheHandleFollows) {
 
 TEST(PeqRowTest, TheTypeIsChosenFromAMenuAndOneThatIsUnknownHasNoTitle) {
     Rows rows;
-    auto& menu = rows.find<Kit::MenuKey>("Banda 4, tipo");
+    auto& menu = rows.find<Kit::MenuButton>("Banda 4, tipo");
     EXPECT_EQ(menu.valueText(), "PEQ");
     QTest::keyClick(&menu, Qt::Key_Down);
     rows.settle();
@@ -133,7 +133,7 @@ TEST(FilterRowTest, EditsItsFilterWhole) {
     Rows rows;
     rows.enter("HPF, frequência", "80");
     rows.click("HPF");
-    auto& slope = rows.find<Kit::MenuKey>("HPF, inclinação");
+    auto& slope = rows.find<Kit::MenuButton>("HPF, inclinação");
     EXPECT_EQ(slope.valueText(), "Bessel 12 dB");
     QTest::keyClick(&slope, Qt::Key_Down);
     rows.settle();

@@ -1,0 +1,118 @@
+#include "ui/pages/shell/contentview.hpp"
+
+#include "ui/pages/shell/headerbar.hpp"
+#include "ui/pages/shell/offlinecard.hpp"
+#include "ui/pages/shell/speakerstrip.hpp"
+#include "ui/pages/simple/delayview.hpp"
+#include "ui/pages/simple/dynamicsview.hpp"
+#include "ui/pages/simple/toneview.hpp"
+#include "ui/pages/technical/techpageview.hpp"
+
+#include "ui/kit/backdrop.hpp"
+#include "ui/pages/shared/bind.hpp"
+
+#include <QPainter>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <tuple>
+
+namespace Corvane {
+
+namespace {
+
+constexpr double dimmedOpacity = 0.45;
+
+}  // namespace
+
+// Over the page while the link is not up. The backdrop drawn over the page dims it exactly as much
+// as drawing the page that faintly over the backdrop would.
+class ContentView::Veil final : public Kit::Surface {
+public:
+    Veil(AppModel& model, QWidget* parent)
+        : Surface(parent) {
+        auto* const middle = new QVBoxLayout(this);
+        middle->addWidget(new OfflineCard(model, this), 0, Qt::AlignCenter);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        {
+            QPainter painter(this);
+            painter.setOpacity(1 - dimmedOpacity);
+            painter.translate(-pos());
+            Kit::drawBackdrop(painter, parentWidget()->rect());
+        }
+        Surface::paintEvent(event);
+    }
+};
+
+ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
+    : QWidget(parent)
+    , model(model)
+    , pages(new QStackedWidget(this))
+    , veil(new Veil(model, this)) {
+    auto* const rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(new HeaderBar(model, choosesLink, this));
+    rows->addWidget(new SpeakerStrip(model, page, techPage, this));
+    rows->addWidget(pages, 1);
+    setMinimumSize(smallest);
+    resize(usual);
+
+    Corvane::bind(
+        *this, [this, &model] { return std::tuple(model.technical.value(), page.value(), techPage.value()); },
+        [this](const auto&) { showPage(); });
+    Corvane::bind(
+        *this, [&model] { return model.status.value().isOnline(); },
+        [this](bool online) {
+            pages->setEnabled(online);
+            veil->setVisible(!online);
+            veil->raise();
+        });
+}
+
+int ContentView::headHeight() const { return pages->y(); }
+
+QWidget* ContentView::simplePage(Page which) {
+    switch (which) {
+    case Page::tone:
+        return new ToneView(model, pages);
+    case Page::dynamics:
+        return new DynamicsView(model, pages);
+    case Page::delay:
+        return new DelayView(model, pages);
+    }
+    return nullptr;
+}
+
+void ContentView::showPage() {
+    if (model.technical.value()) {
+        if (!technicalPages) {
+            technicalPages = new TechPageView(model, pages);
+            pages->addWidget(technicalPages);
+        }
+        technicalPages->setPage(techPage.value());
+        pages->setCurrentWidget(technicalPages);
+        return;
+    }
+    QWidget*& shown = built[page.value()];
+    if (!shown) {
+        shown = simplePage(page.value());
+        pages->addWidget(shown);
+    }
+    pages->setCurrentWidget(shown);
+}
+
+void ContentView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    Kit::drawBackdrop(painter, rect());
+}
+
+void ContentView::resizeEvent(QResizeEvent*) {
+    layout()->activate();
+    veil->setGeometry(pages->geometry());
+}
+
+}  // namespace Corvane

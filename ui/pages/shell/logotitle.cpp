@@ -1,0 +1,56 @@
+#include "ui/pages/shell/logotitle.hpp"
+
+#include "ui/kit/painting.hpp"
+#include "ui/kit/symbols.hpp"
+
+#include <QMouseEvent>
+
+#include <cmath>
+
+namespace Corvane {
+
+namespace {
+
+constexpr int logoHeight = 42;
+constexpr int gap = 14;
+constexpr double titleSize = 26;
+
+QString title() { return QStringLiteral("CORVANE"); }
+
+Paint::TextStyle titleStyle() {
+    return {Theme::titleFont(titleSize, 2), Theme::text, {Theme::black(0.5), 3, 2}, false};
+}
+
+double logoWidth() { return std::round(logoHeight * Symbols::logoAspect()); }
+
+}  // namespace
+
+LogoTitle::LogoTitle(QWidget* parent)
+    : QWidget(parent) {
+    const double width = logoWidth() + gap + Paint::textWidth(title(), titleStyle());
+    setFixedSize(static_cast<int>(std::ceil(width)) + 2, logoHeight);
+    setAccessibleName(title());
+}
+
+void LogoTitle::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const QRectF logo(0, 0, logoWidth(), logoHeight);
+    const QBrush gradient = Theme::vertical(QRectF(QPointF(), logo.size()), Theme::rgb(1.0, 0.647, 0.322),
+                                            Theme::rgb(0.871, 0.373, 0.102));
+    Paint::softCopy(
+        painter, QStringLiteral("logo"), logo, {Theme::faded(Theme::accent, 0.35), 6, 0},
+        [&](QPainter& ink) { Symbols::drawLogo(ink, QRectF(QPointF(), logo.size()), Qt::black); });
+    Symbols::drawLogo(painter, logo, gradient);
+    Paint::text(painter, QRectF(rect()).adjusted(logo.width() + gap, 0, 0, 0),
+                Qt::AlignLeft | Qt::AlignVCenter, title(), titleStyle());
+}
+
+void LogoTitle::mousePressEvent(QMouseEvent* event) {
+    constexpr Qt::KeyboardModifiers secret = Qt::AltModifier | Qt::ControlModifier;
+    const bool held = (event->modifiers() & secret) == secret;
+    if (event->button() != Qt::LeftButton || !held || !onSecretClick) return event->ignore();
+    onSecretClick();
+}
+
+}  // namespace Corvane

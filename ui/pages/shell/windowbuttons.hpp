@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+namespace Corvane {
+
+/// The buttons that a title bar would have.
+class WindowButtons final : public QWidget {
+public:
+    struct Actions {
+        std::function<void()> close;
+        std::function<void()> minimise;
+        std::function<void()> zoom;
+    };
+
+    WindowButtons(Actions actions, QWidget* parent);
+};
+
+}  // namespace Corvane

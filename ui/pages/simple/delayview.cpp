@@ -1,0 +1,62 @@
+#include "ui/pages/simple/delayview.hpp"
+
+#include "ui/pages/shared/delaybutton.hpp"
+#include "ui/pages/shared/pagelayout.hpp"
+
+#include "ui/kit/fader.hpp"
+#include "ui/kit/formats.hpp"
+#include "ui/kit/theme.hpp"
+#include "ui/pages/shared/bind.hpp"
+
+namespace Corvane {
+
+using namespace Wendril;
+
+DelayView::DelayView(AppModel& model, QWidget* parent)
+    : Surface(parent)
+    , model(model) {
+    auto* const panel = new Kit::Panel(QStringLiteral("DELAY DAS SAÍDAS"), this);
+    panel->setTrailing(new Kit::Caption(QStringLiteral("1 ms ≈ 34,3 cm de distância"),
+                                        Theme::font(11, QFont::DemiBold, 1.5), Theme::secondary, panel));
+    auto* const columns = new QHBoxLayout;
+    columns->addStretch(1);
+    for (int i = 0; i < static_cast<int>(K7Q::outputs.size()); ++i) {
+        columns->addLayout(column(i, panel));
+        columns->addStretch(1);
+    }
+    panel->content().addSpacing(8);
+    panel->content().addStretch(1);
+    panel->content().addLayout(columns);
+    panel->content().addStretch(1);
+    auto* const page = new QVBoxLayout(this);
+    page->setContentsMargins(pageMargins);
+    page->addWidget(panel);
+}
+
+QLayout* DelayView::column(int output, QWidget* parent) {
+    const std::string_view channel = K7Q::outputs.at(static_cast<std::size_t>(output));
+    auto* const fader = new Kit::Fader(QStringLiteral("Saída %1").arg(output + 1), {0, longestDelay}, 0,
+                                       Formats::delay, {.height = 300}, parent);
+    Corvane::bind(
+        *fader, [this, channel] { return delayOf(model, channel).ms; },
+        [this, channel](double ms) { setDelay(model, channel, ms); });
+
+    auto* const distance = new Kit::Caption({}, Theme::font(12, QFont::Medium), Theme::secondary, parent);
+    distance->setTabular(true);
+    distance->setAlignment(Qt::AlignCenter);
+    distance->reserveFor(Formats::distance(longestDelay));
+    Corvane::bind(
+        *distance, [this, channel] { return delayOf(model, channel).ms; },
+        [distance](float ms) { distance->setText(Formats::distance(ms)); });
+
+    auto* const rows = new QVBoxLayout;
+    rows->setSpacing(12);
+    rows->addWidget(fader, 0, Qt::AlignHCenter);
+    rows->addWidget(distance, 0, Qt::AlignHCenter);
+    auto* const button = delayButton(model, channel, parent);
+    button->setAccessibleName(QStringLiteral("Delay da saída %1").arg(output + 1));
+    rows->addWidget(button, 0, Qt::AlignHCenter);
+    return rows;
+}
+
+}  // namespace Corvane

@@ -1,0 +1,180 @@
+#include "ui/pages/simple/toneview.hpp"
+
+#include "ui/pages/shared/pagelayout.hpp"
+#include "ui/pages/shared/text.hpp"
+
+#include "ui/kit/analogvu.hpp"
+#include "ui/kit/fader.hpp"
+#include "ui/kit/formats.hpp"
+#include "ui/kit/knob.hpp"
+#include "ui/kit/outputmeters.hpp"
+#include "ui/kit/pillbutton.hpp"
+#include "ui/pages/shared/bind.hpp"
+
+#include <utility>
+
+namespace Corvane {
+
+using namespace Wendril;
+
+namespace {
+
+// Heights of the rows and the space between them, at the smallest window.
+constexpr int meterRow = 200;
+constexpr int controlRow = 212;
+constexpr int buttonRow = 44;
+constexpr int gap = 18;
+
+// What the captions under a fader take of its column.
+constexpr int faderCaptions = 58;
+constexpr int trackHeight = meterRow + controlRow + gap - faderCaptions;
+
+constexpr float vuReference = -18;  // dB
+
+struct ToneKnob {
+    ToneBand band;
+    const char16_t* title;
+};
+
+constexpr ToneKnob toneKnobs[] = {
+    {ToneBand::bass, u"Graves"},
+    {ToneBand::mid, u"Médios"},
+    {ToneBand::treble, u"Agudos"},
+};
+
+Kit::PillButton* muteButton(const QString& whatFor, std::function<bool()> muted, std::function<void()> toggle,
+                            QWidget* parent) {
+    auto* const button = new Kit::PillButton(QStringLiteral("MUDO"), Kit::PillButton::Size::regular, parent);
+    button->setAccessibleName(whatFor);
+    button->action = std::move(toggle);
+    Corvane::bind(*button, std::move(muted), [button](bool on) {
+        button->setIcon(on ? QStringLiteral("speaker.slash.fill") : QStringLiteral("speaker.wave.2.fill"));
+        button->setOn(on);
+    });
+    return button;
+}
+
+QLayout* column(QWidget* control, QWidget* button) {
+    auto* const rows = new QVBoxLayout;
+    rows->setSpacing(gap);
+    rows->addWidget(control, 1, Qt::AlignHCenter);
+    rows->addWidget(button, 0, Qt::AlignHCenter);
+    return rows;
+}
+
+}  // namespace
+
+ToneView::ToneView(AppModel& model, QWidget* parent)
+    : Surface(parent)
+    , model(model) {
+    auto* const columns = new QHBoxLayout(this);
+    columns->setContentsMargins(pageMargins);
+    columns->setSpacing(panelGap);
+    columns->addWidget(tonePanel(), 1);
+    columns->addWidget(volumePanel());
+}
+
+QWidget* ToneView::tonePanel() {
+    auto* const panel = new Kit::Panel(QStringLiteral("TOM"), this);
+    panel->content().setSpacing(gap);
+    panel->content().addLayout(meters(), 1);
+    panel->content().addLayout(knobs());
+    panel->content().addLayout(presets());
+    return panel;
+}
+
+QLayout* ToneView::meters() {
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(24);
+    for (const auto& [input, label] : {std::pair("In0", u"ENTRADA L"), std::pair("In1", u"ENTRADA R")}) {
+        auto* const meter = new Kit::AnalogVU(QString::fromUtf16(label), vuReference, this);
+        meter->setMinimumHeight(meterRow);
+        Corvane::bind(
+            *meter, [this, input = input] { return model.meter(input); },
+            [meter](float level) { meter->setLevel(level); });
+        row->addWidget(meter);
+    }
+    return row;
+}
+
+QLayout* ToneView::knobs() {
+    auto* const row = new QHBoxLayout;
+    for (const auto& [band, title] : toneKnobs) {
+        auto* const knob =
+            new Kit::Knob(QString::fromUtf16(title), {-12, 12}, 0, 0.5, Formats::signedDecibels,
+                          {.size = 160,
+                           .bipolar = true,
+                           .minLabel = QStringLiteral("-12"),
+                           .maxLabel = QStringLiteral("+12")},
+                          this);
+        Corvane::bind(
+            *knob, [this, band = band] { return model.tone(band); },
+            [this, band = band](double db) { model.setTone(band, db); });
+        row->addWidget(knob, 1, Qt::AlignCenter);
+    }
+    return row;
+}
+
+QLayout* ToneView::presets() {
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(12);
+    row->addStretch();
+    for (const TonePreset& preset : TonePreset::all) {
+        auto* const button =
+            new Kit::PillButton(toQString(preset.name).toUpper(), Kit::PillButton::Size::regular, this);
+        button->setIcon(toQString(preset.icon));
+        button->action = [this, preset] {
+            for (const ToneBand band : toneBands)
+                model.setTone(band, preset.gain(band));
+        };
+        Corvane::bind(
+            *button,
+            [this, name = preset.name] {
+                const auto active = model.activePreset();
+                return active && active->name == name;
+            },
+            [button](bool active) { button->setOn(active); });
+        row->addWidget(button);
+    }
+    row->addStretch();
+    return row;
+}
+
+QWidget* ToneView::volumePanel() {
+    auto* const panel = new Kit::Panel(QStringLiteral("VOLUME"), this);
+    auto* const columns = new QHBoxLayout;
+    columns->setSpacing(28);
+    columns->addLayout(inputColumn());
+    columns->addLayout(outputColumn());
+    panel->content().addLayout(columns);
+    return panel;
+}
+
+QLayout* ToneView::inputColumn() {
+    const auto gain = [this] {
+        return model.valueAs<GainValue>(ModuleKind::gain, K7Q::inputs.front()).value_or(GainValue{});
+    };
+    auto* const fader =
+        new Kit::Fader(QStringLiteral("Entrada"), {-60, 6}, 0, Formats::decibels,
+                       {.height = trackHeight, .levels = int(K7Q::inputs.size()), .labelsBelow = true}, this);
+    Corvane::bind(
+        *fader, [gain] { return gain().db; }, [this](double db) { model.setVolume(db); });
+    Corvane::bind(
+        static_cast<QObject&>(*fader), [this] { return levelsOf(model, K7Q::inputs); },
+        [fader](const std::vector<float>& levels) { fader->setLevels(levels); });
+    return column(fader, muteButton(
+                             QStringLiteral("Mudo da entrada"), [gain] { return gain().mute; },
+                             [this] { model.toggleMute(); }, this));
+}
+
+QLayout* ToneView::outputColumn() {
+    auto* const meters = new Kit::OutputMeters(int(K7Q::outputs.size()), trackHeight, this);
+    Corvane::bind(
+        *meters, [this] { return levelsOf(model, K7Q::outputs); },
+        [meters](const std::vector<float>& levels) { meters->setLevels(levels); });
+    return column(meters, muteButton(
+                              QStringLiteral("Mudo das saídas"), [this] { return model.outputsMuted(); },
+                              [this] { model.toggleOutputMute(); }, this));
+}
+
+}  // namespace Corvane

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "app/model/appmodel.hpp"
+
+#include "ui/kit/panel.hpp"
+
+namespace Corvane {
+
+/// The tone and the volume: what a musician sets.
+class ToneView final : public Kit::Surface {
+public:
+    ToneView(AppModel& model, QWidget* parent);
+
+private:
+    QWidget* tonePanel();
+    QLayout* meters();
+    QLayout* knobs();
+    QLayout* presets();
+    QWidget* volumePanel();
+    QLayout* inputColumn();
+    QLayout* outputColumn();
+
+    AppModel& model;
+};
+
+}  // namespace Corvane

@@ -1,0 +1,69 @@
+#include "ui/pages/technical/channelstrip.hpp"
+
+#include "ui/pages/shared/modulesetting.hpp"
+#include "ui/pages/shared/switchbutton.hpp"
+
+#include "ui/kit/fader.hpp"
+#include "ui/kit/formats.hpp"
+#include "ui/pages/shared/bind.hpp"
+
+#include <QVBoxLayout>
+
+namespace Corvane {
+
+using namespace Wendril;
+
+namespace {
+
+constexpr double lowestGain = -60;  // dB
+constexpr double highestInputGain = 6;
+constexpr double highestOutputGain = 15;
+
+}  // namespace
+
+ChannelStrip::ChannelStrip(AppModel& model, std::string_view channel, const QString& title, double height,
+                           QWidget* parent)
+    : QWidget(parent) {
+    const ModuleSetting<GainValue> gain(model, ModuleKind::gain, channel);
+    auto* const fader =
+        new Kit::Fader(title, {lowestGain, isInput(channel) ? highestInputGain : highestOutputGain}, 0,
+                       Formats::decibels, {.height = height, .levels = 1}, this);
+    Corvane::bind(
+        *fader, [gain] { return gain.value().db; },
+        [gain](double db) { gain.edit([db](GainValue& value) { value.db = static_cast<float>(db); }); });
+    Corvane::bind(
+        static_cast<QObject&>(*fader), [&model, channel] { return model.meter(channel); },
+        [fader](float level) { fader->setLevels({level}); });
+
+    auto* const rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(6);
+    rows->addWidget(fader, 0, Qt::AlignHCenter);
+    rows->addSpacing(6);
+    for (Kit::PillButton* const button :
+         {muteButton(model, channel, this), polarityButton(model, channel, this)}) {
+        button->setAccessibleDescription(title);
+        rows->addWidget(button, 0, Qt::AlignHCenter);
+    }
+}
+
+Kit::PillButton* muteButton(AppModel& model, std::string_view channel, QWidget* parent) {
+    const ModuleSetting<GainValue> gain(model, ModuleKind::gain, channel);
+    auto* const button = new Kit::PillButton(QStringLiteral("MUTE"), Kit::PillButton::Size::compact, parent);
+    button->action = [gain] { gain.edit([](GainValue& value) { value.mute = !value.mute; }); };
+    Corvane::bind(
+        *button, [gain] { return gain.value().mute; }, [button](bool muted) { button->setOn(muted); });
+    return button;
+}
+
+Kit::PillButton* polarityButton(AppModel& model, std::string_view channel, QWidget* parent) {
+    const SwitchTitles titles{QStringLiteral("180°"), QStringLiteral("0°")};
+    const ModuleSetting<GainValue> gain(model, ModuleKind::gain, channel);
+    auto* const button = switchButton(
+        titles, [gain] { return !gain.value().phaseNormal; },
+        [gain] { gain.edit([](GainValue& value) { value.phaseNormal = !value.phaseNormal; }); }, parent);
+    button->reserveFor({QStringLiteral("MUTE"), titles.lit, titles.unlit});
+    return button;
+}
+
+}  // namespace Corvane

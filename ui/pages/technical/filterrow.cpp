@@ -1,0 +1,78 @@
+#include "ui/pages/technical/filterrow.hpp"
+
+#include "ui/pages/shared/modulesetting.hpp"
+#include "ui/pages/shared/text.hpp"
+
+#include "ui/kit/formats.hpp"
+#include "ui/kit/lamp.hpp"
+#include "ui/kit/panel.hpp"
+#include "ui/kit/scrubfield.hpp"
+#include "ui/kit/theme.hpp"
+#include "ui/kit/wellmenu.hpp"
+#include "ui/pages/shared/bind.hpp"
+
+#include <cmath>
+
+namespace Corvane {
+
+using namespace Wendril;
+
+namespace {
+
+constexpr int rowHeight = 24;
+constexpr int columnGap = 10;
+constexpr double bypassedOpacity = 0.6;
+
+}  // namespace
+
+QString titleOf(ModuleKind filter) {
+    return filter == ModuleKind::hpf ? QStringLiteral("HPF") : QStringLiteral("LPF");
+}
+
+FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel, std::optional<QColor> color,
+                     QWidget* parent)
+    : QWidget(parent) {
+    const ModuleSetting<FilterValue> filter(model, kind, channel);
+    const QString name = titleOf(kind);
+    const QColor titleColor = color.value_or(Theme::text);
+    auto* const title = new Kit::Caption(name, Theme::font(11, QFont::Normal, 1.5), titleColor, this);
+    title->setFixedWidth(30);
+    auto* const on = new Kit::LampSwitch(name, this);
+    on->action = [filter] { filter.edit([](FilterValue& value) { value.bypass = !value.bypass; }); };
+    auto* const fc =
+        new Kit::ScrubField(name + QStringLiteral(", frequência"), {20, 22000}, Formats::frequency,
+                            {.step = 1, .logarithmic = true, .width = 72}, this);
+    fc->onChange = [filter](double hz) {
+        filter.edit([hz](FilterValue& value) { value.fc = static_cast<std::uint32_t>(std::lround(hz)); });
+    };
+    auto* const slope = new Kit::WellMenu<std::uint8_t>(138, this);
+    slope->setFixedHeight(rowHeight);
+    slope->setAccessibleName(name + QStringLiteral(", inclinação"));
+    Kit::WellMenu<std::uint8_t>::Options options;
+    for (const FilterMath::Slope& each : FilterMath::slopes)
+        options.emplace_back(each.code, toQString(each.name));
+    slope->setOptions(std::move(options));
+    slope->onSelect = [filter](std::uint8_t code) {
+        filter.edit([code](FilterValue& value) { value.type = code; });
+    };
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(columnGap);
+    for (QWidget* const control : std::initializer_list<QWidget*>{title, on, fc, slope})
+        row->addWidget(control);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+
+    Corvane::bind(
+        *this, [filter] { return filter.value(); },
+        [=](const FilterValue& value) {
+            on->setOn(!value.bypass);
+            fc->setValue(value.fc);
+            slope->setSelection(value.type);
+            const double opacity = value.bypass ? bypassedOpacity : 1;
+            title->setColor(Theme::faded(titleColor, opacity));
+            for (Kit::Control* const control : std::initializer_list<Kit::Control*>{on, fc, slope})
+                control->setOpacity(opacity);
+        });
+}
+
+}  // namespace Corvane

@@ -1,0 +1,137 @@
+#include "ui/pages/technical/peqrow.hpp"
+
+#include "app/model/equaliser.hpp"
+#include "ui/pages/shared/modulesetting.hpp"
+
+#include "ui/kit/formats.hpp"
+#include "ui/kit/theme.hpp"
+#include "ui/pages/shared/bind.hpp"
+
+#include <cmath>
+#include <vector>
+
+namespace Corvane {
+
+using namespace Wendril;
+
+namespace {
+
+constexpr int rowHeight = 24;
+constexpr int smallestGap = 12;
+constexpr int largestGap = 34;
+constexpr double bypassedOpacity = 0.55;
+
+constexpr Kit::Range frequencies{20, 22000};  // Hz
+constexpr Kit::Range qualities{0.3, 50};
+constexpr Kit::Range gains{-12, 12};  // dB
+
+enum Column { numberColumn, onColumn, typeColumn, fcColumn, qColumn, gainColumn };
+
+struct ColumnLook {
+    QStringView title;
+    int width;
+};
+
+constexpr ColumnLook columns[] = {
+    {u"#", 20}, {u"ON", 22}, {u"TIPO", 96}, {u"FREQ", 72}, {u"Q", 52}, {u"GANHO", 64},
+};
+
+std::uint8_t raw(PeqType type) { return static_cast<std::uint8_t>(type); }
+
+// As wide as the room allows, up to where a row would fall apart.
+void layOut(QWidget* row, const std::vector<QWidget*>& cells) {
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    int widest = 0;
+    for (QWidget* const cell : cells) {
+        if (cell != cells.front()) {
+            layout->addSpacerItem(new QSpacerItem(smallestGap, 0, QSizePolicy::MinimumExpanding));
+            widest += largestGap;
+        }
+        layout->addWidget(cell);
+        widest += cell->minimumWidth();
+    }
+    row->setMaximumWidth(widest);
+}
+
+}  // namespace
+
+void editBand(AppModel& model, std::string_view channel, int band,
+              const std::function<void(PeqValue&)>& change) {
+    ModuleSetting<PeqValue>(model, ModuleKind::peq, channel, band).edit([&change](PeqValue& value) {
+        change(value);
+        value = limitedGainAndQ(value);
+    });
+}
+
+PeqHeader::PeqHeader(QWidget* parent)
+    : QWidget(parent) {
+    std::vector<QWidget*> captions;
+    for (const auto& [title, width] : columns) {
+        auto* const caption =
+            new Kit::Caption(title.toString(), Theme::font(9, QFont::Normal, 1.2), Theme::secondary, this);
+        caption->setFixedWidth(width);
+        caption->setAlignment(Qt::AlignCenter);
+        captions.push_back(caption);
+    }
+    layOut(this, captions);
+}
+
+PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* parent)
+    : QWidget(parent) {
+    const QString name = QStringLiteral("Banda %1").arg(band + 1);
+    const auto field = [&](Column column, const QString& what, Kit::Range range, double step,
+                           bool logarithmic, const Kit::ValueControl::Format& format) {
+        return new Kit::ScrubField(name + QStringLiteral(", ") + what, range, format,
+                                   {.step = step, .logarithmic = logarithmic, .width = columns[column].width},
+                                   this);
+    };
+    number = new Kit::Caption(QString::asprintf("%02d", band + 1), Theme::font(11), Theme::secondary, this);
+    number->setFixedWidth(columns[numberColumn].width);
+    number->setAlignment(Qt::AlignCenter);
+    number->setTabular(true);
+    on = new Kit::LampSwitch(name, this);
+    type = new Kit::WellMenu<std::uint8_t>(columns[typeColumn].width, this);
+    type->setFixedHeight(rowHeight);
+    type->setAccessibleName(name + QStringLiteral(", tipo"));
+    type->setOptions({{raw(PeqType::peak), QStringLiteral("PEQ")},
+                      {raw(PeqType::lowShelf), QStringLiteral("Low shelf")},
+                      {raw(PeqType::highShelf), QStringLiteral("High shelf")}});
+    fc = field(fcColumn, QStringLiteral("frequência"), frequencies, 1, true, Formats::frequency);
+    q = field(qColumn, QStringLiteral("Q"), qualities, 0.01, false, Formats::quality);
+    gain = field(gainColumn, QStringLiteral("ganho"), gains, 0.1, false, Formats::signedDecibels);
+    layOut(this, {number, on, type, fc, q, gain});
+
+    const auto edit = [&model, channel, band](auto change) { editBand(model, channel, band, change); };
+    on->action = [edit] { edit([](PeqValue& value) { value.bypass = !value.bypass; }); };
+    type->onSelect = [edit](std::uint8_t chosen) {
+        edit([chosen](PeqValue& value) { value.type = chosen; });
+    };
+    fc->onChange = [edit](double hz) {
+        edit([hz](PeqValue& value) { value.fc = static_cast<std::uint32_t>(std::lround(hz)); });
+    };
+    q->onChange = [edit](double chosen) {
+        edit([chosen](PeqValue& value) { value.q = static_cast<float>(chosen); });
+    };
+    gain->onChange = [edit](double db) {
+        edit([db](PeqValue& value) { value.gain = static_cast<float>(db); });
+    };
+    const ModuleSetting<PeqValue> setting(model, ModuleKind::peq, channel, band);
+    Corvane::bind(
+        *this, [setting] { return setting.value(); }, [this](const PeqValue& value) { show(value); });
+}
+
+void PeqRow::show(const PeqValue& value) {
+    on->setOn(!value.bypass);
+    type->setSelection(value.type);
+    fc->setValue(value.fc);
+    q->setValue(value.q);
+    gain->setValue(value.gain);
+    const double opacity = value.bypass ? bypassedOpacity : 1;
+    number->setColor(Theme::faded(Theme::secondary, opacity));
+    for (Kit::Control* const control : std::initializer_list<Kit::Control*>{on, type, fc, q, gain})
+        control->setOpacity(opacity);
+}
+
+}  // namespace Corvane

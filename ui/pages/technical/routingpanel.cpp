@@ -1,0 +1,55 @@
+#include "ui/pages/technical/routingpanel.hpp"
+
+#include "ui/pages/shared/modulesetting.hpp"
+
+#include "ui/kit/lamp.hpp"
+#include "ui/kit/theme.hpp"
+#include "ui/pages/shared/bind.hpp"
+
+#include <QGridLayout>
+
+namespace Corvane {
+
+using namespace Wendril;
+
+namespace {
+
+Kit::Caption* heading(const QString& text, QWidget* parent) {
+    return new Kit::Caption(text, Theme::font(11, QFont::Normal, 1.5), Theme::secondary, parent);
+}
+
+Kit::LampSwitch* crosspoint(AppModel& model, std::string_view input, std::string_view output,
+                            const QString& name, QWidget* parent) {
+    const ModuleSetting<MixerValue> mixer(model, ModuleKind::mixer,
+                                          std::string(input) + "-" + std::string(output));
+    auto* const button = new Kit::LampSwitch(name, parent);
+    button->action = [&model, mixer, input, output] { model.setRoute(input, output, mixer.value().mute); };
+    Corvane::bind(
+        *button, [mixer] { return !mixer.value().mute; }, [button](bool routed) { button->setOn(routed); });
+    return button;
+}
+
+}  // namespace
+
+RoutingPanel::RoutingPanel(AppModel& model, QWidget* parent)
+    : Panel(QStringLiteral("ROTEAMENTO"), parent) {
+    auto* const grid = new QGridLayout;
+    grid->setVerticalSpacing(10);
+    for (int i = 0; i < static_cast<int>(K7Q::inputs.size()); ++i) {
+        grid->setColumnStretch(i + 1, 1);
+        grid->addWidget(heading(QStringLiteral("IN %1").arg(i + 1), this), 0, i + 1, Qt::AlignCenter);
+    }
+    for (int o = 0; o < static_cast<int>(K7Q::outputs.size()); ++o) {
+        grid->setRowStretch(o + 1, 1);
+        grid->addWidget(heading(QStringLiteral("OUT %1").arg(o + 1), this), o + 1, 0, Qt::AlignVCenter);
+        for (int i = 0; i < static_cast<int>(K7Q::inputs.size()); ++i) {
+            const QString name = QStringLiteral("IN %1 → OUT %2").arg(i + 1).arg(o + 1);
+            grid->addWidget(crosspoint(model, K7Q::inputs.at(static_cast<std::size_t>(i)),
+                                       K7Q::outputs.at(static_cast<std::size_t>(o)), name, this),
+                            o + 1, i + 1, Qt::AlignCenter);
+        }
+    }
+    content().addLayout(grid, 1);
+}
+
+}  // namespace Corvane

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "app/model/appmodel.hpp"
+
+#include "ui/kit/panel.hpp"
+
+namespace Corvane {
+
+/// Which inputs each output plays.
+class RoutingPanel final : public Kit::Panel {
+public:
+    RoutingPanel(AppModel& model, QWidget* parent);
+};
+
+}  // namespace Corvane

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "app/model/appmodel.hpp"
+
+#include "ui/kit/eqgraph.hpp"
+#include "ui/kit/knob.hpp"
+#include "ui/kit/panel.hpp"
+
+#include <QString>
+
+#include <string_view>
+
+namespace Corvane {
+
+/// Everything of one channel: gain, equaliser, dynamics and delay, and the crossover of an output.
+class TechChannelView final : public Kit::Surface {
+public:
+    TechChannelView(AppModel& model, std::string_view channel, QString title, QWidget* parent);
+
+private:
+    QWidget* gainPanel();
+    QWidget* equaliserPanel();
+    Kit::EQGraph* graph(QWidget* parent);
+    QLayout* table(QWidget* parent);
+    QLayout* equaliserButtons(QWidget* parent);
+    QLayout* filterRows(QWidget* parent);
+    QWidget* compressorPanel();
+    QWidget* gatePanel();
+    QWidget* delayPanel();
+    void addKnobs(Kit::Panel& panel, Wendril::ModuleKind kind, Kit::Knob* threshold);
+    QLayout* timeKnobs(Wendril::ModuleKind kind, QWidget* parent);
+
+    AppModel& model;
+    const std::string_view channel;
+    const QString title;
+};
+
+}  // namespace Corvane

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "app/model/appmodel.hpp"
+
+#include "ui/kit/panel.hpp"
+
+namespace Corvane {
+
+/// Levels of all channels, presets and routing.
+class TechMainView final : public Kit::Surface {
+public:
+    TechMainView(AppModel& model, QWidget* parent);
+
+private:
+    QWidget* levelsPanel(AppModel& model);
+};
+
+}  // namespace Corvane
