@@ -48,4 +48,6 @@ std::string fieldText(ByteView field) {
     return text.substr(from, text.find_last_not_of(blanks) - from + 1);
 }
 
+std::string twoDigits(std::uint8_t address) { return (address < 10 ? "0" : "") + std::to_string(address); }
+
 }  // namespace Wendril

@@ -5,6 +5,7 @@
 
 #include "Wendril/fields.hpp"
 #include "Wendril/filtermath.hpp"
+#include "Wendril/text.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -36,8 +37,6 @@ void print(const std::string& text) {
 }
 
 void printJson(const Json& json) { print(json.dump(2) + "\n"); }
-
-std::string twoDigits(std::uint8_t address) { return (address < 10 ? "0" : "") + std::to_string(address); }
 
 void printDevices(const Session& session, const std::vector<DeviceInfo>& devices) {
     if (session.json) {

@@ -94,8 +94,6 @@ std::optional<std::string> contentFault(const Frame& request) {
     }
 }
 
-std::string twoDigits(std::uint8_t address) { return (address < 10 ? "0" : "") + std::to_string(address); }
-
 std::string valueText(const ModuleRef& ref, ByteView bytes) {
     if (const auto value = ModuleValue::decode(ref.kind, bytes)) return " " + fieldsText(*value);
     if (ref.kind != ModuleKind::vu) return " (no value)";

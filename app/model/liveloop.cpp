@@ -1,6 +1,8 @@
 #include "app/model/appmodel.hpp"
 #include "app/model/outcome.hpp"
 
+#include "Wendril/text.hpp"
+
 #include <chrono>
 #include <utility>
 

@@ -14,6 +14,4 @@ void Speaker::take(ModuleValues read, const ModuleValues& before) {
     values = std::move(read);
 }
 
-std::string twoDigits(std::uint8_t address) { return (address < 10 ? "0" : "") + std::to_string(address); }
-
 }  // namespace Corvane

@@ -28,7 +28,4 @@ struct Speaker {
 
 using Speakers = std::vector<std::shared_ptr<Speaker>>;
 
-/// An address as the user reads it: "01".
-std::string twoDigits(std::uint8_t address);
-
 }  // namespace Corvane

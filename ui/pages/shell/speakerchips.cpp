@@ -7,6 +7,8 @@
 #include "ui/kit/painting.hpp"
 #include "ui/pages/shared/bind.hpp"
 
+#include "Wendril/text.hpp"
+
 #include <QHBoxLayout>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -121,8 +123,8 @@ void SpeakerChips::show(const Speakers& speakers) {
     }
     for (const auto& speaker : speakers) {
         const std::uint8_t address = speaker->address;
-        auto* const chip =
-            new SpeakerChip(toQString(twoDigits(address)), toQString(speaker->info.value().model), widget());
+        auto* const chip = new SpeakerChip(toQString(Wendril::twoDigits(address)),
+                                           toQString(speaker->info.value().model), widget());
         chip->action = [this, address] { model.target = address; };
         Corvane::bind(
             *chip, [this, address] { return model.target.value() == address; },
