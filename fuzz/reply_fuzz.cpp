@@ -30,7 +30,7 @@ void parse(ByteView stream) {
         check(frames == whole);
     }
     for (const Frame& frame : whole) {
-        check(frame.payload.size() <= 4 * FrameCodec::maxWords);
+        check(frame.payload.size() <= std::size_t{4} * FrameCodec::maxWords);
         const std::vector<Frame> again = framesOf(FrameCodec::encode(frame, false, {}));
         check(again.size() == 1 && again.front() == frame);
     }
