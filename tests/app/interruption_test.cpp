@@ -27,7 +27,6 @@ TEST(InterruptionTest, DisconnectingWhileConnecting) {
         rig.time.advance(20s);
         EXPECT_EQ(rig.model->status.value(), Status::offline()) << moment;
         EXPECT_EQ(rig.model->progress.value(), std::nullopt);
-        EXPECT_FALSE(rig.model->discovering.value());
         EXPECT_TRUE(rig.model->speakers.value().empty());
         EXPECT_EQ(rig.model->notice.value(), std::nullopt);
         EXPECT_EQ(rig.port->holders, 0);
@@ -75,7 +74,6 @@ TEST(InterruptionTest, LosingTheLinkWhileConnecting) {
             open ? Status::error("A conexão com as caixas caiu") : Status::online("/dev/ttyUSB0");
         EXPECT_EQ(rig.model->status.value(), expected) << moment;
         EXPECT_EQ(rig.model->progress.value(), std::nullopt);
-        EXPECT_FALSE(rig.model->discovering.value());
         EXPECT_EQ(rig.model->notice.value(), std::nullopt);
         return connecting;
     });

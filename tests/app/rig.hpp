@@ -101,7 +101,7 @@ inline Simulator::LineOptions chainOf(std::size_t boards) { return {.boards = bo
 struct Rig {
     explicit Rig(const Simulator::LineOptions& options = chainOf(1))
         : line(std::make_shared<Simulator::Line>(time.executor(), options))
-        , model(AppModel::create({
+        , model(std::make_shared<AppModel>(Surroundings{
               .executor = time.executor(),
               .serialPorts = [] { return std::vector<std::string>{"/dev/ttyUSB0"}; },
               .extraPort = "",

@@ -144,7 +144,7 @@ TEST_F(UiExecutorTest, ItMayOutliveTheApplicationAndEndOnAnotherThread) {
 
 TEST_F(UiExecutorTest, ABridgeThatDoesNotAnswerHoldsUpNobody) {
     const DeafListener bridge;
-    auto model = AppModel::create({
+    auto model = std::make_shared<AppModel>(Surroundings{
         .executor = executor,
         .serialPorts = [] { return std::vector<std::string>(); },
         .extraPort = "",
