@@ -85,7 +85,7 @@ TEST(PresetsTest, AnOperationWhoseLinkEndsChangesNothingAndReportsNothing) {
         std::function<Task<void>(AppModel&)> operation;
         int shortest;  // number of functions that it takes
     } operations[] = {
-        {[](AppModel& model) { return model.refreshPresets(); }, 10},
+        {[](AppModel& model) { return model.refreshPresets(); }, 8},
         {[](AppModel& model) { return model.loadPreset(1); }, 480},
         {[](AppModel& model) { return model.savePreset(1, "Um"); }, 12},
         {[](AppModel& model) { return model.deletePreset(2); }, 12},
