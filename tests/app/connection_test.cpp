@@ -31,34 +31,25 @@ TEST(PortsTest, OffersTheExtraPortFirstAndKeepsAChoiceThatIsStillOffered) {
 }
 
 TEST(ConnectionTest, FindsOrAddressesUpToSixteenSpeakersAndReadsThemAll) {
-    const struct {
-        std::size_t boards;
-        bool addressed;
-        std::string choice, link;
-    } cases[] = {
-        {1, true, "esp", "192.168.4.1:8899"},
-        {3, false, "/dev/ttyUSB0", "/dev/ttyUSB0"},
-        {17, true, "/dev/ttyUSB0", "/dev/ttyUSB0"},
-        {17, false, "/dev/ttyUSB0", "/dev/ttyUSB0"},
-    };
-    for (const auto& [boards, addressed, choice, link] : cases) {
+    for (const auto& [boards, addressed] : {std::pair(1U, true), {3U, false}, {17U, true}, {17U, false}}) {
         auto options = chainOf(boards);
         options.addressed = addressed;
         Rig rig(options);
-        for (std::size_t i = 0; i < boards; ++i)
+        for (unsigned i = 0; i < boards; ++i)
             rig.line->board(i).store(3, gain(static_cast<float>(i)));
+        const std::string link = boards == 1 ? "192.168.4.1:8899" : "/dev/ttyUSB0";
+        if (boards == 1) rig.model->portChoice = "esp";
         const History statuses(rig.model->status);
         const History fractions(rig.model->progress);
 
-        rig.model->portChoice = choice;
         rig.goOnline();
 
-        const std::size_t found = std::min<std::size_t>(boards, 16);
+        const unsigned found = std::min(boards, 16U);
         std::vector<Status> expected{Status::working("Conectando a " + link + "…"),
                                      Status::working("Procurando caixas…")};
         if (!addressed) expected.push_back(Status::working("Endereçando as caixas…"));
         ASSERT_EQ(rig.model->speakers.value().size(), found);
-        for (std::size_t i = 0; i < found; ++i) {
+        for (unsigned i = 0; i < found; ++i) {
             const auto address = static_cast<std::uint8_t>(i + 1);
             expected.push_back(Status::working("Lendo a caixa " + twoDigits(address) + "…"));
             EXPECT_EQ(rig.speaker(i)->address, address);
@@ -69,7 +60,7 @@ TEST(ConnectionTest, FindsOrAddressesUpToSixteenSpeakersAndReadsThemAll) {
         EXPECT_EQ(rig.differing(), none);
         ASSERT_EQ(fractions.values.size(), found * 92 + 1);
         EXPECT_FALSE(fractions.values.back());
-        EXPECT_DOUBLE_EQ(*fractions.values.at(91), 1.0 / static_cast<double>(found));
+        EXPECT_DOUBLE_EQ(*fractions.values.at(91), 1.0 / found);
         EXPECT_TRUE(std::is_sorted(fractions.values.begin(), fractions.values.end() - 1));
         EXPECT_EQ(rig.line->summary().faults, std::vector<std::string>{});
     }

@@ -26,28 +26,21 @@ TEST(EditingTest, TheNewestUnsentValueOfAModuleIsSentInThePlaceOfTheFirstAndBefo
 }
 
 TEST(EditingTest, EditsGoToTheTargetedSpeakersOrToThoseThatTheCallNames) {
-    using Positions = std::vector<std::size_t>;
-    const struct {
-        std::optional<std::uint8_t> target;
-        std::optional<Positions> on;
-        std::vector<int> addresses;
-    } cases[] = {
-        {std::nullopt, std::nullopt, {1, 2, 3}},
-        {2, std::nullopt, {2}},
-        {9, std::nullopt, {}},
-        {2, Positions{2, 0}, {3, 1}},
-        {2, Positions{}, {}},
-    };
     Rig rig(chainOf(3));
     rig.goOnline();
+    const Speakers all = rig.model->speakers.value();
+    const struct {
+        std::optional<std::uint8_t> target;
+        std::optional<Speakers> on;
+        std::vector<int> addresses;
+    } cases[] = {
+        {std::nullopt, std::nullopt, {1, 2, 3}}, {2, std::nullopt, {2}}, {9, std::nullopt, {}},
+        {2, Speakers{all[2], all[0]}, {3, 1}},   {2, Speakers{}, {}},
+    };
     for (const auto& [target, on, expected] : cases) {
         rig.model->target = target;
-        std::optional<Speakers> listed;
-        if (on) listed.emplace();
-        for (const std::size_t position : on.value_or(Positions{}))
-            listed->push_back(rig.speaker(position));
         rig.port->sent.clear();
-        rig.model->set(3, gain(-9), listed);
+        rig.model->set(3, gain(-9), on);
         rig.time.advance(200ms);
         std::vector<int> addresses;
         for (const Sent& sent : rig.sentOf(Fun::moduleSet))
