@@ -58,7 +58,7 @@ Surroundings surroundingsOf(const Options& options, const Demo* demo, std::share
 CorvaneApp::CorvaneApp(const Options& options)
     : demo(options.demoSpeakers ? std::make_unique<Demo>(*options.demoSpeakers) : nullptr)
     , executor(std::make_shared<UiExecutor>())
-    , model(AppModel::create(surroundingsOf(options, demo.get(), executor))) {
+    , model(std::make_shared<AppModel>(surroundingsOf(options, demo.get(), executor))) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(darkPalette());
     QApplication::setFont(Theme::font(13));

@@ -113,26 +113,21 @@ Task<void> runIfRequested(std::shared_ptr<AppModel> model) {
     const TechPage main = TechPage::all.front();
 
     render(*model, Page::tone, main, folder + QStringLiteral("/0-offline.png"));
-    auto connecting = model->connect();
-    co_await std::move(connecting);
+    co_await model->connect();
 
     seedSimpleMode(*model);
-    auto settled = sleepFor(settling);
-    co_await std::move(settled);
+    co_await sleepFor(settling);
     for (const auto& [page, file] : simplePictures)
         render(*model, page, main, folder + QLatin1String(file));
 
     seedTechnicalMode(*model);
     model->technical = true;
-    auto saving = model->savePreset(presetSlot, "Igreja");
-    co_await std::move(saving);
-    settled = sleepFor(settling);
-    co_await std::move(settled);
+    co_await model->savePreset(presetSlot, "Igreja");
+    co_await sleepFor(settling);
     for (std::size_t i = 0; i < TechPage::all.size(); ++i)
         render(*model, Page::tone, TechPage::all.at(i), folder + technicalFile(i));
 
-    auto leaving = model->disconnect();
-    co_await std::move(leaving);
+    co_await model->disconnect();
     QCoreApplication::quit();
 }
 

@@ -98,14 +98,14 @@ std::vector<ShownPage> pages() {
 
 StillChain::StillChain() {
     const auto line = std::make_shared<Simulator::Line>(time.executor(), Simulator::LineOptions{});
-    model = AppModel::create(surroundings(time.executor(), [line](const std::string&) {
+    model = std::make_shared<AppModel>(surroundings(time.executor(), [line](const std::string&) {
         return std::make_shared<Simulator::MemoryTransport>(line);
     }));
     time.run(model->connect());
 }
 
 LiveChain::LiveChain(OnSetting onSetting)
-    : model(AppModel::create(
+    : model(std::make_shared<AppModel>(
           surroundings(executor, [path = demo.port(), onSetting = std::move(onSetting)](const std::string&) {
               return std::make_shared<TappedPort>(path, onSetting);
           }))) {

@@ -1,5 +1,7 @@
 #include "app/model/appmodel.hpp"
 
+#include "Wendril/text.hpp"
+
 #include <algorithm>
 #include <utility>
 
@@ -8,27 +10,18 @@ namespace Corvane {
 using namespace Wendril;
 
 AppModel::AppModel(Surroundings surroundings)
-    : surroundings(std::move(surroundings)) {}
-
-std::shared_ptr<AppModel> AppModel::create(Surroundings surroundings) {
-    std::shared_ptr<AppModel> model(new AppModel(std::move(surroundings)));
-    model->refreshPorts();
-    return model;
-}
-
-// Requests of the tasks hold the bus until they end; nothing is left to wait for them.
-AppModel::~AppModel() {
-    stopLoop();
-    if (bus) bus->abandon();
+    : surroundings(std::move(surroundings))
+    , link(this->surroundings.executor, [this](const std::string& reason) { linkLost(reason); }) {
+    refreshPorts();
 }
 
 void AppModel::start(Task<void> operation) { spawn(surroundings.executor, std::move(operation)); }
 
+Task<void> AppModel::operation(Steps steps) const { return untilOverruled(life.latest(), std::move(steps)); }
+
 std::shared_ptr<Speaker> AppModel::focus() const {
     const Speakers& all = speakers.value();
-    const auto wanted = target.value();
-    const auto found = std::ranges::find_if(
-        all, [&wanted](const auto& speaker) { return !wanted || speaker->address == *wanted; });
+    const auto found = std::ranges::find_if(all, [this](const auto& each) { return isTargeted(*each); });
     return found == all.end() ? nullptr : *found;
 }
 
@@ -37,11 +30,15 @@ std::vector<std::string_view> AppModel::outputs() const {
     return {K7Q::outputs.begin(), K7Q::outputs.end()};
 }
 
+bool AppModel::isTargeted(const Speaker& speaker) const {
+    const auto wanted = target.value();
+    return !wanted || speaker.address == *wanted;
+}
+
 Speakers AppModel::targeted() const {
     Speakers chosen;
-    const auto wanted = target.value();
     std::ranges::copy_if(speakers.value(), std::back_inserter(chosen),
-                         [&wanted](const auto& speaker) { return !wanted || speaker->address == *wanted; });
+                         [this](const auto& each) { return isTargeted(*each); });
     return chosen;
 }
 
@@ -50,6 +47,10 @@ float AppModel::meter(std::string_view channel) const {
     const auto position = static_cast<std::size_t>(found - K7Q::meterChannels.begin());
     const std::vector<float>& levels = meters.value();
     return position < levels.size() ? levels[position] : silence;
+}
+
+void AppModel::warn(std::uint8_t address, const std::string& complaint) {
+    notice = "A caixa " + twoDigits(address) + " " + complaint;
 }
 
 }  // namespace Corvane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/model/editqueue.hpp"
+#include "app/model/link.hpp"
 #include "app/model/property.hpp"
 #include "app/model/speaker.hpp"
 #include "app/model/status.hpp"
@@ -8,9 +10,7 @@
 #include "Wendril/client.hpp"
 #include "Wendril/filtermath.hpp"
 
-#include <compare>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <limits>
 #include <map>
@@ -22,27 +22,27 @@
 
 namespace Corvane {
 
-/// What the model finds around it: handed in, so that it runs on the Qt event loop with real
-/// speakers as on a test's clock with simulated ones.
+/// What the model needs from outside: the Qt event loop and real ports in the application, a virtual
+/// clock and simulated speakers in a test.
 struct Surroundings {
-    std::shared_ptr<Wendril::Executor> executor;  // of the model and of whoever watches it
+    std::shared_ptr<Wendril::Executor> executor;  // of the model and of all that watch it
     std::function<std::vector<std::string>()> serialPorts;
     std::string extraPort;  // offered first; none if empty
     std::function<std::shared_ptr<Wendril::Transport>(const std::string& path)> serial;
     std::function<std::shared_ptr<Wendril::Transport>(const std::string& host, std::uint16_t port)> bridge;
 };
 
-/// The state of the application and everything that can be done with it. Views read the fields,
-/// which tell whoever watches them when they change, and call the operations; they write only the
-/// fields of the first group. Everything happens on `surroundings.executor`.
+/// The state of the application and everything that can be done with it. Views watch the fields and
+/// call the operations; they write only the fields of the first group. Everything happens on
+/// `surroundings.executor`.
 ///
-/// The tasks hold the model weakly: dropping it ends them and closes the link. Where a task finds
-/// that its link is no longer the model's, it leaves everything as whoever took over has left it.
-class AppModel : public std::enable_shared_from_this<AppModel> {
+/// An operation that is a task may be overruled while it waits: by a later operation, by the end of
+/// the link or of the model. It then changes nothing more, and ends with the request that it waits
+/// for. The model must not be destroyed from a notification of one of its fields.
+class AppModel {
 public:
     /// A model with its ports listed.
-    static std::shared_ptr<AppModel> create(Surroundings surroundings);
-    ~AppModel();
+    explicit AppModel(Surroundings surroundings);
     AppModel(const AppModel&) = delete;
     AppModel& operator=(const AppModel&) = delete;
 
@@ -64,7 +64,6 @@ public:
     Property<std::vector<std::string>> ports;
     Property<Speakers> speakers;  // they outlast a lost link
     Property<std::vector<float>> meters{std::vector<float>(Wendril::K7Q::meterChannels.size(), silence)};
-    Property<bool> discovering{false};
     Property<std::map<int, std::string>> devicePresets;  // slot to name, of the focused speaker
     Property<std::optional<int>> currentPreset;          // slot last loaded or reported as current
 
@@ -91,7 +90,7 @@ public:
     std::optional<Wendril::ModuleValue> value(Wendril::ModuleKind kind, std::string_view channel,
                                               int band = 0) const;
 
-    /// The setting as that case; absent if it is another.
+    /// The setting as that case; absent when the board has reported another.
     template <class Case>
     std::optional<Case> valueAs(Wendril::ModuleKind kind, std::string_view channel, int band = 0) const {
         const auto current = value(kind, channel, band);
@@ -99,9 +98,18 @@ public:
         return payload ? std::optional(*payload) : std::nullopt;
     }
 
-    /// Changes a setting of the targeted speakers at once and queues it for sending. Of several
-    /// unsent values of one module only the newest is sent, in the place of the first.
-    void set(std::uint8_t module, const Wendril::ModuleValue& value);
+    /// The setting as that case; the module's default when the board has reported another.
+    template <class Case>
+    Case valueOrDefault(Wendril::ModuleKind kind, std::string_view channel, int band = 0) const {
+        if (const auto current = valueAs<Case>(kind, channel, band)) return *current;
+        const auto module = Wendril::K7Q::module(Wendril::K7Q::index(kind, channel, band));
+        return *Wendril::ModuleValue::factory(*module)->template as<Case>();
+    }
+
+    /// Changes a module of the targeted speakers, or of those in `on`, at once and queues it for
+    /// sending.
+    void set(std::uint8_t index, const Wendril::ModuleValue& value,
+             const std::optional<Speakers>& on = std::nullopt);
 
     using CompressorChange = std::function<void(Wendril::DynamicsValue& value)>;
     using LimiterChange = std::function<void(Wendril::LimiterValue& value)>;
@@ -135,65 +143,42 @@ public:
     Wendril::Task<void> deletePreset(int number);
 
 private:
-    struct WriteKey {
-        std::uint8_t address;
-        std::uint8_t index;
-        auto operator<=>(const WriteKey&) const = default;  // NOLINT(modernize-use-nullptr): no pointer
-    };
-
-    // An unsent edit, taken from the queue.
-    struct Edit {
-        WriteKey key;
-        Wendril::ModuleValue value;
-    };
-
-    explicit AppModel(Surroundings surroundings);
-
-    // A request to one speaker.
+    using GainChange = std::function<void(Wendril::GainValue& value)>;
+    using Steps = std::function<Wendril::Task<void>()>;
     using Command =
         std::function<Wendril::Task<void>(Wendril::K7QClient client, std::shared_ptr<Speaker> speaker)>;
 
-    // Each takes the model weakly, and after each wait asks whether it still stands.
-    using Weak = std::weak_ptr<AppModel>;
-    static Wendril::Task<void> connect(Weak weak);
-    static Wendril::Task<void> disconnect(Weak weak);
-    static Wendril::Task<bool> leave(Weak weak, std::uint64_t attempt);
-    static Wendril::Task<void> discover(Weak weak, bool renumber);
-    static Wendril::Task<bool> findSpeakers(Weak weak, std::uint64_t discovery, bool renumber);
-    static Wendril::Task<bool> readSpeakers(Weak weak, std::uint64_t discovery);
-    static std::shared_ptr<AppModel> ifStill(const Weak& weak, std::uint64_t discovery);
-    static Wendril::Task<void> live(Weak weak);
-    static Wendril::Task<void> refreshPresets(Weak weak);
-    static Wendril::Task<void> loadPreset(Weak weak, int number);
-    static Wendril::Task<bool> editsSent(Weak weak);
-    static Wendril::Task<void> savePreset(Weak weak, int number, std::string name);
-    static Wendril::Task<void> deletePreset(Weak weak, int number);
-    static Wendril::Task<bool> askTargeted(Weak weak, Command command, std::string complaint);
-    static std::shared_ptr<AppModel> ifStill(const Weak& weak, const Wendril::K7QClient& client);
+    // The steps of the operations. They wait for nothing but by `during`, which throws when the model
+    // has ended meanwhile, so that `this` is valid after every wait.
+    Wendril::Task<void> operation(Steps steps) const;
+    Wendril::Task<void> connectSteps();
+    Wendril::Task<void> disconnectSteps();
+    Wendril::Task<void> discoverSteps(bool renumber);
+    Wendril::Task<void> readSpeakers(Wendril::K7QClient client, Generation discovery);
+    Wendril::Task<void> live(Wendril::K7QClient client, Generation discovery);
+    Wendril::Task<void> refreshPresetsSteps();
+    Wendril::Task<void> loadPresetSteps(int number);
+    Wendril::Task<void> savePresetSteps(int number, std::string name);
+    Wendril::Task<void> deletePresetSteps(int number);
+    Wendril::Task<void> editsSent();
+    Wendril::Task<void> askTargeted(Command command, std::string complaint);
 
     std::shared_ptr<Wendril::Transport> chosenTransport() const;
-    Wendril::Bus::CloseHandler closeHandler(std::uint64_t attempt);
-    void linkLost(std::uint64_t attempt, const std::string& reason);
-    void endDiscovery();
-    void dropEdits();
-    void startLoop();
-    void stopLoop();
-    std::optional<Edit> nextEdit();
+    void linkLost(const std::string& reason);
+    void takeOver(const std::vector<Wendril::DeviceInfo>& found);
+    void warn(std::uint8_t address, const std::string& complaint);
+    bool isTargeted(const Speaker& speaker) const;
     Speakers targeted() const;
+    void editInputGain(const GainChange& change);
     template <class Case>
     void edit(Wendril::ModuleKind kind, const std::vector<std::string_view>& channels,
               const std::function<void(Case&)>& change);
     void rewriteEq(std::string_view channel, const std::function<void(Wendril::PeqValue&)>& change);
 
     const Surroundings surroundings;
-    std::shared_ptr<Wendril::Bus> bus;         // opening, open or closing: the next one waits for its end
-    std::optional<Wendril::K7QClient> client;  // present while connected
-    std::uint64_t attempts = 0;                // connects and disconnects; the latest one rules
-    std::uint64_t discoveries = 0;             // likewise; the end of a link ends its discovery too
-    std::uint64_t listings = 0;                // of presets; likewise
-    std::deque<WriteKey> order;
-    std::map<WriteKey, Wendril::ModuleValue> pending;
-    std::optional<Wendril::Spawned<void>> loop;
+    const Generations life;  // one generation, from the beginning of the model to its end
+    Link link;
+    EditQueue edits;
 };
 
 }  // namespace Corvane

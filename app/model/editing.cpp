@@ -21,22 +21,14 @@ std::optional<ModuleValue> AppModel::value(ModuleKind kind, std::string_view cha
     return ModuleValue::factory(K7Q::module(index).value());
 }
 
-void AppModel::set(std::uint8_t module, const ModuleValue& value) {
-    for (const auto& speaker : targeted()) {
-        ModuleValues values = speaker->values.value();
-        values.insert_or_assign(module, value);
-        speaker->values = std::move(values);
-        const WriteKey key{speaker->address, module};
-        if (pending.insert_or_assign(key, value).second) order.push_back(key);
+void AppModel::set(std::uint8_t index, const ModuleValue& value, const std::optional<Speakers>& on) {
+    for (const auto& speaker : on ? *on : targeted()) {
+        speaker->set(index, value);
+        edits.add({speaker->address, index}, value);
     }
 }
 
-void AppModel::dropEdits() {
-    order.clear();
-    pending.clear();
-}
-
-// The focused speaker's setting with the change goes to all targeted ones, whole.
+// A module is written whole, so the targeted speakers get the focused one's other fields too.
 template <class Case>
 void AppModel::edit(ModuleKind kind, const std::vector<std::string_view>& channels,
                     const std::function<void(Case&)>& change) {
@@ -48,6 +40,8 @@ void AppModel::edit(ModuleKind kind, const std::vector<std::string_view>& channe
     }
 }
 
+void AppModel::editInputGain(const GainChange& change) { edit(ModuleKind::gain, inputs, change); }
+
 void AppModel::editCompressor(const CompressorChange& change) {
     edit(ModuleKind::compressor, outputs(), change);
 }
@@ -55,14 +49,14 @@ void AppModel::editCompressor(const CompressorChange& change) {
 void AppModel::editLimiter(const LimiterChange& change) { edit(ModuleKind::limiter, outputs(), change); }
 
 void AppModel::setVolume(double db) {
-    edit<GainValue>(ModuleKind::gain, inputs, [db](GainValue& gain) { gain.db = static_cast<float>(db); });
+    editInputGain([db](GainValue& gain) { gain.db = static_cast<float>(db); });
 }
 
-// Input 0 decides for both.
+// Both inputs get the same state, the opposite of that of input 0.
 void AppModel::toggleMute() {
     const auto first = valueAs<GainValue>(ModuleKind::gain, inputs.front());
     const bool muted = first && first->mute;
-    edit<GainValue>(ModuleKind::gain, inputs, [muted](GainValue& gain) { gain.mute = !muted; });
+    editInputGain([muted](GainValue& gain) { gain.mute = !muted; });
 }
 
 }  // namespace Corvane

@@ -11,20 +11,23 @@ using namespace Wendril;
 
 namespace {
 
-float limited(float value, float low, float high, float otherwise) {
-    return std::isnan(value) ? otherwise : std::clamp(value, low, high);
+template <class Number>
+Number limited(Number value, const Limits& limits) {
+    const auto number = static_cast<double>(value);
+    return static_cast<Number>(std::isnan(number) ? limits.standard
+                                                  : std::clamp(number, limits.lowest, limits.highest));
 }
 
 }  // namespace
 
 PeqValue limitedGainAndQ(PeqValue band) {
-    band.gain = limited(band.gain, -12, 12, neutralBand.gain);
-    band.q = limited(band.q, 0.3F, 50, neutralBand.q);
+    band.gain = limited(band.gain, bandLimits("gain"));
+    band.q = limited(band.q, bandLimits("q"));
     return band;
 }
 
 PeqValue limited(PeqValue band) {
-    band.fc = std::clamp<std::uint32_t>(band.fc, 20, 22000);
+    band.fc = limited(band.fc, bandLimits("fc"));
     return limitedGainAndQ(band);
 }
 
@@ -49,7 +52,7 @@ void AppModel::setEqBypass(std::string_view channel, bool bypass) {
 }
 
 void AppModel::resetEq(std::string_view channel) {
-    rewriteEq(channel, [](PeqValue& band) { band.gain = 0; });
+    rewriteEq(channel, [](PeqValue& band) { band.gain = neutralBand.gain; });
 }
 
 bool AppModel::eqBypassed(std::string_view channel) const {

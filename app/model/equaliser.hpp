@@ -1,17 +1,24 @@
 #pragma once
 
+#include "Wendril/limits.hpp"
 #include "Wendril/values.hpp"
 
 namespace Corvane {
 
-/// Stands for a band of which the board has reported something else.
-constexpr Wendril::PeqValue neutralBand{.fc = 1000, .gain = 0, .q = 3};
+/// The limits of a field of an equaliser band; they are the same for every channel.
+constexpr Wendril::Limits bandLimits(std::string_view field) {
+    return Wendril::limitsOf(Wendril::ModuleKind::peq, field, "");
+}
 
-/// What the equaliser takes: -12 to +12 dB, Q from 0.3 to 50. A gain or Q that is no number becomes
-/// that of `neutralBand`.
+/// Stands for a band for which the board has reported another kind of value.
+constexpr Wendril::PeqValue neutralBand{.fc = static_cast<std::uint32_t>(bandLimits("fc").standard),
+                                        .gain = static_cast<float>(bandLimits("gain").standard),
+                                        .q = static_cast<float>(bandLimits("q").standard)};
+
+/// Gain and Q within their limits. A NaN becomes the default.
 Wendril::PeqValue limitedGainAndQ(Wendril::PeqValue band);
 
-/// That, and 20 to 22000 Hz.
+/// Frequency, gain and Q within their limits.
 Wendril::PeqValue limited(Wendril::PeqValue band);
 
 }  // namespace Corvane

@@ -1,7 +1,4 @@
 #include "app/model/appmodel.hpp"
-#include "app/model/outcome.hpp"
-
-#include "Wendril/text.hpp"
 
 #include <chrono>
 #include <utility>
@@ -17,59 +14,28 @@ constexpr int missesBeforeNotice = 10;
 
 }  // namespace
 
-void AppModel::startLoop() { loop = spawn(surroundings.executor, live(weak_from_this())); }
-
-void AppModel::stopLoop() {
-    if (loop) loop->requestStop();
-}
-
-std::optional<AppModel::Edit> AppModel::nextEdit() {
-    if (order.empty()) return std::nullopt;
-    const WriteKey key = order.front();
-    order.pop_front();
-    auto entry = pending.extract(key);
-    if (entry.empty()) return std::nullopt;
-    return Edit{key, entry.mapped()};
-}
-
-// Edits go first, one after another without a pause; when none is left, the meters are read.
-Task<void> AppModel::live(Weak weak) {
-    auto asking = currentStopToken();
-    const std::stop_token stop = co_await std::move(asking);
+// Edits go first, one after another without a pause. When none waits, the meters are read.
+Task<void> AppModel::live(K7QClient client, Generation discovery) {
     int misses = 0;
-    for (;;) {
-        auto self = weak.lock();
-        if (stop.stop_requested() || !self || !self->client) co_return;
-        const K7QClient client = *self->client;
-
-        if (const auto edit = self->nextEdit()) {
-            self.reset();
-            auto writing =
-                outcomeOf(client.write(edit->key.address, K7Q::module(edit->key.index).value(), edit->value));
-            const auto written = co_await std::move(writing);
-            self = weak.lock();
-            if (!written && self)
-                self->notice = "A caixa " + twoDigits(edit->key.address) + " não confirmou o ajuste";
+    while (!discovery.isOver()) {
+        if (const auto edit = edits.take()) {
+            // The notice is given also when the discovery is over by then: the edit is lost.
+            const auto written = co_await during(
+                life.latest(),
+                client.write(edit->key.address, K7Q::module(edit->key.index).value(), edit->value));
+            if (!written) warn(edit->key.address, "não confirmou o ajuste");
             continue;
         }
-
-        if (const auto speaker = self->focus()) {
-            self.reset();
-            auto reading = outcomeOf(client.meters(speaker->address));
-            auto levels = co_await std::move(reading);
-            self = weak.lock();
-            if (stop.stop_requested() || !self) co_return;  // whoever ended the link shows silence
+        if (const auto speaker = focus()) {
+            auto levels = co_await during(discovery, client.meters(speaker->address));
             if (levels) {
                 misses = 0;
-                self->meters = *std::move(levels.value);
+                meters = *std::move(levels.value);
             } else if (++misses == missesBeforeNotice) {
-                self->notice = "A caixa " + twoDigits(speaker->address) + " parou de responder";
+                warn(speaker->address, "parou de responder");
             }
         }
-        self.reset();
-        auto pause = sleepFor(meterPause);
-        const bool slept = co_await std::move(pause);
-        if (!slept) co_return;
+        co_await during(discovery, sleepFor(meterPause));
     }
 }
 

@@ -30,8 +30,9 @@ inline bool isOfLink(const std::exception& error) {
                          transport->kind() == Wendril::TransportError::Case::notOpen);
 }
 
-/// Waits for a task and never fails. A link that ends may fail a request before it reports its end
-/// (when an adapter is pulled, a write sees it first); its failures come after that report.
+/// Awaits a task and never fails. A link may fail a request shortly before it reports its own end
+/// (of a pulled adapter, a write learns first). Failures of a link are therefore returned late, so
+/// that the report is handled before them.
 template <class T>
 Wendril::Task<Outcome<T>> outcomeOf(Wendril::Task<T> task) {
     constexpr auto reportDelay = std::chrono::milliseconds(100);
@@ -48,10 +49,7 @@ Wendril::Task<Outcome<T>> outcomeOf(Wendril::Task<T> task) {
         outcome.failure = error.what();
         ofLink = isOfLink(error);
     }
-    if (ofLink) {
-        auto report = Wendril::sleepFor(reportDelay);
-        co_await std::move(report);
-    }
+    if (ofLink) co_await Wendril::sleepFor(reportDelay);
     co_return outcome;
 }
 

@@ -36,8 +36,7 @@ std::optional<TonePreset> AppModel::activePreset() const {
 
 void AppModel::setRoute(std::string_view input, std::string_view output, bool on) {
     const std::string crosspoint = std::string(input) + "-" + std::string(output);
-    MixerValue value =
-        valueAs<MixerValue>(ModuleKind::mixer, crosspoint).value_or(MixerValue{0, false, true});
+    MixerValue value = valueOrDefault<MixerValue>(ModuleKind::mixer, crosspoint);
     value.mute = !on;
     set(K7Q::index(ModuleKind::mixer, crosspoint, 0), ModuleValue{value});
 }
@@ -60,8 +59,8 @@ void AppModel::toggleOutputMute() {
 }
 
 FilterMath::Crossover AppModel::crossover(std::string_view output) const {
-    return {valueAs<FilterValue>(ModuleKind::hpf, output).value_or(FilterValue{20, 3, true}),
-            valueAs<FilterValue>(ModuleKind::lpf, output).value_or(FilterValue{22000, 3, true})};
+    return {valueOrDefault<FilterValue>(ModuleKind::hpf, output),
+            valueOrDefault<FilterValue>(ModuleKind::lpf, output)};
 }
 
 }  // namespace Corvane

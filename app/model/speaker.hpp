@@ -17,8 +17,10 @@ struct Speaker {
         : address(device.address)
         , info(device) {}
 
-    /// Takes over what was read, except where the user has edited `values` since the reading began:
-    /// those edits go to the speaker after it. `before` is what `values` were then.
+    void set(std::uint8_t index, const Wendril::ModuleValue& value);
+
+    /// Takes over what was read. `before` is what `values` were when the reading began: a module that
+    /// the user has edited since keeps the edit, which is sent to the speaker after the reading.
     void take(Wendril::ModuleValues read, const Wendril::ModuleValues& before);
 
     const std::uint8_t address;

@@ -26,7 +26,7 @@ constexpr ToneFilter filterOf(ToneBand band) {
     return filters.at(static_cast<std::size_t>(band));
 }
 
-/// A ready-made tone, gains in dB; `icon` names a symbol. Known by its name.
+/// A ready-made tone: gains in dB, `icon` the name of a symbol. No two have the same name.
 struct TonePreset {
     std::string_view name;
     std::string_view icon;

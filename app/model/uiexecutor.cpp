@@ -24,8 +24,9 @@ TimePoint clockTime() { return std::chrono::steady_clock::now(); }
 
 }  // namespace
 
-// What is to be done, by due time; entries due together keep their order. Suspended tasks wait here
-// and own their executor, so it is the receiver, a child of the application, that ends the agenda.
+// The work that waits, by due time; entries due together keep their order. Suspended tasks wait here,
+// and each owns its executor. The agenda therefore cannot end with the executor alone: the receiver,
+// a child of the application, ends it at the latest.
 class UiExecutor::Agenda {
 public:
     explicit Agenda(QObject* receiver)
@@ -38,15 +39,16 @@ public:
         if (added == entries.begin()) wake();
     }
 
-    // The event has come: another is sent when there is more to do.
-    TimePoint answer() {
+    // Call it when the event has arrived; work that is added from now on sends another. Returns the
+    // time.
+    TimePoint eventArrived() {
         const std::scoped_lock lock(mutex);
-        awake = false;
+        eventSent = false;
         return clockTime();
     }
 
-    // None when nothing is due by then. The work may run an event loop of its own, which sees to the
-    // rest.
+    // Takes the next entry that is due by `limit`; empty when there is none. The entry may run an
+    // event loop of its own, so that an event is sent for the entries after it.
     UniqueFunction take(TimePoint limit) {
         const std::scoped_lock lock(mutex);
         if (entries.empty() || entries.begin()->first > limit) return {};
@@ -55,7 +57,7 @@ public:
         return std::move(next.mapped());
     }
 
-    // The time until there is something to do; none when nothing is left.
+    // Time until the next entry is due; absent when there is none.
     std::optional<Duration> pause() {
         const std::scoped_lock lock(mutex);
         if (entries.empty()) return std::nullopt;
@@ -64,7 +66,7 @@ public:
         return left;
     }
 
-    // Dropped work may post more, which is dropped at once.
+    // Drops all work. Its destruction may post more, which is dropped at once.
     void end() {
         std::multimap<TimePoint, UniqueFunction> dropped;
         const std::scoped_lock lock(mutex);
@@ -72,21 +74,21 @@ public:
         std::swap(dropped, entries);
     }
 
-    void dismissReceiver() {
+    void deleteReceiver() {
         const std::scoped_lock lock(mutex);
         if (receiver) receiver->deleteLater();
     }
 
 private:
-    // Under the lock, so that the receiver is there.
+    // Sends the receiver an event. Call it under the lock: the receiver cannot end meanwhile.
     void wake() {
-        if (!std::exchange(awake, true)) QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
+        if (!std::exchange(eventSent, true)) QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
     }
 
     std::mutex mutex;
     QObject* receiver;  // null once it has ended
     std::multimap<TimePoint, UniqueFunction> entries;
-    bool awake = false;  // an event is on its way
+    bool eventSent = false;  // and not yet arrived
 };
 
 class UiExecutor::Receiver final : public QObject {
@@ -108,10 +110,11 @@ protected:
     }
 
 private:
-    // What is posted meanwhile waits for the next event, so that the user's input gets its turn.
+    // Runs what is due now. Work that is posted meanwhile waits for the next event, so that the user's
+    // input is handled before it.
     void runDue() {
         constexpr Duration longestWait = std::chrono::hours(1);
-        for (const TimePoint limit = agenda->answer(); UniqueFunction work = agenda->take(limit);)
+        for (const TimePoint limit = agenda->eventArrived(); UniqueFunction work = agenda->take(limit);)
             work();
         const auto pause = agenda->pause();
         if (!pause || *pause <= Duration::zero()) return timer.stop();
@@ -127,7 +130,7 @@ UiExecutor::UiExecutor()
     , agenda((new Receiver(QCoreApplication::instance()))->agenda) {}
 
 UiExecutor::~UiExecutor() {
-    agenda->dismissReceiver();
+    agenda->deleteReceiver();
     agenda->end();
 }
 

@@ -7,9 +7,9 @@
 
 namespace Corvane {
 
-/// The Qt event loop of the application, as an executor. Create it on the application's thread,
-/// after the application; drop it anywhere. Work that is undone when either ends is dropped, and so
-/// is what is posted later.
+/// The Qt event loop of the application, as an executor. Create it on the application's thread, after
+/// the application; it may be destroyed on any thread. When it or the application ends, work that has
+/// not run is dropped, as is work that is posted later.
 class UiExecutor final : public Wendril::Executor {
 public:
     UiExecutor();

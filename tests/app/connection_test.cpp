@@ -1,16 +1,15 @@
 #include "rig.hpp"
 
+#include "Wendril/text.hpp"
+
 namespace Tests {
 namespace {
 
-const Status noSpeaker = Status::error("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".");
-
-TEST(PortsTest, OffersTheExtraPortFirstAndChoosesWhatIsThere) {
+TEST(PortsTest, OffersTheExtraPortFirstAndKeepsAChoiceThatIsStillOffered) {
     using List = std::vector<std::string>;
     const struct {
         List serial;
-        std::string extra;
-        std::string chosen;
+        std::string extra, chosen;
         List offered;
         std::string choice;
     } cases[] = {
@@ -22,97 +21,87 @@ TEST(PortsTest, OffersTheExtraPortFirstAndChoosesWhatIsThere) {
         {{"/dev/a"}, "", "/dev/gone", {"/dev/a"}, "/dev/a"},
         {{"/dev/a"}, "", "esp", {"/dev/a"}, "esp"},
     };
-    for (const auto& expected : cases) {
-        List serial;
-        const auto model =
-            AppModel::create({nullptr, [&serial] { return serial; }, expected.extra, nullptr, nullptr});
-        serial = expected.serial;
-        model->portChoice = expected.chosen;
-        model->refreshPorts();
-        EXPECT_EQ(model->ports.value(), expected.offered);
-        EXPECT_EQ(model->portChoice.value(), expected.choice);
+    for (const auto& [serial, extra, chosen, offered, choice] : cases) {
+        AppModel model({nullptr, [serial = serial] { return serial; }, extra, nullptr, nullptr});
+        EXPECT_EQ(model.ports.value(), offered);
+        model.portChoice = chosen;
+        model.refreshPorts();
+        EXPECT_EQ(model.portChoice.value(), choice);
     }
 }
 
-TEST(ConnectionTest, ChoosesTheBridgeOrThePort) {
-    for (const auto& [choice, label] :
-         {std::pair("esp", "192.168.4.18899"), {"/dev/ttyUSB0", "/dev/ttyUSB0"}}) {
-        Rig rig;
-        rig.model->portChoice = choice;
-        rig.goOnline();
-        EXPECT_EQ(rig.model->status.value(), Status::online(label));
-    }
-}
-
-TEST(ConnectionTest, FindsTheSpeakersAndReadsThemAll) {
-    for (const bool addressed : {true, false}) {
-        auto options = chainOf(3);
+TEST(ConnectionTest, FindsOrAddressesUpToSixteenSpeakersAndReadsThemAll) {
+    for (const auto& [boards, addressed] : {std::pair(1U, true), {3U, false}, {17U, true}, {17U, false}}) {
+        auto options = chainOf(boards);
         options.addressed = addressed;
         Rig rig(options);
-        for (std::size_t i = 0; i < 3; ++i)
+        for (unsigned i = 0; i < boards; ++i)
             rig.line->board(i).store(3, gain(static_cast<float>(i)));
+        const std::string link = boards == 1 ? "192.168.4.1:8899" : "/dev/ttyUSB0";
+        if (boards == 1) rig.model->portChoice = "esp";
         const History statuses(rig.model->status);
         const History fractions(rig.model->progress);
 
         rig.goOnline();
 
-        std::vector<Status> expected{Status::working("Conectando a /dev/ttyUSB0…"),
+        const unsigned found = std::min(boards, 16U);
+        std::vector<Status> expected{Status::working("Conectando a " + link + "…"),
                                      Status::working("Procurando caixas…")};
         if (!addressed) expected.push_back(Status::working("Endereçando as caixas…"));
-        for (const char* const address : {"01", "02", "03"})
-            expected.push_back(Status::working(std::string("Lendo a caixa ") + address + "…"));
-        expected.push_back(Status::online("/dev/ttyUSB0"));
-        EXPECT_EQ(statuses.values, expected);
-        ASSERT_EQ(fractions.values.size(), 3 * 92 + 1U);
-        EXPECT_FALSE(fractions.values.back());
-        EXPECT_DOUBLE_EQ(*fractions.values.at(91), 1 / 3.0);
-        EXPECT_TRUE(std::is_sorted(fractions.values.begin(), fractions.values.end() - 1));
-        ASSERT_EQ(rig.model->speakers.value().size(), 3U);
-        for (std::size_t i = 0; i < 3; ++i) {
-            EXPECT_EQ(rig.speaker(i)->address, i + 1);
+        ASSERT_EQ(rig.model->speakers.value().size(), found);
+        for (unsigned i = 0; i < found; ++i) {
+            const auto address = static_cast<std::uint8_t>(i + 1);
+            expected.push_back(Status::working("Lendo a caixa " + twoDigits(address) + "…"));
+            EXPECT_EQ(rig.speaker(i)->address, address);
             EXPECT_EQ(rig.speaker(i)->values.value().size(), 92U);
-            EXPECT_EQ(rig.differing(i), std::vector<int>{});
         }
+        expected.push_back(Status::online(link));
+        EXPECT_EQ(statuses.values, expected);
+        EXPECT_EQ(rig.differing(), none);
+        ASSERT_EQ(fractions.values.size(), found * 92 + 1);
+        EXPECT_FALSE(fractions.values.back());
+        EXPECT_DOUBLE_EQ(*fractions.values.at(91), 1.0 / found);
+        EXPECT_TRUE(std::is_sorted(fractions.values.begin(), fractions.values.end() - 1));
         EXPECT_EQ(rig.line->summary().faults, std::vector<std::string>{});
     }
 }
 
-TEST(ConnectionTest, RenumberingAsksNobodyForAnAddress) {
+TEST(ConnectionTest, ANewDiscoveryKeepsATargetThatIsStillThereAndTheSpeakersWhenNobodyAnswers) {
+    const Status noSpeaker = Status::error("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".");
     Rig rig(chainOf(2));
     rig.goOnline();
     rig.model->target = 2;
     rig.run(rig.model->discover(true));
-    EXPECT_TRUE(rig.sentOf(Fun::linkStatus).empty());
+    EXPECT_TRUE(rig.sentOf(Fun::linkStatus).empty()) << "renumbering does not scan";
     EXPECT_EQ(rig.sentOf(Fun::netAddressSet).size(), 2U);
-    EXPECT_TRUE(rig.model->status.value().isOnline());
     EXPECT_EQ(rig.model->target.value(), 2);
-
     rig.line->mute(1);
     rig.run(rig.model->discover(false));
-    EXPECT_EQ(rig.model->target.value(), std::nullopt) << "that speaker is gone";
-}
+    EXPECT_EQ(rig.model->target.value(), std::nullopt);
 
-TEST(ConnectionTest, NobodyAnswering) {
-    Rig rig;
-    rig.goOnline();
     rig.line->mute(0);
     rig.run(rig.model->discover(false));
     EXPECT_EQ(rig.model->status.value(), noSpeaker);
-    EXPECT_EQ(rig.model->speakers.value().size(), 1U) << "the last state stays on the screen";
-    EXPECT_FALSE(rig.model->discovering.value());
-
+    EXPECT_EQ(rig.model->speakers.value().size(), 1U);
+    rig.model->set(3, gain(-1));
+    rig.run(rig.model->savePreset(1, "Show"));  // does not wait for an edit that nothing sends
     rig.run(rig.model->connect());
     EXPECT_EQ(rig.model->status.value(), noSpeaker);
     EXPECT_TRUE(rig.model->speakers.value().empty());
 }
 
-TEST(ConnectionTest, APortThatDoesNotOpenSaysWhy) {
+TEST(ConnectionTest, APortThatDoesNotOpenSaysWhyAndLeavesNoLink) {
     Rig rig;
     rig.port->refusal = TransportError::open("/dev/ttyUSB0", EACCES);
     rig.run(rig.model->connect());
     EXPECT_EQ(rig.model->status.value(), Status::error(rig.port->refusal->description()));
     rig.run(rig.model->discover(false));
-    EXPECT_TRUE(rig.port->sent.empty()) << "there is no link to discover on";
+    rig.run(rig.model->refreshPresets());
+    rig.run(rig.model->loadPreset(1));
+    rig.run(rig.model->savePreset(1, ""));
+    rig.run(rig.model->deletePreset(1));
+    EXPECT_EQ(rig.model->currentPreset.value(), std::nullopt);
+    EXPECT_TRUE(rig.port->sent.empty());
 
     rig.port->refusal.reset();
     rig.goOnline();
@@ -127,56 +116,23 @@ TEST(ConnectionTest, ASpeakerThatFallsSilentWhileItIsReadKeepsNoValues) {
     EXPECT_EQ(rig.notice(), "A caixa 01 não respondeu a todas as leituras");
     EXPECT_TRUE(rig.speaker(0)->values.value().empty());
     EXPECT_EQ(rig.speaker(1)->values.value().size(), 92U);
-    EXPECT_EQ(rig.model->progress.value(), std::nullopt);
 }
 
-TEST(ConnectionTest, ALostLinkKeepsWhatWasShown) {
+TEST(ConnectionTest, ALostLinkKeepsTheSpeakersAndSendsNoEditAfterwards) {
     const auto unplugged = TransportError::open("/dev/ttyUSB0", EIO);
-    const struct {
-        std::exception_ptr error;
-        std::string text;
-    } cases[] = {
-        {nullptr, "A conexão com as caixas caiu"},
-        {std::make_exception_ptr(unplugged), unplugged.description()},
-    };
-    for (const auto& lost : cases) {
-        Rig rig;
-        rig.goOnline();
-        rig.cable.lock()->cut(lost.error);
-        rig.time.advance(1s);
-        EXPECT_EQ(rig.model->status.value(), Status::error(lost.text));
-        EXPECT_EQ(rig.model->speakers.value().size(), 1U);
+    Rig rig;
+    rig.goOnline();
+    rig.cable.lock()->cut(std::make_exception_ptr(unplugged));
+    rig.time.advance(1s);
+    EXPECT_EQ(rig.model->status.value(), Status::error(unplugged.description()));
+    rig.model->set(3, gain(-7));
+    rig.time.advance(1s);
+    EXPECT_EQ(rig.shown(0, 3), gain(-7));
 
-        rig.model->set(3, gain(-7));
-        rig.time.advance(1s);
-        EXPECT_EQ(rig.shown(0, 3), gain(-7)) << "the hand is followed";
-        rig.goOnline();
-        rig.time.advance(1s);
-        EXPECT_EQ(rig.written(), std::vector<int>{}) << "but nothing of it comes after";
-        EXPECT_EQ(rig.differing(0), std::vector<int>{});
-
-        rig.run(rig.model->disconnect());
-        EXPECT_EQ(rig.model->status.value(), Status::offline());
-        EXPECT_TRUE(rig.model->speakers.value().empty());
-    }
-}
-
-TEST(ConnectionTest, OfTwoDiscoveriesTheLaterOneRules) {
-    for (const int lead : {1, 20, 400, 900}) {
-        Rig rig(chainOf(2));
-        rig.goOnline();
-        rig.model->start(rig.model->discover(false));
-        rig.steps(lead);
-        rig.run(rig.model->discover(true));
-        const auto speakers = rig.model->speakers.value();
-        EXPECT_TRUE(rig.model->status.value().isOnline());
-        rig.port->sent.clear();
-        rig.time.advance(620ms);
-        EXPECT_LE(rig.port->sent.size(), 11U) << "one live loop, a meter reading every 62 ms";
-        EXPECT_EQ(rig.model->speakers.value(), speakers);
-        EXPECT_FALSE(rig.model->discovering.value());
-        EXPECT_EQ(rig.model->progress.value(), std::nullopt);
-    }
+    rig.goOnline();
+    rig.time.advance(1s);
+    EXPECT_EQ(rig.written(), none);
+    EXPECT_EQ(rig.differing(), none);
 }
 
 }  // namespace

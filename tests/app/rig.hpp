@@ -9,15 +9,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstdint>
-#include <exception>
-#include <functional>
 #include <iterator>
-#include <memory>
-#include <optional>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace Tests {
 
@@ -31,18 +24,16 @@ struct Sent {
     std::uint8_t fun;
     std::uint8_t address;
     std::uint8_t module;  // payload byte 1
-    Bytes frame;
 
     bool is(Fun kind) const { return fun == static_cast<std::uint8_t>(kind); }
 };
 
-/// The one port of the rig: it opens once at a time, as a serial port does.
+/// The port of the rig. It opens once at a time, as a serial port does.
 struct Port {
     std::vector<Sent> sent;
-    std::function<bool(const Sent&)> swallow;  // those it says yes to never reach the line
+    std::function<bool(const Sent&)> swallow;  // frames for which it returns true get lost
     std::optional<TransportError> refusal;     // of the next openings
     int holders = 0;
-    int openings = 0;
 };
 
 /// A cable into the simulated line.
@@ -58,20 +49,19 @@ public:
     Cable& operator=(const Cable&) = delete;
 
     std::string name() const override { return label; }
+    std::shared_ptr<Executor> queue() const override { return line->executor; }
     void open(OnData onData, OnClose onClose) override {
         if (port->refusal) throw TransportError(*port->refusal);
         if (port->holders > 0) throw TransportError::open(label, EBUSY);
         ++port->holders;
-        ++port->openings;
         held = true;
         memory.open(std::move(onData), std::move(onClose));
     }
     void write(ByteView data) override {
-        Sent sent{line->executor->now(), data[3], data[2], data.size() > 13 ? data[13] : std::uint8_t{0},
-                  Bytes(data.begin(), data.end())};
-        const bool lost = port->swallow && port->swallow(sent);
-        port->sent.push_back(std::move(sent));
-        if (!lost) memory.write(data);
+        const std::uint8_t module = data.size() > 13 ? data[13] : std::uint8_t{0};
+        port->sent.push_back({line->executor->now(), data[3], data[2], module});
+        const Sent sent = port->sent.back();
+        if (!port->swallow || !port->swallow(sent)) memory.write(data);
     }
     void close() override {
         memory.close();
@@ -81,7 +71,6 @@ public:
         memory.cut(error);
         release();
     }
-    std::shared_ptr<Executor> queue() const override { return line->executor; }
 
 private:
     void release() {
@@ -100,15 +89,7 @@ inline Simulator::LineOptions chainOf(std::size_t boards) { return {.boards = bo
 /// The model, its port and a simulated chain on one virtual clock.
 struct Rig {
     explicit Rig(const Simulator::LineOptions& options = chainOf(1))
-        : line(std::make_shared<Simulator::Line>(time.executor(), options))
-        , model(AppModel::create({
-              .executor = time.executor(),
-              .serialPorts = [] { return std::vector<std::string>{"/dev/ttyUSB0"}; },
-              .extraPort = "",
-              .serial = [this](const std::string& path) { return connectCable(path); },
-              .bridge = [this](const std::string& host,
-                               std::uint16_t number) { return connectCable(host + std::to_string(number)); },
-          })) {}
+        : line(std::make_shared<Simulator::Line>(time.executor(), options)) {}
 
     std::shared_ptr<Transport> connectCable(const std::string& label) {
         auto made = std::make_shared<Cable>(line, port, label);
@@ -116,14 +97,14 @@ struct Rig {
         return made;
     }
 
-    /// False when an hour does not bring it about.
+    /// Runs until `done`, for an hour at most.
     bool until(const std::function<bool()>& done) {
         const TimePoint end = time.now() + 1h;
         time.runUntil([&] { return done() || time.now() >= end; });
         return done();
     }
 
-    /// Runs the next pieces of work, as many as that.
+    /// Runs the next `count` functions that are due.
     void steps(int count) {
         time.runUntil([&count] { return count-- == 0; });
     }
@@ -131,7 +112,7 @@ struct Rig {
     /// Starts the operation and runs until it has ended.
     void run(Task<void> operation) { time.run(std::move(operation)); }
 
-    /// Online, with nothing sent yet but meter requests.
+    /// Connects; the list of sent frames is empty then.
     void goOnline() {
         run(model->connect());
         ASSERT_EQ(model->status.value().state, Status::Case::online) << model->status.value().text;
@@ -160,11 +141,12 @@ struct Rig {
         return speaker(position)->values.value().at(module);
     }
 
-    /// Modules for which the window shows something else than the board holds.
-    std::vector<int> differing(std::size_t position) const {
+    /// Modules of which the model and the board hold different values, for all speakers.
+    std::vector<int> differing() const {
         std::vector<int> modules;
-        for (const auto& [module, value] : speaker(position)->values.value())
-            if (value.encoded() != line->board(position).stored(module)) modules.push_back(module);
+        for (std::size_t i = 0; i < model->speakers.value().size(); ++i)
+            for (const auto& [module, value] : speaker(i)->values.value())
+                if (value.encoded() != line->board(i).stored(module)) modules.push_back(module);
         return modules;
     }
 
@@ -174,7 +156,14 @@ struct Rig {
     std::shared_ptr<Simulator::Line> line;
     std::shared_ptr<Port> port = std::make_shared<Port>();
     std::weak_ptr<Cable> cable;  // the latest one
-    std::shared_ptr<AppModel> model;
+    std::shared_ptr<AppModel> model = std::make_shared<AppModel>(Surroundings{
+        .executor = time.executor(),
+        .serialPorts = [] { return std::vector<std::string>{"/dev/ttyUSB0"}; },
+        .extraPort = "",
+        .serial = [this](const std::string& path) { return connectCable(path); },
+        .bridge = [this](const std::string& host,
+                         std::uint16_t number) { return connectCable(host + ":" + std::to_string(number)); },
+    });
 };
 
 /// Every value that a field takes from now on.
@@ -189,6 +178,8 @@ struct History {
     std::vector<Value> values;
     std::shared_ptr<Watcher> watcher;
 };
+
+const std::vector<int> none;
 
 inline ModuleValue gain(float db) { return {GainValue{db, false, true}}; }
 

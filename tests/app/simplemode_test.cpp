@@ -1,5 +1,7 @@
 #include "rig.hpp"
 
+#include "app/model/equaliser.hpp"
+
 namespace Tests {
 namespace {
 
@@ -13,6 +15,7 @@ TEST(SimpleModeTest, ToneIsThreeBandsOfBothInputs) {
     rig.model->setTone(ToneBand::bass, -4);
     rig.model->setTone(ToneBand::mid, 2.5);
     rig.model->setTone(ToneBand::treble, 1);
+    EXPECT_EQ(rig.model->activePreset()->name, "Voz");
     for (const std::string_view input : K7Q::inputs) {
         EXPECT_EQ(band(rig, input, 0), (PeqValue{100, -4, 0.7F, 1, false}));
         EXPECT_EQ(band(rig, input, 1).fc, 329U) << "as it was";
@@ -22,47 +25,40 @@ TEST(SimpleModeTest, ToneIsThreeBandsOfBothInputs) {
 }
 
 TEST(SimpleModeTest, ATonePresetIsActiveWithinATwentiethOfADecibel) {
-    const struct {
-        double bass, mid, treble;
-        std::string name;
-    } cases[] = {
-        {0, 0, 0, "Plano"},         {-4, 2.5, 1, "Voz"},    {3, 0, 2, "Música"},
-        {5, -1.5, 3, "Festa"},      {2, 1, 1.5, "Ao vivo"}, {-4, 2.5, 1.04, "Voz"},
-        {-3.96, 2.54, 0.96, "Voz"}, {-4, 2.5, 1.06, ""},    {-4, 2.5, 0.94, ""},
-    };
     Rig rig;
-    EXPECT_EQ(rig.model->activePreset()->name, "Plano") << "nothing read yet";
     rig.goOnline();
-    for (const auto& expected : cases) {
-        rig.model->setTone(ToneBand::bass, expected.bass);
-        rig.model->setTone(ToneBand::mid, expected.mid);
-        rig.model->setTone(ToneBand::treble, expected.treble);
-        const auto active = rig.model->activePreset();
-        EXPECT_EQ(active ? active->name : "", expected.name);
-    }
+    for (const TonePreset& preset : TonePreset::all)
+        for (const auto& [offset, active] : {std::pair(0.04, true), {-0.04, true}, {0.06, false}})
+            for (const ToneBand moved : toneBands) {
+                for (const ToneBand each : toneBands)
+                    rig.model->setTone(each, preset.gain(each) + (each == moved ? offset : 0));
+                EXPECT_EQ(rig.model->activePreset(), active ? std::optional(preset) : std::nullopt) << offset;
+            }
 }
 
-TEST(SimpleModeTest, RoutingKeepsTheLevelOfACrosspoint) {
+TEST(SimpleModeTest, LevelsMutesAndRoutesLeaveTheOtherFieldsOfAModule) {
     Rig rig;
+    for (const int module : {1, 3, 4, 5})
+        rig.line->board(0).store(std::uint8_t(module), {GainValue{-6, true, false}});
+    rig.line->board(0).store(2, {GainValue{-2, false, true}});
     rig.line->board(0).store(80, {MixerValue{-6, true, false}});
     rig.goOnline();
-    rig.model->setRoute("In1", "Out0", true);
-    EXPECT_EQ(rig.shown(0, 80), ModuleValue{(MixerValue{-6, false, false})});
-    rig.model->setRoute("In1", "Out0", false);
-    EXPECT_EQ(rig.shown(0, 80), ModuleValue{(MixerValue{-6, true, false})});
-}
-
-TEST(SimpleModeTest, MutingTheOutputsTakesAllFour) {
-    Rig rig;
-    for (std::uint8_t module = 3; module <= 5; ++module)
-        rig.line->board(0).store(module, {GainValue{-2, true, true}});
-    rig.goOnline();
-    rig.model->output = 1;
+    rig.model->setVolume(-9);
+    rig.model->toggleMute();  // input 0 decides
+    EXPECT_EQ(rig.shown(0, 1), ModuleValue{(GainValue{-9, false, false})});
+    EXPECT_EQ(rig.shown(0, 2), gain(-9));
+    rig.model->toggleMute();
+    EXPECT_EQ(rig.shown(0, 2), ModuleValue{(GainValue{-9, true, true})});
+    for (const bool on : {true, false}) {
+        rig.model->setRoute("In1", "Out0", on);
+        EXPECT_EQ(rig.shown(0, 80), ModuleValue{(MixerValue{-6, !on, false})});
+    }
+    rig.model->output = 1;  // makes no difference
     EXPECT_FALSE(rig.model->outputsMuted());
     rig.model->toggleOutputMute();
     EXPECT_TRUE(rig.model->outputsMuted());
     rig.model->toggleOutputMute();
-    EXPECT_EQ(rig.shown(0, 3), gain(-2));
+    EXPECT_EQ(rig.shown(0, 3), ModuleValue{(GainValue{-6, false, false})});
     EXPECT_EQ(rig.shown(0, 6), gain(0));
 }
 
@@ -80,22 +76,37 @@ TEST(SimpleModeTest, AnEqualiserAsAWholeIsRewrittenWithinItsLimits) {
     EXPECT_TRUE(rig.model->eqBypassed("Out1"));
     rig.model->resetEq("Out1");
     EXPECT_EQ(band(rig, "Out1", 0), (PeqValue{20, 0, 0.3F, 2, true}));
-    rig.time.advance(1s);
-    EXPECT_EQ(rig.written().size(), 10U);
-
-    rig.model->set(34, {band(rig, "Out2", 9)});
-    EXPECT_FALSE(rig.model->eqBypassed("Out1")) << "the last band is not";
-    rig.port->sent.clear();
+    rig.model->set(34, {PeqValue{1000, 0, 1, 0, false}});  // the last band
+    EXPECT_FALSE(rig.model->eqBypassed("Out1"));
     rig.model->resetEq("In0");
     rig.time.advance(1s);
-    EXPECT_EQ(rig.written(), (std::vector<int>{34, 7, 8, 9, 10}));
+    EXPECT_EQ(rig.written(), (std::vector<int>{25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 7, 8, 9, 10}));
 }
 
-TEST(SimpleModeTest, ACrossoverNeverReadIsOpen) {
+TEST(SimpleModeTest, AModuleNotReadOrOfAnotherKindCountsAsItsDefault) {
     Rig rig;
-    const auto crossover = rig.model->crossover("Out2");
-    EXPECT_EQ(crossover.highPass, (FilterValue{20, 3, true}));
-    EXPECT_EQ(crossover.lowPass, (FilterValue{22000, 3, true}));
+    AppModel& model = *rig.model;
+    EXPECT_EQ(model.valueAs<PeqValue>(ModuleKind::peq, "Out3", 9)->fc, 11639U);
+    EXPECT_EQ(model.value(ModuleKind::vu, "In0"), std::nullopt);
+    model.toggleMute();  // of no speaker
+    for (const bool read : {false, true}) {
+        if (read) rig.goOnline();
+        for (std::uint8_t module = 1; module <= 92; ++module)
+            model.set(module, {true});
+        EXPECT_EQ(model.crossover("Out2").highPass, (FilterValue{20, 3, true}));
+        EXPECT_EQ(model.crossover("Out2").lowPass, (FilterValue{22000, 3, true}));
+        EXPECT_EQ(model.activePreset()->name, "Plano");
+        EXPECT_FALSE(model.outputsMuted());
+        EXPECT_FALSE(model.eqBypassed("Out3"));
+    }
+    model.setVolume(-3);
+    model.toggleOutputMute();
+    EXPECT_EQ(rig.shown(0, 1), ModuleValue{true}) << "no gain to change";
+    EXPECT_EQ(rig.shown(0, 3), ModuleValue{true});
+    model.setRoute("In1", "Out0", true);
+    EXPECT_EQ(rig.shown(0, 80), ModuleValue{(MixerValue{0, false, true})});
+    model.resetEq("Out3");
+    EXPECT_EQ(band(rig, "Out3", 9), (PeqValue{1000, 0, 3, 0, false}));
 }
 
 }  // namespace

@@ -46,8 +46,8 @@ void SpeakerStrip::addSearchButton(QHBoxLayout& row) {
                                              QStringLiteral("Procurar e renumerar as caixas"), 18, this);
     button->action = [this] { model.start(model.discover(true)); };
     Corvane::bind(
-        *button, [this] { return model.status.value().isOnline() && !model.discovering.value(); },
-        [button](bool idle) { button->setEnabled(idle); });
+        *button, [this] { return model.status.value().isOnline(); },
+        [button](bool online) { button->setEnabled(online); });
     row.addWidget(button);
 }
 
