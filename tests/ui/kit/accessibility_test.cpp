@@ -6,6 +6,7 @@
 #include "ui/kit/knob.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/outputmeters.hpp"
+#include "ui/kit/panel.hpp"
 #include "ui/kit/pillbutton.hpp"
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/theme.hpp"
@@ -23,7 +24,7 @@ QAccessibleInterface& reader(QWidget& control) { return *QAccessible::queryAcces
 TEST(AccessibilityTest, EveryControlHasNameRoleAndValue) {
     Kit::Knob knob("Graves", {-12, 12}, 0, 0.5, Formats::signedDecibels, {}, nullptr);
     Kit::Fader fader("Entrada", {-60, 6}, 0, Formats::decibels, {.levels = 2}, nullptr);
-    Kit::ScrubField field("Frequência", {20, 22000}, Formats::frequency, {.step = 1, .logarithmic = true},
+    Kit::ScrubField field("Frequência", {20, 22000}, Formats::formatHz, {.step = 1, .logarithmic = true},
                           nullptr);
     Kit::AnalogVU meter("ENTRADA L", -18, nullptr);
     Kit::PillButton pill("MUDO", Kit::PillButton::Size::regular, nullptr);

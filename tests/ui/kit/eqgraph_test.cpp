@@ -72,7 +72,7 @@ EQGraph::Handle handle(int id, double fc, double gain) {
 }  // namespace
 
 TEST(EQGraphTest, FrequenciesAndLevelsHaveTheirPlaces) {
-    const Kit::EqPlot plot{QRectF(40, 18, 600, 208)};
+    const Kit::EQPlot plot{QRectF(40, 18, 600, 208)};
     EXPECT_NEAR(plot.x(20), 40, 1e-9);
     EXPECT_NEAR(plot.x(20000), 640, 1e-9);
     EXPECT_NEAR(plot.x(200), 240, 1e-9);
@@ -84,8 +84,8 @@ TEST(EQGraphTest, FrequenciesAndLevelsHaveTheirPlaces) {
         EXPECT_NEAR(plot.hz(plot.x(hz)), hz, 1e-6);
     for (const double db : {-18.0, -2.5, 18.0})
         EXPECT_NEAR(plot.db(plot.y(db)), db, 1e-9);
-    ASSERT_EQ(Kit::EqPlot::freqs().size(), 320U);
-    EXPECT_NEAR(plot.x(Kit::EqPlot::freqs().back()), 640, 1e-6);
+    ASSERT_EQ(Kit::EQPlot::freqs().size(), 320U);
+    EXPECT_NEAR(plot.x(Kit::EQPlot::freqs().back()), 640, 1e-6);
 }
 
 TEST(EQGraphTest, TheGraphsOwnAreaIsAsHighAsAskedAndTheLabelsStandInIt) {
@@ -94,10 +94,10 @@ TEST(EQGraphTest, TheGraphsOwnAreaIsAsHighAsAskedAndTheLabelsStandInIt) {
 }
 
 TEST(EQGraphTest, LevelsFarOutsideAreDrawnJustOutside) {
-    EXPECT_EQ(Kit::EqPlot::shownLevel(30), 21.6);
-    EXPECT_EQ(Kit::EqPlot::shownLevel(-120), -21.6);
-    EXPECT_EQ(Kit::EqPlot::shownLevel(-20), -20);
-    EXPECT_EQ(Kit::EqPlot::shownLevel(std::numeric_limits<double>::quiet_NaN()), 0);
+    EXPECT_EQ(Kit::EQPlot::drawnLevel(30), 21.6);
+    EXPECT_EQ(Kit::EQPlot::drawnLevel(-120), -21.6);
+    EXPECT_EQ(Kit::EQPlot::drawnLevel(-20), -20);
+    EXPECT_EQ(Kit::EQPlot::drawnLevel(std::numeric_limits<double>::quiet_NaN()), 0);
 }
 
 TEST(EQGraphTest, ADraggedHandleFollowsThePointer) {

@@ -17,8 +17,8 @@ void expectPoints() {
         {decibels(-3.26), "-3.3 dB"}, {signedDecibels(0), "+0.0 dB"}, {signedDecibels(-12), "-12.0 dB"},
         {wholeDecibels(30), "30 dB"}, {ratio(4), "4.0 : 1"},          {delay(2.5), "2.50 ms"},
         {distance(5), "171.5 cm"},    {time(999), "999 ms"},          {time(1000), "1.00 s"},
-        {time(1240), "1.24 s"},       {percent(0.45), "45%"},         {frequency(999.6), "1000 Hz"},
-        {frequency(1000), "1.00k"},   {frequency(9999), "10.00k"},    {frequency(12500), "12.5k"},
+        {time(1240), "1.24 s"},       {percent(0.45), "45%"},         {formatHz(999.6), "1000 Hz"},
+        {formatHz(1000), "1.00k"},    {formatHz(9999), "10.00k"},     {formatHz(12500), "12.5k"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(c.text, c.expected);

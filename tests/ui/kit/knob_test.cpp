@@ -1,10 +1,11 @@
 #include "tests/ui/kit/hand.hpp"
 #include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
-#include "ui/kit/knob.hpp"
+#include "ui/kit/timeknob.hpp"
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 namespace {
@@ -31,7 +32,7 @@ struct Owned {
 
 struct Threshold : Owned<Kit::Knob> {
     explicit Threshold(double value, Kit::Range range = {-20, 22}, double step = 0.5)
-        : Owned(value, "Threshold", range, 5, step, Formats::signedDecibels, Kit::KnobLook{}) {}
+        : Owned(value, "Threshold", range, 5, step, Formats::signedDecibels, Kit::Knob::Look{}) {}
 };
 
 struct Volume : Owned<Kit::Fader> {
@@ -148,15 +149,15 @@ TEST(KnobTest, ADragEndsWithTheControlsUse) {
     EXPECT_EQ(knob.value(), 2);
 }
 
-TEST(TimeKnobTest, WalksThroughTheTableOfTimes) {
-    Owned<Kit::TimeKnob> attack(Kit::TimeKnob::positionOf(724), "Attack", 96.0);
-    EXPECT_EQ(attack.control.valueText(), "724 ms");
-    Hand::wheel(attack.control, 120);
-    EXPECT_GT(Kit::TimeKnob::timeOf(attack.value()), 724U);
-    QTest::mouseDClick(&attack.control, Qt::LeftButton);
-    EXPECT_EQ(attack.control.valueText(), "45 ms");
-    EXPECT_EQ(Kit::TimeKnob::timeOf(-5), Kit::TimeKnob::timeOf(0));
-    EXPECT_EQ(Kit::TimeKnob::timeOf(1e9), Kit::TimeKnob::timeOf(attack.control.range.upper));
+TEST(TimeKnobTest, WalksThroughTheTableOfTimesAndSpeaksMilliseconds) {
+    std::uint32_t set = 0;
+    const std::unique_ptr<Kit::TimeKnob> attack(Kit::timeKnob(
+        "Attack", 724, 96, [&set](std::uint32_t ms) { set = ms; }, nullptr));
+    EXPECT_EQ(attack->valueText(), "724 ms");
+    Hand::wheel(*attack, 120);
+    EXPECT_GT(set, 724U);
+    QTest::mouseDClick(attack.get(), Qt::LeftButton);
+    EXPECT_EQ(set, 45U);
 }
 
 TEST(FaderTest, TravelsItsTrackInStepsOfATenth) {

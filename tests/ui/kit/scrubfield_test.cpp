@@ -20,7 +20,7 @@ struct Form {
     std::vector<double> reports;
 
     Form(double value, Kit::Range range, const ScrubField::Look& look)
-        : field("Campo", range, Formats::frequency, look, &window)
+        : field("Campo", range, Formats::formatHz, look, &window)
         , elsewhere(&window) {
         window.resize(300, 60);
         elsewhere.setGeometry(100, 20, 100, 20);
