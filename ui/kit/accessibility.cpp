@@ -1,7 +1,9 @@
 #include "ui/kit/accessibility.hpp"
 
+#include "ui/kit/caption.hpp"
 #include "ui/kit/control.hpp"
 #include "ui/kit/panel.hpp"
+#include "ui/kit/tabs.hpp"
 #include "ui/kit/valuecontrol.hpp"
 
 #include <QAccessible>
@@ -11,13 +13,15 @@ namespace Kit {
 
 namespace {
 
+bool isTab(const Control& control) { return control.accessibleRole() == QAccessible::PageTab; }
+
 class AccessibleControl : public QAccessibleWidget {
 public:
     explicit AccessibleControl(Control* control)
         : QAccessibleWidget(control, control->accessibleRole())
         , control(control) {}
 
-    // Readers that do not ask for a value as text read the description.
+    // Some screen readers do not ask for the value as text, but all read the description.
     QString text(QAccessible::Text kind) const override {
         const bool isValue = kind == QAccessible::Value ||
                              (kind == QAccessible::Description && !control->valueText().isEmpty());
@@ -27,7 +31,9 @@ public:
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
         state.checkable = control->isCheckable();
-        state.checked = control->isChecked();
+        state.checked = control->isCheckable() && control->isChecked();
+        state.selectable = isTab(*control);
+        state.selected = isTab(*control) && control->isChecked();
         return state;
     }
 
@@ -74,6 +80,8 @@ private:
 QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
     if (auto* const value = dynamic_cast<ValueControl*>(object)) return new AccessibleValueControl(value);
     if (auto* const control = dynamic_cast<Control*>(object)) return new AccessibleControl(control);
+    if (auto* const tabs = dynamic_cast<Tabs*>(object))
+        return new QAccessibleWidget(tabs, QAccessible::PageTabList);
     if (auto* const caption = dynamic_cast<Caption*>(object))
         return new QAccessibleWidget(caption, QAccessible::StaticText);
     if (auto* const panel = dynamic_cast<Panel*>(object))
@@ -93,9 +101,10 @@ void installAccessibility() {
 
 void notifyValueChanged(Control& control) {
     if (!QAccessible::isActive()) return;
-    if (control.isCheckable()) {
+    if (control.isCheckable() || isTab(control)) {
         QAccessible::State changed;
-        changed.checked = true;
+        changed.checked = control.isCheckable();
+        changed.selected = isTab(control);
         QAccessibleStateChangeEvent event(&control, changed);
         return QAccessible::updateAccessibility(&event);
     }

@@ -4,9 +4,10 @@ namespace Kit {
 
 class Control;
 
-/// Lets screen readers see the controls. Does nothing the second time.
+/// Makes the controls known to screen readers. Further calls do nothing.
 void installAccessibility();
 
+/// Tells screen readers that the value or the on state of a control has changed.
 void notifyValueChanged(Control& control);
 
 }  // namespace Kit

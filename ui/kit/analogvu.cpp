@@ -1,8 +1,10 @@
 #include "ui/kit/analogvu.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/pictures.hpp"
+#include "ui/kit/polar.hpp"
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/text.hpp"
 
-#include <QPainterPath>
 #include <QtMath>
 
 #include <algorithm>
@@ -17,28 +19,22 @@ namespace {
 constexpr std::array<double, 11> marks{-20, -10, -7, -5, -3, -2, -1, 0, 1, 2, 3};
 constexpr std::array<double, 11> minorMarks{-15, -12, -8.5, -6, -4, -2.5, -1.5, -0.5, 0.5, 1.5, 2.5};
 constexpr double fullScale = 3;       // VU
-constexpr double overshoot = 1.04;    // of full scale
+constexpr double overshoot = 1.04;    // the most that is shown, in parts of full scale
 constexpr double restingAngle = -50;  // degrees
 constexpr double fullAngle = 100;     // from rest to full scale
 constexpr double captionHeight = 26;
 constexpr double bezelWidth = 9;
-constexpr double leastAspect = 1.7;  // of the face: the outermost numbers need that width
+constexpr double leastAspect = 1.7;  // of the face, so that the outermost numbers fit
 
 // In parts of the face's height.
 constexpr double pivotDepth = 1.18;
 constexpr double arcRadius = 0.88;
 constexpr double needleLength = 0.93;
 
-QColor ink() { return Theme::rgb(0.12, 0.08, 0.04); }
+QColor brown() { return Theme::rgb(0.12, 0.08, 0.04); }
 QColor red() { return Theme::rgb(0.78, 0.10, 0.06); }
 
 QPointF pivotOf(const QRectF& face) { return {face.center().x(), face.top() + pivotDepth * face.height()}; }
-
-// Where a line from the pivot at that angle has that length.
-QPointF along(QPointF pivot, double length, double degrees) {
-    const double angle = qDegreesToRadians(degrees);
-    return pivot + QPointF(length * std::sin(angle), -length * std::cos(angle));
-}
 
 void drawArc(QPainter& painter, const QRectF& face, double fromVu, double toVu, const QColor& color) {
     const double radius = arcRadius * face.height();
@@ -56,26 +52,26 @@ void drawMark(QPainter& painter, const QRectF& face, double vu, bool major) {
     const double angle = AnalogVU::needleAngle(vu);
     const QPointF pivot = pivotOf(face);
     const double length = major ? 0.06 : 0.035;
-    painter.setPen(QPen(vu > 0 ? red() : ink(), (major ? 0.014 : 0.009) * h, Qt::SolidLine, Qt::FlatCap));
-    painter.drawLine(along(pivot, arcRadius * h, angle), along(pivot, (arcRadius + length) * h, angle));
+    painter.setPen(QPen(vu > 0 ? red() : brown(), (major ? 0.014 : 0.009) * h, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(onCircle(pivot, arcRadius * h, angle), onCircle(pivot, (arcRadius + length) * h, angle));
     if (!major) return;
-    // Numbers stand along the arc.
+    // Each number is turned to stand upright on the arc.
     painter.save();
-    painter.translate(along(pivot, (arcRadius + length + 0.052) * h, angle));
+    painter.translate(onCircle(pivot, (arcRadius + length + 0.052) * h, angle));
     painter.rotate(angle);
     const QString number = QString::asprintf(vu > 0 ? "+%.0f" : "%.0f", vu);
     Paint::text(painter, QRectF(-0.2 * h, -0.06 * h, 0.4 * h, 0.12 * h), Qt::AlignCenter, number,
-                {Theme::font(0.072 * h, QFont::DemiBold), vu > 0 ? red() : ink(), {}, false});
+                {Theme::font(0.072 * h, QFont::DemiBold), vu > 0 ? red() : brown(), {}, false});
     painter.restore();
 }
 
 void drawFace(QPainter& painter, const QRectF& face) {
-    QLinearGradient card(face.topLeft(), face.bottomLeft());
-    card.setColorAt(0, Theme::rgb(1.0, 0.9, 0.55));
-    card.setColorAt(0.55, Theme::rgb(0.97, 0.72, 0.3));
-    card.setColorAt(1, Theme::rgb(0.62, 0.38, 0.1));
-    Paint::fill(painter, face, 9, card);
-    drawArc(painter, face, marks.front(), 0, ink());
+    QLinearGradient backlight(face.topLeft(), face.bottomLeft());
+    backlight.setColorAt(0, Theme::rgb(1.0, 0.9, 0.55));
+    backlight.setColorAt(0.55, Theme::rgb(0.97, 0.72, 0.3));
+    backlight.setColorAt(1, Theme::rgb(0.62, 0.38, 0.1));
+    Paint::fill(painter, face, 9, backlight);
+    drawArc(painter, face, marks.front(), 0, brown());
     drawArc(painter, face, 0, marks.back(), red());
     for (const double vu : minorMarks)
         drawMark(painter, face, vu, false);
@@ -83,7 +79,7 @@ void drawFace(QPainter& painter, const QRectF& face) {
         drawMark(painter, face, vu, true);
     const double h = face.height();
     Paint::text(painter, QRectF(face.left(), face.top() + 0.48 * h, face.width(), 0.2 * h), Qt::AlignCenter,
-                QStringLiteral("VU"), {Theme::font(0.15 * h, QFont::Bold), ink(), {}, false});
+                QStringLiteral("VU"), {Theme::font(0.15 * h, QFont::Bold), brown(), {}, false});
     Paint::innerShadow(painter, face, 9, {Theme::black(0.45), 12, 5});
 }
 
@@ -97,11 +93,11 @@ void drawGlass(QPainter& painter, const QRectF& face) {
 
 }  // namespace
 
-// The middle of the face. Nothing shows through it, so that a move of the needle leaves alone what
-// lies under the meter.
-class AnalogVU::Card final : public QWidget {
+// The part of the face in which the needle moves, as an opaque widget of its own. When the needle moves
+// the toolkit repaints this widget alone; without it, the panel and the window behind the meter too.
+class AnalogVU::NeedleArea final : public QWidget {
 public:
-    explicit Card(AnalogVU& meter)
+    explicit NeedleArea(AnalogVU& meter)
         : QWidget(&meter)
         , meter(meter) {
         setAttribute(Qt::WA_OpaquePaintEvent);
@@ -131,7 +127,7 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
                  drawnAngle = needle.position();
              })
     , drawnAngle(restingAngle)
-    , card(new Card(*this)) {
+    , needleArea(new NeedleArea(*this)) {
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(label);
     setMinimumSize(200, 130);
@@ -167,18 +163,18 @@ QRectF AnalogVU::face() const { return bezel().adjusted(bezelWidth, bezelWidth, 
 
 QRectF AnalogVU::peakLamp() const { return {face().right() - 18, face().top() + 11, 7, 7}; }
 
-// What the needle and its shadow cover at these angles, by bands: the box round a slanted line is
-// mostly empty.
+// The area that the needle and its shadow cover at the angles `from` and `to`. It is made of four flat
+// rectangles, one above the other: a single rectangle around a slanted line would be mostly empty.
 QRegion AnalogVU::sweptBetween(double from, double to) const {
     constexpr int bands = 4;
-    const QRectF card = face();
-    const QPointF pivot = pivotOf(card);
-    const auto line = [&](int number) { return std::round(card.top() + card.height() * number / bands); };
+    const QRectF area = face();
+    const QPointF pivot = pivotOf(area);
+    const auto line = [&](int number) { return std::round(area.top() + area.height() * number / bands); };
     QRegion swept;
     for (int i = 0; i < bands; ++i) {
         QRectF covered;
         for (const double angle : {from, to}) {
-            const double tip = along(pivot, needleLength * card.height(), angle).y() - 3;
+            const double tip = onCircle(pivot, needleLength * area.height(), angle).y() - 3;
             const double top = std::max(line(i), std::floor(tip));
             const double bottom = line(i + 1);
             if (top >= bottom) continue;
@@ -194,45 +190,46 @@ QRegion AnalogVU::sweptBetween(double from, double to) const {
 
 void AnalogVU::redraw(const QRegion& region) {
     update(region);
-    card->update(region.translated(-card->pos()));
+    needleArea->update(region.translated(-needleArea->pos()));
 }
 
 void AnalogVU::resizeEvent(QResizeEvent*) {
-    constexpr int roundCorner = 3;  // what the face's corners leave open
-    card->setGeometry(face().toAlignedRect().adjusted(roundCorner, roundCorner, -roundCorner, -roundCorner));
+    constexpr int roundCorner = 3;  // the rounded corners of the face are transparent
+    needleArea->setGeometry(
+        face().toAlignedRect().adjusted(roundCorner, roundCorner, -roundCorner, -roundCorner));
 }
 
 void AnalogVU::paint(QPainter& painter) {
-    Paint::cached(painter, QStringLiteral("vu"), bezel(), [&](QPainter& ink) {
-        ink.translate(-bezel().topLeft());
-        Paint::fill(ink, bezel(), 16,
+    Paint::cached(painter, QStringLiteral("vu"), bezel(), [&](QPainter& canvas) {
+        canvas.translate(-bezel().topLeft());
+        Paint::fill(canvas, bezel(), 16,
                     Theme::vertical(bezel(), Theme::rgb(0.2, 0.21, 0.25), Theme::rgb(0.08, 0.085, 0.1)));
-        Paint::edge(ink, bezel(), 16, Theme::rim(bezel()));
-        drawFace(ink, face());
+        Paint::edge(canvas, bezel(), 16, Theme::rim(bezel()));
+        drawFace(canvas, face());
     });
     drawNeedle(painter);
     Paint::cached(painter, QStringLiteral("vu glass"), face(),
-                  [&](QPainter& ink) { drawGlass(ink, QRectF(QPointF(), face().size())); });
+                  [&](QPainter& canvas) { drawGlass(canvas, QRectF(QPointF(), face().size())); });
     const bool peak = vu() > fullScale;
     if (peak) Paint::dropShadow(painter, peakLamp(), 3.5, {red(), 8, 0});
     Paint::fill(painter, peakLamp(), 3.5, peak ? Theme::rgb(1, 0.16, 0.1) : Theme::rgb(0.35, 0.12, 0.08));
     const QRectF caption(0, bezel().bottom() + 6, width(), captionHeight - 6);
-    Paint::cached(painter, label, caption, [&](QPainter& ink) {
-        Paint::text(ink, QRectF(QPointF(), caption.size()), Qt::AlignCenter, label,
+    Paint::cached(painter, label, caption, [&](QPainter& canvas) {
+        Paint::text(canvas, QRectF(QPointF(), caption.size()), Qt::AlignCenter, label,
                     {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false});
     });
 }
 
 void AnalogVU::drawNeedle(QPainter& painter) const {
-    const QRectF card = face();
-    const QPointF pivot = pivotOf(card);
+    const QRectF area = face();
+    const QPointF pivot = pivotOf(area);
     const double angle = needle.position();
-    const QPointF tip = along(pivot, needleLength * card.height(), angle);
-    // Drawn in pieces so low that the toolkit does not wake other threads for them.
+    const QPointF tip = onCircle(pivot, needleLength * area.height(), angle);
+    // Pieces of a sixth are low enough for the toolkit to draw them without starting other threads.
     constexpr int pieces = 6;
-    const QPointF base = along(pivot, (pivotDepth - 1) * card.height(), angle);
+    const QPointF base = onCircle(pivot, (pivotDepth - 1) * area.height(), angle);
     painter.save();
-    painter.setClipRect(card.adjusted(1, 1, -1, -1), Qt::IntersectClip);
+    painter.setClipRect(area.adjusted(1, 1, -1, -1), Qt::IntersectClip);
     const auto draw = [&](const QColor& color, double width, QPointF offset) {
         painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap));
         for (int i = 0; i < pieces; ++i)
@@ -240,7 +237,7 @@ void AnalogVU::drawNeedle(QPainter& painter) const {
                              base + (tip - base) * (i + 1) / pieces + offset);
     };
     draw(Theme::black(0.22), 2.6, QPointF(2.5, 2.5));
-    draw(ink(), 1.6, {});
+    draw(brown(), 1.6, {});
     painter.restore();
 }
 

@@ -8,16 +8,16 @@
 
 namespace Kit {
 
-/// A needle meter. Its scale is linear in voltage, as on the instruments that it is drawn after.
+/// A needle meter with a scale that is linear in voltage, as on analogue VU meters.
 class AnalogVU final : public Control {
 public:
     /// `reference`: the level in dB that reads 0 VU.
     AnalogVU(const QString& label, float reference, QWidget* parent);
 
-    /// In dB; anything that is not finite is silence.
+    /// In dB. A level that is not finite means silence.
     void setLevel(float level);
 
-    /// Degrees from upright, to the right; full scale is +3 VU, and a little more is shown.
+    /// Degrees from straight up, positive to the right: -50 for silence, 50 at +3 VU, at most 54.
     static double needleAngle(double vu);
 
     QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
@@ -28,7 +28,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    class Card;
+    class NeedleArea;
 
     void redraw(const QRegion& region);
     double vu() const;
@@ -43,7 +43,7 @@ private:
     float level;
     Animation needle;
     double drawnAngle;
-    QWidget* card;
+    QWidget* needleArea;
 };
 
 }  // namespace Kit

@@ -9,12 +9,13 @@
 
 namespace Kit {
 
-/// A number on its way to another, for the eye alone: evenly, or like a mass on a spring. Where
-/// the view is not on screen it is there at once.
+/// Moves the number that a view draws to a target: evenly within 80 ms, or like a mass on a spring.
+/// While the view is not on the screen the number jumps to its target.
 class Animation final : public QAbstractAnimation {
 public:
     enum class Kind { even, spring };
 
+    /// `moved` is called after each change of `position`.
     Animation(Kind kind, double start, QWidget& view, std::function<void()> moved);
 
     double position() const { return now; }
@@ -27,18 +28,18 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void arrive();
+    void finish();
 
     const Kind kind;
     QWidget& view;
     const std::function<void()> moved;
     double now;
-    double from;
+    double from;  // where an even move began
     double target;
-    double velocity = 0;
-    std::optional<int> phase;
-    int shownFrame = 0;
-    int reachedMs = 0;
+    double velocity = 0;       // of the spring, per second
+    std::optional<int> phase;  // of the start within the grid of frames, in ms
+    int frame = 0;             // the last one that was drawn
+    int computedMs = 0;        // up to which the spring has been computed
 };
 
 }  // namespace Kit

@@ -1,12 +1,10 @@
 #include "ui/kit/control.hpp"
 
 #include "ui/kit/accessibility.hpp"
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
 
-#include <QKeyEvent>
-#include <QMouseEvent>
+#include <QFocusEvent>
 #include <QPainter>
-#include <QWheelEvent>
 
 namespace Kit {
 
@@ -19,13 +17,13 @@ Control::Control(QWidget* parent)
 
 Control::Outline Control::outline() const { return {QRectF(rect()).adjusted(1, 1, -1, -1), 6}; }
 
-void Control::shownChanged() {
+void Control::stateChanged() {
     update();
     notifyValueChanged(*this);
 }
 
-// Some desktops keep Alt-drag for moving windows.
-bool Control::isFineTuned(Qt::KeyboardModifiers modifiers) const {
+// Some desktops move windows by a drag with Alt, so Shift does the same.
+bool Control::isFine(Qt::KeyboardModifiers modifiers) {
     return (modifiers & (Qt::AltModifier | Qt::ShiftModifier)) != 0;
 }
 
@@ -43,7 +41,7 @@ void Control::paintEvent(QPaintEvent*) {
     paint(painter);
     if (!reachedByKeyboard || !hasFocus()) return;
     const Outline ring = outline();
-    Paint::edge(painter, ring.shape, ring.radius, Theme::faded(Theme::accent, 0.85), 1.5);
+    Paint::focusRing(painter, ring.shape, ring.radius);
 }
 
 void Control::enterEvent(QEnterEvent*) {
@@ -56,7 +54,8 @@ void Control::leaveEvent(QEvent*) {
     update();
 }
 
-// A window or a menu that comes and goes does not change how the focus was reached.
+// The focus also returns when the window becomes active or a menu closes. Neither changes whether the
+// user reached the control by mouse or by keyboard.
 void Control::focusInEvent(QFocusEvent* event) {
     const Qt::FocusReason reason = event->reason();
     if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
@@ -77,76 +76,6 @@ void Control::changeEvent(QEvent* event) {
 void Control::hideEvent(QHideEvent*) {
     hovered = false;
     cancelInteraction();
-}
-
-// Alt turns a wheel sideways.
-int Notches::take(const QWheelEvent& event) {
-    const QPoint turn = event.angleDelta();
-    rest += turn.y() != 0 ? turn.y() : turn.x();
-    const int whole = rest / QWheelEvent::DefaultDeltasPerStep;
-    rest -= whole * QWheelEvent::DefaultDeltasPerStep;
-    return whole;
-}
-
-namespace {
-
-bool activates(const QKeyEvent& event) {
-    const int key = event.key();
-    return !event.isAutoRepeat() && (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter);
-}
-
-}  // namespace
-
-Button::Button(QWidget* parent)
-    : Control(parent) {}
-
-void Button::activate() {
-    if (isEnabled() && action) action();
-}
-
-void Button::setPressed(bool value) {
-    if (pressed == value) return;
-    pressed = value;
-    update();
-}
-
-void Button::cancelInteraction() {
-    held = Held::nothing;
-    setPressed(false);
-}
-
-void Button::focusOutEvent(QFocusEvent* event) {
-    if (held == Held::key) cancelInteraction();
-    Control::focusOutEvent(event);
-}
-
-void Button::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) return;
-    held = Held::mouse;
-    setPressed(true);
-}
-
-void Button::mouseMoveEvent(QMouseEvent* event) {
-    if (held == Held::mouse) setPressed(rect().contains(event->position().toPoint()));
-}
-
-void Button::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || held != Held::mouse) return;
-    const bool over = rect().contains(event->position().toPoint());
-    cancelInteraction();
-    if (over) activate();
-}
-
-void Button::keyPressEvent(QKeyEvent* event) {
-    if (!activates(*event)) return QWidget::keyPressEvent(event);
-    held = Held::key;
-    setPressed(true);
-}
-
-void Button::keyReleaseEvent(QKeyEvent* event) {
-    if (!activates(*event) || held != Held::key) return QWidget::keyReleaseEvent(event);
-    cancelInteraction();
-    activate();
 }
 
 }  // namespace Kit

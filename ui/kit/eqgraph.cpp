@@ -1,7 +1,10 @@
 #include "ui/kit/eqgraph.hpp"
 
 #include "ui/kit/accessibility.hpp"
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/text.hpp"
+
+#include "Wendril/limits.hpp"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -19,12 +22,9 @@ namespace {
 constexpr int levelLabels = 40;      // at the left of the plot
 constexpr int frequencyLabels = 22;  // under it
 
-constexpr double lowest = 20;  // Hz
-constexpr double highest = 20000;
-constexpr double mostGain = 12;  // dB
-
-// Handles of filters beyond the graph's end stand just outside of it.
-constexpr double highestShown = 22000;
+// An input's band and an output's have the same limits.
+constexpr Wendril::Limits bandFrequency = Wendril::limitsOf(Wendril::ModuleKind::peq, "fc", {});
+constexpr Wendril::Limits bandGain = Wendril::limitsOf(Wendril::ModuleKind::peq, "gain", {});
 
 constexpr double handleSize = 18;
 constexpr double reach = 12;  // from a handle's centre
@@ -33,32 +33,34 @@ constexpr double spotSize = 4;
 
 constexpr double octavesPerKey = 1.0 / 24;
 constexpr double decibelsPerKey = 0.5;
-constexpr double fineFactor = 0.2;
+
+double clampedGain(double db) { return std::clamp(db, bandGain.lowest, bandGain.highest); }
 
 double distance(QPointF a, QPointF b) { return std::hypot(a.x() - b.x(), a.y() - b.y()); }
 
-// At least one hertz, so that a frequency in whole hertz does move.
+// The least move is 1 Hz: the owner rounds frequencies to whole hertz, and a smaller move would be lost.
 double movedByOctaves(double fc, double octaves) {
     const double moved = fc * std::exp2(octaves);
-    return std::clamp(octaves > 0 ? std::max(moved, fc + 1) : std::min(moved, fc - 1), lowest, highest);
+    return std::clamp(octaves > 0 ? std::max(moved, fc + 1) : std::min(moved, fc - 1), EQPlot::lowestHz,
+                      EQPlot::highestHz);
 }
 
-// What must be redrawn for a curve to be seen at `after`: from where it is drawn to there. What moves
-// too little to be seen stays as it is drawn, until all that it has moved can be seen.
-QRect redraw(const EqPlot& plot, std::vector<double>& drawn, const std::vector<double>& after) {
+// Moves `drawn`, the levels of a curve on the screen, to `after`, and returns the area to repaint. Levels
+// that differ too little to be seen are left as drawn. Many small changes thus add up until they show.
+QRect redraw(const EQPlot& plot, std::vector<double>& drawn, const std::vector<double>& after) {
     constexpr double glow = 9;
-    constexpr double seen = 0.005;  // dB
+    constexpr double visible = 0.005;  // dB
     QRectF area;
-    const std::size_t count = std::min(drawn.size(), EqPlot::freqs().size());
+    const std::size_t count = std::min(drawn.size(), EQPlot::freqs().size());
     const std::vector<double> before = drawn;
     for (std::size_t i = 0; i < count; ++i) {
-        if (std::abs(before[i] - after[i]) < seen) continue;
+        if (std::abs(before[i] - after[i]) < visible) continue;
         drawn[i] = after[i];
         for (std::size_t j = i == 0 ? 0 : i - 1; j < std::min(i + 2, count); ++j) {
             const auto [lowest, highest] = std::minmax({0.0, before[j], after[j]});
-            const double x = plot.x(EqPlot::freqs()[j]);
-            area |= QRectF(QPointF(x, plot.y(EqPlot::shownLevel(highest))),
-                           QPointF(x, plot.y(EqPlot::shownLevel(lowest))));
+            const double x = plot.x(EQPlot::freqs()[j]);
+            area |= QRectF(QPointF(x, plot.y(EQPlot::drawnLevel(highest))),
+                           QPointF(x, plot.y(EQPlot::drawnLevel(lowest))));
         }
     }
     return area.adjusted(-glow, -glow, glow, glow).toAlignedRect();
@@ -107,15 +109,17 @@ void EQGraph::setHandles(std::vector<Handle> list) {
     notifyValueChanged(*this);
 }
 
-EqPlot EQGraph::plot() const {
+EQPlot EQGraph::plot() const {
     return {QRectF(rect().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels)))};
 }
 
+// A handle above the graph's highest frequency stands just outside of the plot.
 QPointF EQGraph::placeOf(const Handle& handle) const {
-    return {plot().x(std::clamp(handle.fc, lowest, highestShown)), plot().y(EqPlot::shownLevel(handle.gain))};
+    return {plot().x(std::clamp(handle.fc, EQPlot::lowestHz, bandFrequency.highest)),
+            plot().y(EQPlot::drawnLevel(handle.gain))};
 }
 
-// Its light and the ring round it included.
+// With its glow and the focus ring.
 QRect EQGraph::areaOf(const Handle& handle) const {
     constexpr double extent = 20;
     return QRectF(placeOf(handle), QSizeF()).adjusted(-extent, -extent, extent, extent).toAlignedRect();
@@ -137,7 +141,7 @@ const EQGraph::Handle* EQGraph::handleOf(std::optional<int> id) const {
     return found == handles.end() ? nullptr : &*found;
 }
 
-// The nearest first.
+// Those within reach, the nearest first.
 std::vector<int> EQGraph::handlesAt(QPointF point) const {
     std::vector<std::pair<double, int>> near;
     for (const Handle& handle : handles)
@@ -153,7 +157,7 @@ std::vector<int> EQGraph::handlesAt(QPointF point) const {
 void EQGraph::select(std::optional<int> id) {
     if (selected == id) return;
     selected = id;
-    shownChanged();
+    stateChanged();
 }
 
 void EQGraph::selectNext(const std::vector<int>& among, int by) {
@@ -193,9 +197,9 @@ void EQGraph::mouseReleaseEvent(QMouseEvent* event) {
 
 void EQGraph::dragTo(QPointF point) {
     if (!selected || !onDrag) return;
-    const EqPlot where = plot();
-    onDrag(*selected, std::clamp(where.hz(point.x()), lowest, highest),
-           std::clamp(where.db(point.y()), -mostGain, mostGain));
+    const EQPlot where = plot();
+    onDrag(*selected, std::clamp(where.hz(point.x()), EQPlot::lowestHz, EQPlot::highestHz),
+           clampedGain(where.db(point.y())));
 }
 
 void EQGraph::wheelEvent(QWheelEvent* event) {
@@ -203,7 +207,7 @@ void EQGraph::wheelEvent(QWheelEvent* event) {
     if (under.empty() || !onTurn) return event->ignore();
     const bool keeps = selected && std::ranges::count(under, *selected) > 0;
     if (!keeps) select(under.front());
-    if (const int notches = wheel.take(*event)) onTurn(*selected, notches);
+    if (const int turned = notches.take(*event)) onTurn(*selected, turned);
     event->accept();
 }
 
@@ -229,22 +233,20 @@ bool EQGraph::selectByKey(const QKeyEvent& event) {
 bool EQGraph::moveByKey(const QKeyEvent& event) {
     const Handle* const handle = handleOf(selected);
     if (!handle) return false;
-    const Handle from = *handle;  // the callbacks replace the handles
-    const double part = isFineTuned(event.modifiers()) ? fineFactor : 1;
-    const auto raise = [&](double db) {
-        onDrag(from.id, from.fc, std::clamp(from.gain + db, -mostGain, mostGain));
-    };
+    const Handle from = *handle;  // a copy: the owner replaces the handles in the callback
+    const double factor = factorFor(event.modifiers());
+    const auto raise = [&](double db) { onDrag(from.id, from.fc, clampedGain(from.gain + db)); };
     const auto shift = [&](double octaves) { onDrag(from.id, movedByOctaves(from.fc, octaves), from.gain); };
     const auto turn = [&](double notches) { return onTurn ? onTurn(from.id, notches) : void(); };
     switch (event.key()) {
     case Qt::Key_Left:
-        return shift(-octavesPerKey * part), true;
+        return shift(-octavesPerKey * factor), true;
     case Qt::Key_Right:
-        return shift(octavesPerKey * part), true;
+        return shift(octavesPerKey * factor), true;
     case Qt::Key_Up:
-        return raise(decibelsPerKey * part), true;
+        return raise(decibelsPerKey * factor), true;
     case Qt::Key_Down:
-        return raise(-decibelsPerKey * part), true;
+        return raise(-decibelsPerKey * factor), true;
     case Qt::Key_PageUp:
         return turn(1), true;
     case Qt::Key_PageDown:
@@ -263,9 +265,10 @@ void EQGraph::focusInEvent(QFocusEvent* event) {
 Control::Outline EQGraph::outline() const { return {plot().area.adjusted(-3, -3, 3, 3), 5}; }
 
 void EQGraph::paint(QPainter& painter) {
-    const EqPlot where = plot();
+    const EQPlot where = plot();
     if (where.area.width() < 1) return;
-    Paint::cached(painter, QStringLiteral("eq grid"), rect(), [&](QPainter& ink) { drawEqGrid(ink, where); });
+    Paint::cached(painter, QStringLiteral("eq grid"), rect(),
+                  [&](QPainter& canvas) { drawEQGrid(canvas, where); });
     drawCurves(painter);
     const Handle* const front = handleOf(selected);
     for (const Handle& handle : handles)
@@ -273,11 +276,11 @@ void EQGraph::paint(QPainter& painter) {
     if (front) drawHandle(painter, *front);
 }
 
-// A dragged handle changes one curve of several.
+// A dragged handle changes one curve of several, so each curve is a picture of its own.
 void EQGraph::drawCurves(QPainter& painter) {
     for (std::size_t i = 0; i < curves.size(); ++i)
-        pictures[i].draw(painter, rect(), [&](QPainter& ink) {
-            drawEqCurve(ink, plot(), curves[i].db, {curves[i].color, curves[i].fill});
+        pictures[i].draw(painter, rect(), [&](QPainter& canvas) {
+            drawEQCurve(canvas, plot(), curves[i].db, {curves[i].color, curves[i].fill});
         });
 }
 

@@ -2,7 +2,8 @@
 
 #include "ui/kit/control.hpp"
 #include "ui/kit/eqplot.hpp"
-#include "ui/kit/painting.hpp"
+#include "ui/kit/notches.hpp"
+#include "ui/kit/pictures.hpp"
 
 #include <QColor>
 #include <QMargins>
@@ -14,20 +15,20 @@
 
 namespace Kit {
 
-/// Levels over frequency, with the filters that make them as handles. It keeps no positions: what
-/// the user does to a handle goes out through the callbacks and comes back through `setHandles`.
+/// A frequency response, with a handle for each filter. The graph keeps no positions: it reports what
+/// the user does to a handle, and its owner sets the new position with `setHandles`.
 ///
-/// Handles are dragged; where several lie on each other the nearest is taken, and further clicks on
-/// the same spot take the others in turn. Keyboard: [ and ], Control with left and right, or the
-/// digits of its label choose a handle; the arrows move it by 1/24 octave and 0.5 dB, five times
-/// finer with Option or Shift; Page Up and Down, like the wheel, turn it.
+/// A click selects the nearest handle within reach. Further clicks on the same spot select the other
+/// handles there in turn. Keyboard: [ and ], Control with left and right, or the digits of a label
+/// select a handle; the arrows move it by 1/24 octave or 0.5 dB, by a fifth of that with Option or
+/// Shift held; Page Up and Down do what a notch of the wheel does.
 class EQGraph final : public Control {
 public:
     struct Curve {
-        QString id;  // its name, too
+        QString id;  // also its name for screen readers
         QColor color;
-        std::vector<double> db;  // at each of `EqPlot::freqs`
-        bool fill = false;       // shades what lies between it and 0 dB
+        std::vector<double> db;  // at each of `EQPlot::freqs`
+        bool fill = false;       // shade the area between it and 0 dB
         bool operator==(const Curve&) const = default;
     };
 
@@ -42,17 +43,18 @@ public:
         bool operator==(const Handle&) const = default;
     };
 
-    /// Room round the graph's own area for handles and light that reach beyond it; the widget is
-    /// larger by so much.
+    /// The widget is larger than the graph by these margins, so that handles and glows at the edge are
+    /// not cut off.
     static constexpr QMargins bleed{0, 18, 18, 8};
 
-    /// `height` of the graph's own area, labels included.
+    /// `height` of the graph: of plot and labels, without the margins.
     EQGraph(int height, QWidget* parent);
 
-    /// A handle's new place: 20 to 20000 Hz, -12 to +12 dB. Without it the handles stand still.
+    /// A handle's new place: within the plot's frequencies and the gain that a band of the board
+    /// accepts. Without this callback handles cannot be moved or selected.
     std::function<void(int id, double fc, double gain)> onDrag;
 
-    /// Notches of the wheel over a handle, positive away from the user.
+    /// Notches of the wheel over a handle, positive when it turns away from the user.
     std::function<void(int id, double notches)> onTurn;
 
     void setCurves(std::vector<Curve> curves);
@@ -62,9 +64,9 @@ public:
     const std::vector<Handle>& shownHandles() const { return handles; }
     std::optional<int> selection() const { return selected; }
 
-    EqPlot plot() const;
+    EQPlot plot() const;
 
-    /// Its centre, in the widget.
+    /// The centre of the handle in the widget.
     QPointF placeOf(const Handle& handle) const;
 
     QAccessible::Role accessibleRole() const override { return QAccessible::Chart; }
@@ -84,7 +86,7 @@ protected:
 private:
     struct Press {
         QPointF at;
-        bool sameSpot;  // as the click before
+        bool sameSpot;  // where the last click was
         bool dragging = false;
     };
 
@@ -101,13 +103,13 @@ private:
     void drawHandle(QPainter& painter, const Handle& handle) const;
 
     std::vector<Curve> curves;
-    std::vector<Paint::Picture> pictures;    // of the curves, one each
-    std::vector<std::vector<double>> drawn;  // levels of each, but for what is too little to be seen
+    std::vector<Paint::Picture> pictures;    // one for each curve
+    std::vector<std::vector<double>> drawn;  // levels of each curve as they are on the screen
     std::vector<Handle> handles;
     std::optional<int> selected;
     std::optional<Press> press;
     std::optional<QPointF> lastClick;
-    Notches wheel;
+    Notches notches;
 };
 
 }  // namespace Kit

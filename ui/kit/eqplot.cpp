@@ -1,6 +1,6 @@
 #include "ui/kit/eqplot.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/text.hpp"
 
 #include "Wendril/filtermath.hpp"
 
@@ -13,19 +13,17 @@ namespace Kit {
 
 namespace {
 
-constexpr double lowest = 20;
-constexpr double highest = 20000;
 constexpr int topLevel = 18;  // dB
-constexpr double shownLimit = 21.6;
+constexpr double drawnLimit = 21.6;
 constexpr std::size_t samples = 320;
 constexpr int lineSpacing = 6;
 constexpr double labelSize = 9;
 
-const double logLow = std::log10(lowest);
-const double logHigh = std::log10(highest);
+const double logLow = std::log10(EQPlot::lowestHz);
+const double logHigh = std::log10(EQPlot::highestHz);
 
 constexpr double lineWidth = 2.2;
-constexpr double glowDeviation = 2.5;  // of a blur of 5
+constexpr double glowDeviation = 2.5;  // of the Gaussian of a blur of 5
 
 struct FrequencyLabel {
     double hz;
@@ -37,18 +35,18 @@ constexpr FrequencyLabel frequencyLabels[] = {
     {1000, u"1k"}, {2000, u"2k"}, {5000, u"5k"}, {10000, u"10k"}, {20000, u"20k"},
 };
 
-void drawFrequencyLines(QPainter& painter, const EqPlot& plot) {
+void drawFrequencyLines(QPainter& painter, const EQPlot& plot) {
     for (const int decade : {10, 100, 1000, 10000})
         for (int multiple = 1; multiple <= 9; ++multiple) {
             const int hz = decade * multiple;
-            if (hz < lowest || hz > highest) continue;
+            if (hz < EQPlot::lowestHz || hz > EQPlot::highestHz) continue;
             painter.setPen(QPen(Theme::white(multiple == 1 ? 0.14 : 0.05), 1));
             const double x = plot.x(hz);
             painter.drawLine(QPointF(x, plot.area.top()), QPointF(x, plot.area.bottom()));
         }
 }
 
-void drawLevelLines(QPainter& painter, const EqPlot& plot) {
+void drawLevelLines(QPainter& painter, const EQPlot& plot) {
     for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
         painter.setPen(QPen(Theme::white(db == 0 ? 0.22 : 0.06), 1));
         const double y = plot.y(db);
@@ -56,7 +54,7 @@ void drawLevelLines(QPainter& painter, const EqPlot& plot) {
     }
 }
 
-void drawLabels(QPainter& painter, const EqPlot& plot) {
+void drawLabels(QPainter& painter, const EQPlot& plot) {
     const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary, {}, false};
     for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
         const QRectF place(plot.area.left() - 40, plot.y(db) - 6, 32, 12);
@@ -70,14 +68,14 @@ void drawLabels(QPainter& painter, const EqPlot& plot) {
     }
 }
 
-// The points of a curve but those that lie on the line between their neighbours: a stroke costs by
-// the point.
-QPolygonF lineOf(const EqPlot& plot, const std::vector<double>& db) {
+// The curve without the points that lie on a straight line between others. The time of a stroke grows
+// with the number of points.
+QPolygonF lineOf(const EQPlot& plot, const std::vector<double>& db) {
     constexpr double tolerance = 0.05;
-    const std::size_t count = std::min(db.size(), EqPlot::freqs().size());
+    const std::size_t count = std::min(db.size(), EQPlot::freqs().size());
     std::vector<QPointF> points;
     for (std::size_t i = 0; i < count; ++i)
-        points.emplace_back(plot.x(EqPlot::freqs()[i]), plot.y(EqPlot::shownLevel(db[i])));
+        points.emplace_back(plot.x(EQPlot::freqs()[i]), plot.y(EQPlot::drawnLevel(db[i])));
     const auto isStraight = [&points](std::size_t from, std::size_t to) {
         const double slope = (points[to].y() - points[from].y()) / (points[to].x() - points[from].x());
         for (std::size_t i = from + 1; i < to; ++i) {
@@ -97,20 +95,21 @@ QPolygonF lineOf(const EqPlot& plot, const std::vector<double>& db) {
     return line;
 }
 
-void shade(QPainter& painter, const EqPlot& plot, QPolygonF line, const QColor& color) {
+void shade(QPainter& painter, const EQPlot& plot, QPolygonF line, const QColor& color) {
     line << QPointF(line.back().x(), plot.y(0)) << QPointF(line.front().x(), plot.y(0));
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::faded(color, 0.16));
     painter.drawPolygon(line);
 }
 
-// How bright a blurred line is so far from its middle.
+// Opacity of a blurred line at a distance from its middle.
 double glowAt(double distance, double opacity) {
     const double middle = std::erf(lineWidth / 2 / glowDeviation / std::sqrt(2));
     return opacity * middle * std::exp(-distance * distance / (2 * glowDeviation * glowDeviation));
 }
 
-// One stroke upon the other, each as strong as the glow grows there.
+// The glow is built of strokes of decreasing width. Each adds the difference in opacity between its edge
+// and the edge of the next wider one.
 void drawGlow(QPainter& painter, const QPainterPath& path, QPen pen, double opacity) {
     constexpr int strokes = 9;
     constexpr double step = (3 * glowDeviation - lineWidth / 2) / strokes;
@@ -124,43 +123,43 @@ void drawGlow(QPainter& painter, const QPainterPath& path, QPen pen, double opac
 
 }  // namespace
 
-double EqPlot::x(double hz) const {
+double EQPlot::x(double hz) const {
     return area.left() + area.width() * (std::log10(hz) - logLow) / (logHigh - logLow);
 }
 
-double EqPlot::y(double db) const { return area.top() + area.height() / 2 * (1 - db / topLevel); }
+double EQPlot::y(double db) const { return area.top() + area.height() / 2 * (1 - db / topLevel); }
 
-double EqPlot::hz(double x) const {
+double EQPlot::hz(double x) const {
     return std::pow(10, logLow + (x - area.left()) / area.width() * (logHigh - logLow));
 }
 
-double EqPlot::db(double y) const {
+double EQPlot::db(double y) const {
     const double half = area.height() / 2;
     return (half - (y - area.top())) / half * topLevel;
 }
 
-double EqPlot::shownLevel(double db) { return std::isnan(db) ? 0 : std::clamp(db, -shownLimit, shownLimit); }
+double EQPlot::drawnLevel(double db) { return std::isnan(db) ? 0 : std::clamp(db, -drawnLimit, drawnLimit); }
 
-const std::vector<double>& EqPlot::freqs() {
-    static const std::vector<double> list = Wendril::FilterMath::frequencies(samples, lowest, highest);
+const std::vector<double>& EQPlot::freqs() {
+    static const std::vector<double> list = Wendril::FilterMath::frequencies(samples, lowestHz, highestHz);
     return list;
 }
 
-void drawEqGrid(QPainter& painter, const EqPlot& plot) {
+void drawEQGrid(QPainter& painter, const EQPlot& plot) {
     drawFrequencyLines(painter, plot);
     drawLevelLines(painter, plot);
     drawLabels(painter, plot);
 }
 
-void drawEqCurve(QPainter& painter, const EqPlot& plot, const std::vector<double>& db,
-                 const EqCurveLook& look) {
+void drawEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
+                 const EQCurveLook& look) {
     const QPolygonF line = lineOf(plot, db);
     if (line.isEmpty()) return;
     QPainterPath path;
     path.addPolygon(line);
     QPen pen(look.color, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
     painter.save();
-    // Smooth edges cost fifteen times as much; of what is so faint they are not seen.
+    // Antialiasing would take fifteen times as long, and on parts so faint nobody sees it.
     painter.setRenderHint(QPainter::Antialiasing, false);
     if (look.fill) shade(painter, plot, line, look.color);
     drawGlow(painter, path, pen, 0.9);

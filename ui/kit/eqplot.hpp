@@ -8,9 +8,12 @@
 
 namespace Kit {
 
-/// Where frequencies and levels lie in the plot of a filter graph: 20 Hz to 20 kHz on a logarithmic
-/// scale from left to right, +18 to -18 dB from top to bottom.
-struct EqPlot {
+/// The scales of a filter graph: frequency from left to right, logarithmic, and level from bottom to
+/// top, ±18 dB. Converts between them and the widget's coordinates.
+struct EQPlot {
+    static constexpr double lowestHz = 20;
+    static constexpr double highestHz = 20000;
+
     QRectF area;
 
     double x(double hz) const;
@@ -18,23 +21,24 @@ struct EqPlot {
     double hz(double x) const;
     double db(double y) const;
 
-    /// Where curves are sampled, in Hz.
+    /// The frequencies, in Hz, at which curves give their levels.
     static const std::vector<double>& freqs();
 
-    /// Levels beyond these are drawn at these: just outside of the plot.
-    static double shownLevel(double db);
+    /// The level that is drawn for a level: at most a little outside of the plot, and 0 for one that
+    /// is not a number.
+    static double drawnLevel(double db);
 };
 
-/// Lines and their labels, which stand at the left of the plot and under it.
-void drawEqGrid(QPainter& painter, const EqPlot& plot);
+/// Lines over the plot, and their labels at its left and under it.
+void drawEQGrid(QPainter& painter, const EQPlot& plot);
 
-struct EqCurveLook {
+struct EQCurveLook {
     QColor color;
-    bool fill = false;  // shades what lies between the curve and 0 dB
+    bool fill = false;  // shade the area between the curve and 0 dB
 };
 
-/// Levels in dB at each of `EqPlot::freqs`.
-void drawEqCurve(QPainter& painter, const EqPlot& plot, const std::vector<double>& db,
-                 const EqCurveLook& look);
+/// `db` holds a level for each of `EQPlot::freqs`.
+void drawEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
+                 const EQCurveLook& look);
 
 }  // namespace Kit

@@ -1,6 +1,8 @@
 #include "ui/kit/fader.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/pictures.hpp"
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/text.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -12,19 +14,20 @@ namespace {
 constexpr double quantum = 0.1;
 constexpr int controlWidth = 64;
 constexpr double trackRadius = 22;
-constexpr double outsideTravel = 30;  // of the track's height
+constexpr double outsideTravel = 30;  // the part of the track's height that the cap cannot travel
 constexpr double capHeight = 26;
 constexpr int barWidth = 4;
 constexpr int barPitch = 9;
 constexpr int barPadding = 18;
 
-// Beside bars the slot makes room.
+// With bars beside it the cap is narrower and the slot left of the middle.
 constexpr double capWidth = 44;
 constexpr double narrowCapWidth = 32;
 constexpr double slotBesideBars = 22;
 constexpr double centreOfBars = 50;
 
-// Arrow keys and the wheel take useful steps on a range of dB, fine ones on a few ms.
+// Arrow keys and the wheel move by `wideStep` on a range of more than `wideRange` (gains in dB), and by
+// the quantum on a smaller one (delays of a few ms).
 constexpr double wideRange = 20;
 constexpr double wideStep = 0.5;
 
@@ -97,15 +100,15 @@ void Fader::paint(QPainter& painter) {
     const QRectF handle = cap();
     const bool bright = isHovered() || isDragging();
     Paint::dropShadow(painter, handle, 10, {Theme::black(0.6), 6, 3});
-    Paint::cached(painter, QStringLiteral("fader cap %1").arg(int(bright)), handle, [&](QPainter& ink) {
+    Paint::cached(painter, QStringLiteral("fader cap %1").arg(int(bright)), handle, [&](QPainter& canvas) {
         const QRectF local(QPointF(), handle.size());
-        Paint::fill(ink, local, 10,
+        Paint::fill(canvas, local, 10,
                     Theme::vertical(local, Theme::rgb(0.30, 0.315, 0.36), Theme::rgb(0.17, 0.18, 0.215)));
-        if (bright) Paint::fill(ink, local, 10, Theme::white(0.05));
-        Paint::edge(ink, local, 10, Theme::rim(local));
+        if (bright) Paint::fill(canvas, local, 10, Theme::white(0.05));
+        Paint::edge(canvas, local, 10, Theme::rim(local));
         QRectF grip(0, 0, local.width() - 16, 2.4);
         grip.moveCenter(local.center());
-        Paint::fill(ink, grip, 1.2, Theme::grey(0.92));
+        Paint::fill(canvas, grip, 1.2, Theme::grey(0.92));
     });
 
     const double top = look.labelsBelow ? track().bottom() + labelGap : 0;

@@ -9,17 +9,17 @@
 
 namespace Kit {
 
-/// A vertical slider on steps of 0.1, with meter bars beside its slot. A drag over its whole travel
-/// covers the whole range.
+/// A vertical slider with steps of 0.1 and meter bars beside its slot. A drag over the whole travel of
+/// the cap covers the whole range; there is no fine drag.
 class Fader final : public ValueControl {
 public:
     struct Look {
-        double height = 300;  // of the track, at least
-        int levels = 0;       // meter bars
+        double height = 300;  // the least of the track; the fader grows with its layout
+        int levels = 0;       // number of meter bars
         bool labelsBelow = false;
     };
 
-    /// Lines of caption and read-out, and what parts them from the track.
+    /// Height of the lines of caption and read-out, and the gap between them and the track.
     static constexpr int labelLine = 20;
     static constexpr int labelGap = 8;
 

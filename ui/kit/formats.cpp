@@ -8,13 +8,13 @@ namespace {
 
 constexpr double centimetresPerMs = 34.3;
 
-// No read-out says "-0.0".
-double unsignedZero(double db) { return std::abs(db) < 0.05 ? 0 : db; }
+// A small negative level would read "-0.0".
+double withoutNegativeZero(double db) { return std::abs(db) < 0.05 ? 0 : db; }
 
 }  // namespace
 
-QString decibels(double db) { return QString::asprintf("%.1f dB", unsignedZero(db)); }
-QString signedDecibels(double db) { return QString::asprintf("%+.1f dB", unsignedZero(db)); }
+QString decibels(double db) { return QString::asprintf("%.1f dB", withoutNegativeZero(db)); }
+QString signedDecibels(double db) { return QString::asprintf("%+.1f dB", withoutNegativeZero(db)); }
 QString wholeDecibels(double db) { return QString::asprintf("%.0f dB", db); }
 QString ratio(double ratio) { return QString::asprintf("%.1f : 1", ratio); }
 QString quality(double q) { return QString::asprintf("%.2f", q); }
@@ -27,7 +27,7 @@ QString time(std::uint32_t ms) {
 
 QString percent(double fraction) { return QString::asprintf("%.0f%%", fraction * 100); }
 
-QString frequency(double hz) {
+QString formatHz(double hz) {
     if (hz < 1000) return QString::asprintf("%.0f Hz", hz);
     return QString::asprintf(hz < 10000 ? "%.2fk" : "%.1fk", hz / 1000);
 }

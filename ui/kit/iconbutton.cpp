@@ -1,17 +1,11 @@
 #include "ui/kit/iconbutton.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
 
 #include <utility>
 
 namespace Kit {
-
-namespace {
-
-constexpr int spokes = 8;
-
-}  // namespace
 
 IconButton::IconButton(QString symbol, const QString& meaning, double iconSize, QWidget* parent)
     : Button(parent)
@@ -28,33 +22,5 @@ void IconButton::paint(QPainter& painter) {
     icon.moveCenter(QRectF(rect()).center());
     Symbols::draw(painter, symbol, icon, isHovered() || isPressed() ? Theme::text : Theme::secondary);
 }
-
-Spinner::Spinner(QWidget* parent)
-    : QWidget(parent) {
-    setFixedSize(16, 16);
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-}
-
-void Spinner::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(QRectF(rect()).center());
-    painter.rotate(turn * 360.0 / spokes);
-    for (int i = 0; i < spokes; ++i) {
-        painter.setPen(
-            QPen(Theme::faded(Theme::text, 0.15 + 0.75 * i / spokes), 1.8, Qt::SolidLine, Qt::RoundCap));
-        painter.drawLine(QPointF(0, -3.4), QPointF(0, -6.4));
-        painter.rotate(360.0 / spokes);
-    }
-}
-
-void Spinner::timerEvent(QTimerEvent*) {
-    turn = (turn + 1) % spokes;
-    update();
-}
-
-void Spinner::showEvent(QShowEvent*) { timer = startTimer(100); }
-
-void Spinner::hideEvent(QHideEvent*) { killTimer(timer); }
 
 }  // namespace Kit

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/button.hpp"
 
 #include <QString>
 
 namespace Kit {
 
-/// An icon alone, with its meaning as a tooltip.
+/// A button with an icon alone; its meaning is a tooltip and the accessible name.
 class IconButton final : public Button {
 public:
     IconButton(QString symbol, const QString& meaning, double iconSize, QWidget* parent);
@@ -17,22 +17,6 @@ protected:
 private:
     const QString symbol;
     const double iconSize;
-};
-
-/// Turns while something is under way.
-class Spinner final : public QWidget {
-public:
-    explicit Spinner(QWidget* parent);
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-    void timerEvent(QTimerEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
-
-private:
-    int timer = 0;
-    int turn = 0;
 };
 
 }  // namespace Kit

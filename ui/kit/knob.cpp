@@ -1,14 +1,13 @@
 #include "ui/kit/knob.hpp"
 
-#include "ui/kit/formats.hpp"
-#include "ui/kit/painting.hpp"
-
-#include "Wendril/profile.hpp"
+#include "ui/kit/pictures.hpp"
+#include "ui/kit/polar.hpp"
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/text.hpp"
 
 #include <QHelpEvent>
 #include <QPainterPath>
 #include <QToolTip>
-#include <QtMath>
 
 #include <algorithm>
 #include <cmath>
@@ -16,22 +15,13 @@
 
 namespace Kit {
 
-using Wendril::K7Q::timeSteps;
-
 namespace {
 
 constexpr double sweep = 270;  // degrees, centred on straight up
 constexpr double dragForRange = 220;
-constexpr double fineFactor = 0.2;
 constexpr int ticks = 40;
-constexpr std::uint32_t defaultTime = 45;  // ms
 
-// Clockwise from straight up.
-QPointF onCircle(QPointF centre, double radius, double degrees) {
-    const double angle = qDegreesToRadians(degrees);
-    return centre + QPointF(radius * std::sin(angle), -radius * std::cos(angle));
-}
-
+// Degrees clockwise from straight up.
 double angleAt(double fraction) { return fraction * sweep - sweep / 2; }
 
 QRectF circle(QPointF centre, double diameter) {
@@ -45,7 +35,7 @@ double captionHeight(double size) { return std::round(captionSize(size) * 1.6); 
 
 }  // namespace
 
-Knob::Knob(QString title, Range range, double defaultValue, double step, Format format, KnobLook look,
+Knob::Knob(QString title, Range range, double defaultValue, double step, Format format, Look look,
            QWidget* parent)
     : ValueControl(range, defaultValue, step, std::move(format), parent)
     , title(std::move(title))
@@ -73,11 +63,10 @@ QRectF Knob::dial() const { return {(width() - look.size) / 2, 2, look.size, loo
 Control::Outline Knob::outline() const { return {QRectF(rect()).adjusted(1, 1, -1, -1), 12}; }
 
 double Knob::dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const {
-    const double factor = isFineTuned(modifiers) ? fineFactor : 1;
-    return start + factor * (translation.y() / -dragForRange * range.extent());
+    return start + factorFor(modifiers) * (translation.y() / -dragForRange * range.extent());
 }
 
-// The read-out grows with the knob; that of a small one is too small for some eyes.
+// The read-out of a small knob is small; the tooltip repeats it in a size that everyone can read.
 bool Knob::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return ValueControl::event(event);
     QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
@@ -88,9 +77,9 @@ bool Knob::event(QEvent* event) {
 void Knob::paint(QPainter& painter) {
     const bool bright = isHovered() || isDragging();
     Paint::cached(painter, QStringLiteral("knob %1 %2 %3").arg(look.minLabel, look.maxLabel).arg(int(bright)),
-                  dial(), [&](QPainter& ink) {
-                      ink.translate(-dial().topLeft());
-                      drawDial(ink);
+                  dial(), [&](QPainter& canvas) {
+                      canvas.translate(-dial().topLeft());
+                      drawDial(canvas);
                   });
     drawArc(painter);
     drawPointer(painter);
@@ -169,21 +158,6 @@ void Knob::drawTexts(QPainter& painter) const {
     line = {0, line.bottom(), double(width()), captionHeight(look.size)};
     Paint::text(painter, line, Qt::AlignCenter, title.toUpper(),
                 {Theme::font(captionSize(look.size), QFont::DemiBold, 2), Theme::secondary, {}, false});
-}
-
-TimeKnob::TimeKnob(const QString& title, double size, QWidget* parent)
-    : Knob(
-          title, {0, static_cast<double>(timeSteps.size() - 1)}, positionOf(defaultTime), 1,
-          [](double position) { return Formats::time(timeOf(position)); }, KnobLook{.size = size}, parent) {}
-
-double TimeKnob::positionOf(std::uint32_t ms) {
-    const auto* const found = std::ranges::find(timeSteps, Wendril::K7Q::nearestTime(ms));
-    return static_cast<double>(found - timeSteps.begin());
-}
-
-std::uint32_t TimeKnob::timeOf(double position) {
-    const auto last = static_cast<double>(timeSteps.size() - 1);
-    return timeSteps.at(static_cast<std::size_t>(std::clamp(std::round(position), 0.0, last)));
 }
 
 }  // namespace Kit

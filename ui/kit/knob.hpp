@@ -4,25 +4,23 @@
 
 #include <QString>
 
-#include <cstdint>
-
 namespace Kit {
 
-struct KnobLook {
-    double size = 96;       // of the dial
-    bool bipolar = false;   // the arc starts in the middle of the sweep
-    QString minLabel = {};  // at the ends of the sweep
-    QString maxLabel = {};
-};
-
-/// A rotary control, turned by dragging up and down: 220 points for the whole range, five times as
-/// far with Option or Shift held.
+/// A rotary control. A drag of 220 points up covers the whole range, and a fifth of it with Option or
+/// Shift held.
 class Knob : public ValueControl {
 public:
-    Knob(QString title, Range range, double defaultValue, double step, Format format, KnobLook look,
+    struct Look {
+        double size = 96;       // diameter of the dial
+        bool bipolar = false;   // the value arc starts in the middle of the sweep, not at its left end
+        QString minLabel = {};  // at the left end of the sweep
+        QString maxLabel = {};  // at the right end
+    };
+
+    Knob(QString title, Range range, double defaultValue, double step, Format format, Look look,
          QWidget* parent);
 
-    /// A caption that tells something else; the knob keeps its size.
+    /// Changes the caption. Neither the size of the knob nor its accessible name changes.
     void setTitle(const QString& title);
 
     QSize sizeHint() const override;
@@ -43,17 +41,7 @@ private:
     void drawTexts(QPainter& painter) const;
 
     QString title;
-    const KnobLook look;
-};
-
-/// A knob over the times that the board accepts; it shows and reports positions in that table.
-/// `timeOf` and `positionOf` convert.
-class TimeKnob final : public Knob {
-public:
-    TimeKnob(const QString& title, double size, QWidget* parent);
-
-    static double positionOf(std::uint32_t ms);
-    static std::uint32_t timeOf(double position);
+    const Look look;
 };
 
 }  // namespace Kit

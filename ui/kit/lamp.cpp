@@ -1,6 +1,6 @@
 #include "ui/kit/lamp.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
 
 namespace Kit {
 
@@ -22,14 +22,14 @@ LampSwitch::LampSwitch(const QString& name, QWidget* parent)
 void LampSwitch::setOn(bool value) {
     if (on == value) return;
     on = value;
-    shownChanged();
+    stateChanged();
 }
 
 void LampSwitch::paint(QPainter& painter) {
-    const QRectF key = QRectF(rect()).adjusted(1, 1, -1, -1);
-    Paint::fill(painter, key, 4, isPressed() ? Theme::rgb(0.16, 0.17, 0.20) : Theme::rgb(0.20, 0.21, 0.25));
-    Paint::edge(painter, key, 4, Theme::white(isHovered() ? 0.24 : 0.12));
-    drawLamp(painter, key, Theme::accent, on);
+    const QRectF body = QRectF(rect()).adjusted(1, 1, -1, -1);
+    Paint::fill(painter, body, 4, isPressed() ? Theme::rgb(0.16, 0.17, 0.20) : Theme::rgb(0.20, 0.21, 0.25));
+    Paint::edge(painter, body, 4, Theme::white(isHovered() ? 0.24 : 0.12));
+    drawLamp(painter, body, Theme::accent, on);
 }
 
 }  // namespace Kit

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/button.hpp"
 
 namespace Kit {
 
 constexpr double lampSize = 8;
-constexpr double lampGlow = 6;  // how far its light reaches beyond it
+constexpr double lampGlow = 6;  // how far the glow extends beyond the lamp
 
-/// A small light in the middle of `bounds`.
+/// A lamp in the middle of `bounds`.
 void drawLamp(QPainter& painter, const QRectF& bounds, const QColor& color, bool on);
 
-/// A square button with a lamp. It shows its owner's state and does not toggle by itself.
+/// A square button with a lamp. A click does not toggle the lamp: the owner does, with `setOn`.
 class LampSwitch final : public Button {
 public:
     LampSwitch(const QString& name, QWidget* parent);

@@ -1,7 +1,8 @@
 #include "ui/kit/meterbar.hpp"
 
 #include "ui/kit/formats.hpp"
-#include "ui/kit/painting.hpp"
+#include "ui/kit/pictures.hpp"
+#include "ui/kit/shadows.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +16,7 @@ namespace {
 constexpr double emptyLevel = -60;
 constexpr double fullLevel = 6;
 constexpr double glowBlur = 3;
-constexpr double litPicture = 256;  // height of the bar that the kept pictures are of
+constexpr double pictureHeight = 256;  // of the lit bar that the kept pictures are parts of
 
 void drawLit(QPainter& painter, const QRectF& bar, double radius) {
     Paint::dropShadow(painter, bar, radius, {Theme::faded(Theme::accent, 0.9), glowBlur, 0});
@@ -50,10 +51,10 @@ void MeterBar::setLevel(float value) {
 
 double MeterBar::litHeight(double fraction) const { return std::round(fraction * (height() - 2 * glow)); }
 
-// Its colours run from one end of the lit part to the other; above it nothing changes.
+// The gradient spans the lit part, so that all of it changes with its height. Above it nothing changes.
 void MeterBar::showFill() {
-    const double before = litHeight(std::exchange(shown, fill.position()));
-    const double now = litHeight(shown);
+    const double before = litHeight(std::exchange(drawn, fill.position()));
+    const double now = litHeight(drawn);
     if (now == before) return;
     const int lit = static_cast<int>(std::max(before, now)) + 2 * glow;
     update(0, height() - lit, width(), lit);
@@ -63,30 +64,30 @@ QString MeterBar::valueText() const {
     return std::isfinite(level) ? Formats::decibels(level) : QStringLiteral("—");
 }
 
-// Bars move all the time, and the toolkit fills tall shapes with several
-// threads, which costs more than it saves: so its ends are kept pictures, and what lies between them
-// is one that is stretched.
+// Bars are redrawn many times a second. The toolkit fills tall shapes with several threads, which costs
+// more than it saves. The lit part is therefore made of kept pictures: its two ends, and between them one
+// that is stretched to the height needed.
 void MeterBar::paint(QPainter& painter) {
     const QRectF track((width() - barWidth) / 2, glow, barWidth, height() - 2 * glow);
-    Paint::cached(painter, QStringLiteral("meter track"), rect(), [&](QPainter& ink) {
-        Paint::fill(ink, track, barWidth / 2, Theme::faded(Theme::accent, 0.12));
+    Paint::cached(painter, QStringLiteral("meter track"), rect(), [&](QPainter& canvas) {
+        Paint::fill(canvas, track, barWidth / 2, Theme::faded(Theme::accent, 0.12));
     });
     const double lit = litHeight(fill.position());
     if (lit < 1) return;
     const double end = std::min(std::ceil(barWidth / 2), lit / 2);
     const double top = track.bottom() - lit;
-    const auto drawn = [&](const QString& part, const QRectF& place, double offset) {
-        Paint::cached(painter, part + QString::number(end), place, [&](QPainter& ink) {
-            drawLit(ink, QRectF(track.left(), offset, barWidth, litPicture), end);
+    const auto drawEnd = [&](const QString& part, const QRectF& place, double offset) {
+        Paint::cached(painter, part + QString::number(end), place, [&](QPainter& canvas) {
+            drawLit(canvas, QRectF(track.left(), offset, barWidth, pictureHeight), end);
         });
     };
-    drawn(QStringLiteral("meter top "), QRectF(0, top - glow, width(), glow + end), glow);
-    drawn(QStringLiteral("meter bottom "), QRectF(0, track.bottom() - end, width(), end + glow),
-          end - litPicture);
+    drawEnd(QStringLiteral("meter top "), QRectF(0, top - glow, width(), glow + end), glow);
+    drawEnd(QStringLiteral("meter bottom "), QRectF(0, track.bottom() - end, width(), end + glow),
+            end - pictureHeight);
     if (lit <= 2 * end) return;
-    Paint::stretched(painter, QStringLiteral("meter middle"), QSizeF(width(), litPicture - 2 * end),
-                     QRectF(0, top + end, width(), lit - 2 * end), [&](QPainter& ink) {
-                         drawLit(ink, QRectF(track.left(), -end, barWidth, litPicture), end);
+    Paint::stretched(painter, QStringLiteral("meter middle"), QSizeF(width(), pictureHeight - 2 * end),
+                     QRectF(0, top + end, width(), lit - 2 * end), [&](QPainter& canvas) {
+                         drawLit(canvas, QRectF(track.left(), -end, barWidth, pictureHeight), end);
                      });
 }
 

@@ -5,18 +5,19 @@
 
 namespace Kit {
 
-/// A bar from -60 dB (empty) to +6 dB (full). Its widget is larger than the bar by `glow` on all
-/// sides, so that its light is not cut off.
+/// A bar from -60 dB (empty) to +6 dB (full). The widget is larger than the bar by `glow` on all sides,
+/// so that the glow of the lit part is not cut off.
 class MeterBar final : public Control {
 public:
     static constexpr int glow = 5;
 
-    /// `width` of the bar itself.
+    /// `width` of the bar, without the glow.
     MeterBar(double width, QWidget* parent);
 
-    /// In dB; anything that is not finite is silence.
+    /// In dB. A level that is not finite means silence.
     void setLevel(float level);
 
+    /// The lit part of the bar, 0 to 1.
     static double fractionOf(float level);
 
     QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
@@ -32,7 +33,7 @@ private:
     const double barWidth;
     float level;
     Animation fill;
-    double shown = 0;  // of the bar, when last told to redraw
+    double drawn = 0;  // the fraction at the last repaint
 };
 
 }  // namespace Kit

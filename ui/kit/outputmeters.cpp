@@ -4,6 +4,8 @@
 #include "ui/kit/formats.hpp"
 #include "ui/kit/theme.hpp"
 
+#include <QVBoxLayout>
+
 #include <algorithm>
 #include <cmath>
 

@@ -1,16 +1,17 @@
 #pragma once
 
+#include "ui/kit/caption.hpp"
 #include "ui/kit/meterbar.hpp"
-#include "ui/kit/panel.hpp"
+#include "ui/kit/well.hpp"
 
 #include <vector>
 
 namespace Kit {
 
-/// The levels of the outputs side by side, with the highest as a number.
+/// The levels of the outputs as bars side by side, with the highest as a number below.
 class OutputMeters final : public QWidget {
 public:
-    /// `height` of the field of bars, at least, for that many outputs, two or more.
+    /// `outputs`: two or more. `height`: the least of the field of bars, which grows with its layout.
     OutputMeters(int outputs, int height, QWidget* parent);
 
     void setLevels(const std::vector<float>& levels);

@@ -1,12 +1,12 @@
 #include "ui/kit/panel.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/caption.hpp"
+#include "ui/kit/pictures.hpp"
+#include "ui/kit/shadows.hpp"
 
 #include <QPaintEvent>
 #include <QRadialGradient>
 
-#include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace Kit {
@@ -18,7 +18,7 @@ constexpr int padding = 26;
 constexpr int rowSpacing = 22;
 constexpr double farBlur = 34;
 constexpr double farOffset = 26;
-constexpr int shadowReach = static_cast<int>(1.5 * farBlur + farOffset);
+constexpr int shadowReach = static_cast<int>(Paint::blurReach * farBlur + farOffset);
 
 void drawPlate(QPainter& painter, const QRectF& plate) {
     Paint::fill(painter, plate, cornerRadius, Theme::vertical(plate, Theme::panelTop, Theme::panelBottom));
@@ -31,7 +31,8 @@ void drawPlate(QPainter& painter, const QRectF& plate) {
     Paint::edge(painter, plate, cornerRadius, Theme::rim(plate));
 }
 
-// What its plate hides of the shadows, under a pixel of its soft edge and but for its corners.
+// The area in which the plate covers its shadows entirely: without its round corners and its outermost
+// pixel, whose edge is smoothed.
 QRegion hiddenBy(const QRect& plate) {
     constexpr int corner = static_cast<int>(cornerRadius);
     return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner);
@@ -67,16 +68,17 @@ void Panel::drawShadows(QPainter& painter, const QRectF& plate) {
 void Panel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF plate = rect();
-    Paint::cached(painter, QStringLiteral("panel"), plate, [&](QPainter& ink) { drawPlate(ink, plate); });
+    Paint::cached(painter, QStringLiteral("panel"), plate,
+                  [&](QPainter& canvas) { drawPlate(canvas, plate); });
 }
 
-// The shadows move along, on all sides.
+// The surface draws the shadows, which move with the panel.
 void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
 
 void Panel::resizeEvent(QResizeEvent*) { parentWidget()->update(); }
 
-// A meter inside a panel repaints every 60 ms, a graph with every move of the mouse; next to nothing
-// of the shadows is to be seen there.
+// Meters and graphs inside of panels repaint the surface behind them many times a second. The plates
+// cover the shadows there, so they are drawn only where they show.
 void Surface::paintEvent(QPaintEvent* event) {
     std::vector<QRect> plates;
     for (QObject* const child : children())
@@ -94,64 +96,6 @@ void Surface::paintEvent(QPaintEvent* event) {
         painter.setClipRegion(shaded);
         Panel::drawShadows(painter, plate);
     }
-}
-
-Well::Well(double radius, QWidget* parent)
-    : QWidget(parent)
-    , radius(radius) {}
-
-void Well::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    Paint::well(painter, rect(), std::min(radius, height() / 2.0));
-}
-
-Caption::Caption(const QString& text, const QFont& font, const QColor& color, QWidget* parent)
-    : QWidget(parent)
-    , text(text)
-    , font(font)
-    , color(color) {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    setAccessibleName(text);
-}
-
-void Caption::setText(const QString& value) {
-    if (text == value) return;
-    const QSize before = sizeHint();
-    text = value;
-    setAccessibleName(value);
-    if (sizeHint() != before) updateGeometry();
-    update();
-}
-
-void Caption::setColor(const QColor& value) {
-    color = value;
-    update();
-}
-
-void Caption::reserveFor(const QString& value) {
-    reserved = value;
-    updateGeometry();
-}
-
-QSize Caption::sizeHint() const {
-    const Paint::TextStyle style{font, color, {}, tabular};
-    const double width = std::max(Paint::textWidth(text, style), Paint::textWidth(reserved, style));
-    return {static_cast<int>(std::ceil(width)) + 1,
-            static_cast<int>(std::ceil(QFontMetricsF(font).height()))};
-}
-
-// Long texts give way and are elided.
-QSize Caption::minimumSizeHint() const {
-    const Paint::TextStyle style{font, color, {}, tabular};
-    return {static_cast<int>(std::ceil(Paint::textWidth(reserved, style))), sizeHint().height()};
-}
-
-void Caption::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const Paint::Shadow shadow = shadowed ? Paint::Shadow{Theme::black(0.5), 2, 1} : Paint::Shadow{};
-    Paint::text(painter, rect(), alignment, text, {font, color, shadow, tabular});
 }
 
 }  // namespace Kit

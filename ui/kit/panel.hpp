@@ -5,14 +5,14 @@
 
 namespace Kit {
 
-/// A raised plate with a title row and whatever its owner lays out below. Its shadows fall outside
-/// of it: a Surface under it paints them.
+/// A raised plate with a title row; its owner lays out the content below. The shadows of the plate lie
+/// outside of its widget, so the parent must be a Surface, which draws them.
 class Panel : public QWidget {
 public:
-    /// Without a title there is no title row.
+    /// With an empty title there is no title row.
     Panel(const QString& title, QWidget* parent);
 
-    /// Shown at the right of the title row, which must be there.
+    /// Puts `view` at the right of the title row. The panel must have a title.
     void setTrailing(QWidget* view);
 
     QBoxLayout& content() { return *body; }
@@ -29,55 +29,13 @@ private:
     QVBoxLayout* body;
 };
 
-/// What panels stand on.
+/// The parent of panels. It draws their shadows and is otherwise transparent.
 class Surface : public QWidget {
 public:
     using QWidget::QWidget;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-};
-
-/// A recessed field round whatever its owner lays out in it.
-class Well : public QWidget {
-public:
-    Well(double radius, QWidget* parent);
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    const double radius;
-};
-
-/// A line of text.
-class Caption : public QWidget {
-public:
-    Caption(const QString& text, const QFont& font, const QColor& color, QWidget* parent);
-
-    void setText(const QString& text);
-    void setColor(const QColor& color);
-    void setTabular(bool value) { tabular = value; }
-    void setShadow(bool value) { shadowed = value; }
-    void setAlignment(Qt::Alignment value) { alignment = value; }
-
-    /// As wide as this text needs, whatever it shows.
-    void reserveFor(const QString& text);
-
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-
-private:
-    QString text;
-    QString reserved;
-    const QFont font;
-    QColor color;
-    bool tabular = false;
-    bool shadowed = false;
-    Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
 };
 
 }  // namespace Kit

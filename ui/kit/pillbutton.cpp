@@ -1,7 +1,9 @@
 #include "ui/kit/pillbutton.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/pictures.hpp"
+#include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
+#include "ui/kit/text.hpp"
 
 #include <QEvent>
 
@@ -23,7 +25,7 @@ Measures measuresOf(PillButton::Size size) {
     return size == PillButton::Size::compact ? Measures{11, 13, 7, 13} : Measures{13, 19, 10, 15};
 }
 
-constexpr double bezelWidth = 4;  // round the key
+constexpr double bezelWidth = 4;  // around the body
 constexpr double iconGap = 6;
 
 }  // namespace
@@ -38,7 +40,7 @@ PillButton::PillButton(const QString& title, Size size, QWidget* parent)
 
 void PillButton::setTitle(const QString& text) {
     if (title == text) return;
-    // A name that its owner has given it stays.
+    // The accessible name follows the title, unless the owner has given the button another one.
     if (accessibleName() == title) setAccessibleName(text);
     title = text;
     updateGeometry();
@@ -55,7 +57,7 @@ void PillButton::setIcon(const QString& symbol) {
 void PillButton::setOn(bool value) {
     if (on == value) return;
     on = value;
-    shownChanged();
+    stateChanged();
 }
 
 void PillButton::reserveFor(const QStringList& titles) {
@@ -88,39 +90,39 @@ void PillButton::paint(QPainter& painter) {
     const bool pushed = on || isPressed();
     const QString state =
         QStringLiteral("pill %1%2%3").arg(int(on)).arg(int(isPressed())).arg(int(isHovered()));
-    Paint::cached(painter, state, rect(), [&](QPainter& ink) {
-        Paint::fill(ink, outer, outer.height() / 2, Theme::well);
-        Paint::innerShadow(ink, outer, outer.height() / 2, {Theme::black(0.75), 3, 2});
-        const QRectF key = outer.adjusted(bezelWidth, bezelWidth, -bezelWidth, -bezelWidth);
-        Paint::dropShadow(ink, key, key.height() / 2,
+    Paint::cached(painter, state, rect(), [&](QPainter& canvas) {
+        Paint::fill(canvas, outer, outer.height() / 2, Theme::well);
+        Paint::innerShadow(canvas, outer, outer.height() / 2, {Theme::black(0.75), 3, 2});
+        const QRectF body = outer.adjusted(bezelWidth, bezelWidth, -bezelWidth, -bezelWidth);
+        Paint::dropShadow(canvas, body, body.height() / 2,
                           pushed ? Paint::Shadow{Theme::black(0.3), 4, 0}
                                  : Paint::Shadow{Theme::black(0.6), 5, 1});
-        Paint::trim(ink, outer, outer.height() / 2);
-        Paint::edge(ink, outer, outer.height() / 2, Theme::recessRim(outer));
-        drawBody(ink, key);
+        Paint::trim(canvas, outer, outer.height() / 2);
+        Paint::edge(canvas, outer, outer.height() / 2, Theme::recessRim(outer));
+        drawBody(canvas, body);
     });
     drawLabel(painter, outer.translated(0, pushed ? 0.5 : 0));
 }
 
-void PillButton::drawBody(QPainter& painter, const QRectF& key) const {
-    const double radius = key.height() / 2;
+void PillButton::drawBody(QPainter& painter, const QRectF& body) const {
+    const double radius = body.height() / 2;
     const bool pushed = on || isPressed();
     const double light = isHovered() ? 0.02 : 0;
     const auto lighter = [light](double r, double g, double b) {
         return Theme::rgb(r + light, g + light, b + light);
     };
-    Paint::fill(painter, key, radius,
-                pushed ? Theme::vertical(key, lighter(0.16, 0.17, 0.20), lighter(0.13, 0.14, 0.165))
-                       : Theme::vertical(key, lighter(0.27, 0.285, 0.33), lighter(0.19, 0.20, 0.24)));
+    Paint::fill(painter, body, radius,
+                pushed ? Theme::vertical(body, lighter(0.16, 0.17, 0.20), lighter(0.13, 0.14, 0.165))
+                       : Theme::vertical(body, lighter(0.27, 0.285, 0.33), lighter(0.19, 0.20, 0.24)));
     if (on) {
-        Paint::innerShadow(painter, key, radius, {Theme::faded(Theme::accent, 0.18), 8, 0});
-        Paint::edge(painter, key, radius, Theme::faded(Theme::accent, 0.45));
+        Paint::innerShadow(painter, body, radius, {Theme::faded(Theme::accent, 0.18), 8, 0});
+        Paint::edge(painter, body, radius, Theme::faded(Theme::accent, 0.45));
     } else {
-        Paint::edge(painter, key, radius, Theme::rim(key));
+        Paint::edge(painter, body, radius, Theme::rim(body));
     }
 }
 
-void PillButton::drawLabel(QPainter& painter, const QRectF& key) const {
+void PillButton::drawLabel(QPainter& painter, const QRectF& bounds) const {
     const Measures m = measuresOf(size);
     Paint::TextStyle style{
         Theme::font(m.font, QFont::DemiBold), Theme::faded(Theme::text, 0.88), {Theme::black(0.5), 1, 1}};
@@ -128,11 +130,11 @@ void PillButton::drawLabel(QPainter& painter, const QRectF& key) const {
         style.color = Theme::accent;
         style.shadow = {Theme::faded(Theme::accent, 0.6), 4, 0};
     }
-    QRectF label(0, 0, labelWidth(title), key.height());
-    label.moveCenter(key.center());
+    QRectF label(0, 0, labelWidth(title), bounds.height());
+    label.moveCenter(bounds.center());
     if (!icon.isEmpty()) {
         QRectF place(label.left(), 0, m.icon, m.icon);
-        place.moveTop(std::round(key.center().y() - m.icon / 2));
+        place.moveTop(std::round(bounds.center().y() - m.icon / 2));
         place.moveLeft(std::round(place.left()));
         Symbols::draw(painter, icon, place, style.color, style.shadow);
         label.setLeft(label.left() + m.icon + iconGap);

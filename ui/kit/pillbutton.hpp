@@ -1,13 +1,14 @@
 #pragma once
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/button.hpp"
 
 #include <QString>
+#include <QStringList>
 
 namespace Kit {
 
-/// A capsule button in a recessed bezel. Lit, it looks held down and glows. It shows its owner's
-/// state and does not toggle by itself.
+/// A capsule button in a recessed bezel. While it is on it looks held down and glows. A click does not
+/// toggle it: the owner does, with `setOn`.
 class PillButton final : public Button {
 public:
     enum class Size { regular, compact };
@@ -18,7 +19,8 @@ public:
     void setIcon(const QString& symbol);
     void setOn(bool value);
 
-    /// Wide enough for the longest of its titles, so that the button keeps its width.
+    /// Makes the button wide enough for each of these titles, so that a change of title does not change
+    /// its width.
     void reserveFor(const QStringList& titles);
 
     bool isCheckable() const override { return true; }
@@ -33,8 +35,8 @@ protected:
 private:
     double labelWidth(const QString& text) const;
     QRectF bezel() const;
-    void drawBody(QPainter& painter, const QRectF& key) const;
-    void drawLabel(QPainter& painter, const QRectF& key) const;
+    void drawBody(QPainter& painter, const QRectF& body) const;
+    void drawLabel(QPainter& painter, const QRectF& bounds) const;
 
     const Size size;
     QString title;

@@ -1,6 +1,7 @@
 #include "ui/kit/scrubfield.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/text.hpp"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -15,10 +16,9 @@ namespace {
 
 constexpr int fieldHeight = 24;
 constexpr int padding = 7;
-constexpr double fineFactor = 0.2;
 constexpr double stepsPerPoint = 0.25;
 constexpr double pointsPerOctave = 90;
-constexpr double stepsPerOctave = 12;
+constexpr double semitonesPerOctave = 12;
 
 }  // namespace
 
@@ -50,16 +50,15 @@ std::optional<double> ScrubField::parse(const QString& typed) {
 }
 
 double ScrubField::dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const {
-    const double factor = isFineTuned(modifiers) ? fineFactor : 1;
-    const double delta = translation.x() - translation.y();
-    return logarithmic ? start * std::exp2(delta / pointsPerOctave * factor)
-                       : start + factor * delta * stepsPerPoint * stepSize();
+    const double delta = factorFor(modifiers) * (translation.x() - translation.y());
+    return logarithmic ? start * std::exp2(delta / pointsPerOctave)
+                       : start + delta * stepsPerPoint * stepSize();
 }
 
-// Where a musical step is less than one of the field, it is one of the field.
+// A logarithmic field steps by semitones, but at least by `step`: rounding would undo a smaller change.
 void ScrubField::moveBySteps(double steps) {
     if (!logarithmic) return ValueControl::moveBySteps(steps);
-    const double change = value() * std::exp2(steps / stepsPerOctave) - value();
+    const double change = value() * std::exp2(steps / semitonesPerOctave) - value();
     propose(value() + std::copysign(std::max(std::abs(change), step), change));
 }
 

@@ -8,10 +8,10 @@ class QLineEdit;
 
 namespace Kit {
 
-/// A number that is dragged or typed. Right and up increase: one step every 4 points, or on a
-/// logarithmic field one octave every 90; five times finer with Option or Shift held. A
-/// double-click, Return or F2 begins typing; Return and the loss of focus take the number over,
-/// Escape does not.
+/// A number that is dragged or typed. Drags to the right and up increase it: by one step every 4
+/// points, or on a logarithmic field by one octave every 90, and by a fifth of that with Option or
+/// Shift held. A double-click, Return or F2 starts editing. Return and loss of focus commit what is
+/// typed; Escape discards it.
 class ScrubField final : public ValueControl {
 public:
     struct Look {
@@ -22,7 +22,7 @@ public:
 
     ScrubField(const QString& name, Range range, Format format, const Look& look, QWidget* parent);
 
-    /// The number that a text means: "2,5k" is 2500. None when it holds no number.
+    /// The number in a typed text: "2,5k" gives 2500. Nothing when the text holds no number.
     static std::optional<double> parse(const QString& text);
 
     bool isEditing() const { return editing; }

@@ -1,10 +1,9 @@
 #include "ui/kit/symbols.hpp"
 
-#include <QFile>
 #include <QSvgRenderer>
 
-// A linker drops the drawings from a static library unless something calls for them. The macro
-// declares a function of the global namespace.
+// The linker leaves the drawings out of a program unless a function refers to them. The macro that does
+// so declares a function in the global namespace, so it must be used there.
 static void loadDrawings() { Q_INIT_RESOURCE(drawings); }
 
 namespace Symbols {
@@ -23,24 +22,22 @@ const QString logo = QStringLiteral(":/LogoMark.svg");
 void drawFile(QPainter& painter, const QString& file, const QRectF& bounds, const QBrush& brush,
               const Paint::Shadow& shadow) {
     const QRectF local(QPointF(), bounds.size());
-    const auto shape = [&](QPainter& ink) {
+    const auto shape = [&](QPainter& canvas) {
         QSvgRenderer renderer(file);
         renderer.setAspectRatioMode(Qt::KeepAspectRatio);
-        renderer.render(&ink, local);
+        renderer.render(&canvas, local);
     };
     Paint::softCopy(painter, file, bounds, shadow, shape);
     const QString key = file + (brush.gradient() ? QStringLiteral(" gradient ")
                                                  : QString::number(brush.color().rgba64(), 16));
-    Paint::cached(painter, key, bounds, [&](QPainter& ink) {
-        shape(ink);
-        ink.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        ink.fillRect(local.adjusted(-1, -1, 1, 1), brush);
+    Paint::cached(painter, key, bounds, [&](QPainter& canvas) {
+        shape(canvas);
+        canvas.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        canvas.fillRect(local.adjusted(-1, -1, 1, 1), brush);
     });
 }
 
 }  // namespace
-
-bool exists(const QString& name) { return QFile::exists(pathOf(name)); }
 
 void draw(QPainter& painter, const QString& name, const QRectF& bounds, const QBrush& brush,
           const Paint::Shadow& shadow) {

@@ -1,6 +1,7 @@
 #include "ui/kit/tabs.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/text.hpp"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -32,7 +33,7 @@ Tab::Tab(const QString& title, const QColor& color, int padding, QWidget* parent
 void Tab::setSelected(bool value) {
     if (selected == value) return;
     selected = value;
-    shownChanged();
+    stateChanged();
 }
 
 Control::Outline Tab::outline() const {
@@ -43,7 +44,7 @@ void Tab::paint(QPainter& painter) {
     const QRectF capsule = rect();
     if (selected)
         Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.09));
-    else if (isHovered() && isEnabled())
+    else if (isHovered())
         Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(isPressed() ? 0.06 : 0.04));
     Paint::text(painter, capsule, Qt::AlignCenter, title,
                 {titleFont(), selected ? Theme::accent : color, {}, false});
@@ -65,7 +66,8 @@ Tabs::Tabs(const QStringList& titles, const QColor& color, int padding, QWidget*
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-// The toolkit would pass the focus on to a neighbour, as if the user had.
+// When a widget that has the focus is hidden, the toolkit gives the focus to another one as if the user
+// had pressed Tab, and a focus ring appears there. Without a focus to pass on it does not.
 void Tabs::setVisible(bool visible) {
     if (QWidget* const focused = focusWidget(); !visible && focused) focused->clearFocus();
     QWidget::setVisible(visible);

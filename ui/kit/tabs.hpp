@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/button.hpp"
 
 #include <QString>
 #include <QStringList>
@@ -10,7 +10,7 @@
 
 namespace Kit {
 
-/// One of a row of pages. It shows its owner's choice and does not change it by itself.
+/// The title of one page in a row of tabs. A click does not select it: the owner does.
 class Tab final : public Button {
 public:
     Tab(const QString& title, const QColor& color, int padding, QWidget* parent);
@@ -18,7 +18,6 @@ public:
     void setSelected(bool value);
 
     QAccessible::Role accessibleRole() const override { return QAccessible::PageTab; }
-    bool isCheckable() const override { return true; }
     bool isChecked() const override { return selected; }
 
 protected:
@@ -31,10 +30,10 @@ private:
     bool selected = false;
 };
 
-/// Tabs in a recessed capsule. The arrow keys go to the neighbour.
+/// A row of tabs in a recessed capsule. The left and right arrow keys select the neighbour.
 class Tabs final : public QWidget {
 public:
-    /// `color` of the titles that are not selected; `padding` on both sides of each title.
+    /// `color`: of the titles that are not selected. `padding`: left and right of each title.
     Tabs(const QStringList& titles, const QColor& color, int padding, QWidget* parent);
 
     void setSelected(int index);

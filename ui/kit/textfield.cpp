@@ -1,6 +1,6 @@
 #include "ui/kit/textfield.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
 
 namespace Kit {
 
@@ -33,7 +33,7 @@ void TextField::paintEvent(QPaintEvent* event) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         Paint::well(painter, rect(), cornerRadius);
-        if (hasFocus()) Paint::edge(painter, rect(), cornerRadius, Theme::faded(Theme::accent, 0.85), 1.5);
+        if (hasFocus()) Paint::focusRing(painter, rect(), cornerRadius);
     }
     QLineEdit::paintEvent(event);
 }

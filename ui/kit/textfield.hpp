@@ -4,7 +4,7 @@
 
 namespace Kit {
 
-/// A line of text to type into, in a recessed field.
+/// A recessed field with a line of text that the user edits.
 class TextField final : public QLineEdit {
 public:
     TextField(const QString& placeholder, QSize size, double fontSize, QWidget* parent);

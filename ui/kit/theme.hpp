@@ -5,7 +5,7 @@
 #include <QLinearGradient>
 #include <QRectF>
 
-/// Colours, gradients and type of the whole window. Sizes are logical pixels.
+/// Colours, gradients and fonts of the whole window. Sizes are logical pixels.
 namespace Theme {
 
 inline QColor rgb(double red, double green, double blue, double opacity = 1) {

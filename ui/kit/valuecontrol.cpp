@@ -14,7 +14,6 @@ namespace {
 
 constexpr double stepsOfContinuousRange = 40;
 constexpr double stepsOfPage = 10;
-constexpr double fineFactor = 0.2;
 
 }  // namespace
 
@@ -24,17 +23,20 @@ ValueControl::ValueControl(Range range, double defaultValue, double step, Format
     , defaultValue(defaultValue)
     , step(step)
     , format(std::move(format))
-    , shown(defaultValue) {
+    , current(defaultValue) {
     setCursor(Qt::PointingHandCursor);
 }
 
 void ValueControl::setValue(double value) {
-    if (value == shown) return;
-    shown = value;
-    shownChanged();
+    if (value == current) return;
+    current = value;
+    stateChanged();
 }
 
-// Rounding may leave a range whose ends are off the step; zero has no sign.
+// The nearest multiple of the step within the range. An end of the range need not be a multiple, so that
+// rounding can leave the range. Multiples of decimal steps are inexact in binary, so that an end that is a
+// multiple can seem to be none: `noise` allows for that. Adding 0.0 turns -0 into 0, whose read-out has no
+// minus sign.
 double ValueControl::legal(double candidate) const {
     const double kept = std::clamp(candidate, range.lower, range.upper);
     if (step <= 0) return kept + 0.0;
@@ -45,26 +47,26 @@ double ValueControl::legal(double candidate) const {
     return std::clamp(count * step, range.lower, range.upper) + 0.0;
 }
 
-// The owner keeps single precision; what only differs beyond it does not differ.
+// Owners keep values in single precision, so values that are equal in single precision are equal here.
 void ValueControl::propose(double candidate) {
     if (std::isnan(candidate) || !isEnabled()) return;
     const double next = legal(candidate);
-    if (static_cast<float>(next) != static_cast<float>(shown) && onChange) onChange(next);
+    if (static_cast<float>(next) != static_cast<float>(current) && onChange) onChange(next);
 }
 
-void ValueControl::moveBySteps(double steps) { propose(shown + steps * stepSize()); }
+void ValueControl::moveBySteps(double steps) { propose(current + steps * stepSize()); }
 
 double ValueControl::stepSize() const { return step > 0 ? step : range.extent() / stepsOfContinuousRange; }
 
 double ValueControl::fineArrow() const { return step > 0 ? step / stepSize() : fineFactor; }
 
 double ValueControl::fraction() const {
-    return std::isfinite(shown) ? std::clamp((shown - range.lower) / range.extent(), 0.0, 1.0) : 0;
+    return std::isfinite(current) ? std::clamp((current - range.lower) / range.extent(), 0.0, 1.0) : 0;
 }
 
 void ValueControl::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
-    dragStart = shown;
+    dragStart = current;
     dragFrom = event->globalPosition();
     update();
 }
@@ -96,7 +98,7 @@ void ValueControl::wheelEvent(QWheelEvent* event) {
 }
 
 void ValueControl::keyPressEvent(QKeyEvent* event) {
-    const double arrow = isFineTuned(event->modifiers()) ? fineArrow() : 1;
+    const double arrow = isFine(event->modifiers()) ? fineArrow() : 1;
     switch (event->key()) {
     case Qt::Key_Up:
     case Qt::Key_Right:

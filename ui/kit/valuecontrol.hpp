@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/kit/control.hpp"
+#include "ui/kit/notches.hpp"
 
 #include <functional>
 #include <optional>
@@ -14,10 +15,10 @@ struct Range {
     double extent() const { return upper - lower; }
 };
 
-/// A control for one number. Whatever the user does ends in `propose`, which keeps the number in
-/// its range and on its step and reports it when it differs from the one shown; a drag always
-/// counts from the value at its start. Keyboard: arrows, Page Up and Down, Home for the default;
-/// the wheel moves by one step.
+/// A control for one number. All input ends in `propose`, which moves the number into the range and
+/// onto the step, and reports it when it differs from the current one. A drag is relative to the value
+/// at its start. Keyboard: the arrows move by one step, Page Up and Down by ten, Home sets the default.
+/// A notch of the wheel moves by one step.
 class ValueControl : public Control {
 public:
     using Format = std::function<QString(double)>;
@@ -27,37 +28,35 @@ public:
 
     const Range range;
     const double defaultValue;
-    const double step;  // quantum; 0 means continuous
+    const double step;  // values are multiples of it; 0 means continuous
     const Format format;
     Change onChange;
 
-    double value() const { return shown; }
+    double value() const { return current; }
     void setValue(double value);
 
-    /// Reports nothing while the control is disabled.
+    /// Does nothing while the control is disabled.
     void propose(double candidate);
     virtual void moveBySteps(double steps);
 
-    /// What an arrow key and a notch of the wheel change.
+    /// How far an arrow key and a notch of the wheel move.
     virtual double stepSize() const;
 
     QAccessible::Role accessibleRole() const override { return QAccessible::Dial; }
-    QString valueText() const override { return format(shown); }
+    QString valueText() const override { return format(current); }
 
 protected:
-    /// Quantised and within the range.
-    double legal(double candidate) const;
-
+    /// The value's place in the range, 0 to 1.
     double fraction() const;
     bool isDragging() const { return dragStart.has_value(); }
 
-    /// Where a drag that began at `start` has come to.
+    /// The value of a drag that began at `start`, before it is moved into the range and onto the step.
     virtual double dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const = 0;
 
-    /// What an arrow key moves with Option or Shift held, in steps.
+    /// How far an arrow key moves with Option or Shift held, in steps of `stepSize`.
     virtual double fineArrow() const;
 
-    /// How far the mouse must go before a press is a drag.
+    /// The distance from which a press that moves is a drag.
     virtual double dragThreshold() const { return 0; }
 
     void cancelInteraction() override;
@@ -69,7 +68,10 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    double shown;
+    /// The nearest value in the range and on the step.
+    double legal(double candidate) const;
+
+    double current;
     std::optional<double> dragStart;
     QPointF dragFrom;
     bool dragging = false;

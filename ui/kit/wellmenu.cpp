@@ -1,7 +1,8 @@
 #include "ui/kit/wellmenu.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
+#include "ui/kit/text.hpp"
 
 #include <QKeyEvent>
 #include <QMenu>
@@ -34,21 +35,21 @@ MenuButton::MenuButton(int width, QWidget* parent)
     setFixedSize(width, lineHeight + 2 * verticalPadding);
 }
 
-QString MenuButton::valueText() const { return shown ? titles.at(*shown) : QString(); }
+QString MenuButton::valueText() const { return current ? titles.at(*current) : QString(); }
 
 void MenuButton::setTitles(const QStringList& list) {
     titles = list;
-    shown.reset();
+    current.reset();
     update();
 }
 
-void MenuButton::setShown(std::optional<int> index) {
-    shown = index;
-    shownChanged();
+void MenuButton::setCurrent(std::optional<int> index) {
+    current = index;
+    stateChanged();
 }
 
-// The list lives on its own until something is chosen, so that window and button may go while it is
-// open; so the choice is delivered after the list is done.
+// The program keeps running while the list is open: the button may be disabled, or destroyed with its
+// window. The choice is therefore delivered by a queued call, after the list has closed.
 void MenuButton::activate() {
     if (!isEnabled()) return;
     auto* const list = new QMenu(this);
@@ -60,7 +61,7 @@ void MenuButton::activate() {
         QAction* const entry = list->addAction(titles.at(i));
         connect(
             entry, &QAction::triggered, this, [this, i] { choose(i); }, Qt::QueuedConnection);
-        if (i == shown) list->setDefaultAction(entry);
+        if (i == current) list->setDefaultAction(entry);
     }
     list->popup(mapToGlobal(QPoint(0, height() + 2)));
     list->setActiveAction(list->defaultAction());
@@ -71,8 +72,8 @@ void MenuButton::choose(int index) {
 }
 
 void MenuButton::step(int by) {
-    const int next = std::clamp(shown.value_or(-1) + by, 0, static_cast<int>(titles.size()) - 1);
-    if (!titles.isEmpty() && next != shown) choose(next);
+    const int next = std::clamp(current.value_or(-1) + by, 0, static_cast<int>(titles.size()) - 1);
+    if (!titles.isEmpty() && next != current) choose(next);
 }
 
 void MenuButton::keyPressEvent(QKeyEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/button.hpp"
+#include "ui/kit/notches.hpp"
 
 #include <QString>
 #include <QStringList>
@@ -12,8 +13,8 @@
 
 namespace Kit {
 
-/// A recessed button that opens a list. It shows the title of its owner's choice and does not change
-/// it by itself.
+/// A recessed button that opens a list of titles. It shows the title that its owner has set; choosing
+/// another one only reports its index. Keyboard: up and down choose the neighbour, as does the wheel.
 class MenuButton : public Button {
 public:
     MenuButton(int width, QWidget* parent);
@@ -24,7 +25,7 @@ public:
 
 protected:
     void setTitles(const QStringList& titles);
-    void setShown(std::optional<int> index);
+    void setCurrent(std::optional<int> index);
     std::function<void(int)> onIndex;
 
     void paint(QPainter& painter) override;
@@ -37,9 +38,10 @@ private:
 
     Notches notches;
     QStringList titles;
-    std::optional<int> shown;
+    std::optional<int> current;
 };
 
+/// A MenuButton whose titles stand for values.
 template <class Value>
 class WellMenu final : public MenuButton {
 public:
@@ -73,7 +75,7 @@ private:
         std::optional<int> index;
         for (std::size_t i = 0; i < options.size() && !index; ++i)
             if (selection == options[i].first) index = static_cast<int>(i);
-        setShown(index);
+        setCurrent(index);
     }
 
     Options options;

@@ -2,6 +2,8 @@
 #include "ui/kit/iconbutton.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/pillbutton.hpp"
+#include "ui/kit/tabs.hpp"
+#include "ui/kit/theme.hpp"
 #include "ui/kit/wellmenu.hpp"
 
 #include <gtest/gtest.h>
@@ -13,138 +15,195 @@
 
 namespace {
 
-struct Pressed {
+/// A window with a button of one kind.
+struct ButtonTest : testing::TestWithParam<int> {
     QWidget window;
-    std::unique_ptr<Kit::Button> key;
+    std::unique_ptr<Kit::Button> owned = make();
+    Kit::Button& button = *owned;
     int count = 0;
 
-    explicit Pressed(int kind) {
-        window.resize(200, 100);
-        if (kind == 0)
-            key = std::make_unique<Kit::PillButton>("MUDO", Kit::PillButton::Size::compact, &window);
-        if (kind == 1) key = std::make_unique<Kit::LampSwitch>("Banda 1", &window);
-        if (kind == 2) key = std::make_unique<Kit::IconButton>("xmark", "Fechar", 15, &window);
-        key->action = [this] { ++count; };
+    ButtonTest() {
+        button.action = [this] { ++count; };
         Hand::showActive(window);
+        const QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(&button, const_cast<QEvent*>(&leave));
     }
 
-    QPointF centre() const { return QRectF(key->rect()).center(); }
+    std::unique_ptr<Kit::Button> make() {
+        if (GetParam() == 0) return std::make_unique<Kit::LampSwitch>("Banda 1", &window);
+        if (GetParam() == 1) return std::make_unique<Kit::IconButton>("xmark", "Fechar", 15, &window);
+        if (GetParam() == 2) return std::make_unique<Kit::Tab>("TOM", Theme::text, 18, &window);
+        return std::make_unique<Kit::PillButton>("MUDO", Kit::PillButton::Size::compact, &window);
+    }
+
+    void press() { Hand::mouse(button, QEvent::MouseButtonPress, {9, 9}); }
+    void move(QPointF at) { Hand::mouse(button, QEvent::MouseMove, at); }
+    void release(QPointF at = {9, 9}) { Hand::mouse(button, QEvent::MouseButtonRelease, at); }
 };
 
-class KeyTest : public testing::TestWithParam<int> {};
-INSTANTIATE_TEST_SUITE_P(AllButtons, KeyTest, testing::Values(0, 1, 2));
+INSTANTIATE_TEST_SUITE_P(AllButtons, ButtonTest, testing::Range(0, 4));
 
-TEST_P(KeyTest, ClickSpaceAndReturnActOnRelease) {
-    Pressed pressed(GetParam());
-    Kit::Button& key = *pressed.key;
-    Hand::mouse(key, QEvent::MouseButtonPress, pressed.centre());
-    EXPECT_EQ(pressed.count, 0);
-    Hand::mouse(key, QEvent::MouseButtonRelease, pressed.centre());
-    EXPECT_EQ(pressed.count, 1);
-    QTest::mouseClick(&key, Qt::RightButton);
-    EXPECT_EQ(pressed.count, 1);
-    for (const Qt::Key name : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter, Qt::Key_A})
-        QTest::keyClick(&key, name);
-    EXPECT_EQ(pressed.count, 4);
-    EXPECT_FALSE(key.isChecked()) << "the owner alone lights it";
+TEST_P(ButtonTest, ClickSpaceAndReturnActOnRelease) {
+    press();
+    EXPECT_EQ(count, 0);
+    release();
+    EXPECT_EQ(count, 1);
+    QTest::mouseClick(&button, Qt::RightButton);
+    EXPECT_EQ(count, 1);
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter, Qt::Key_A})
+        QTest::keyClick(&button, key);
+    EXPECT_EQ(count, 4);
+    EXPECT_FALSE(button.isChecked()) << "only the owner switches it on";
 }
 
-TEST_P(KeyTest, LettingGoElsewhereDoesNothing) {
-    Pressed pressed(GetParam());
-    Kit::Button& key = *pressed.key;
-    const auto press = [&] { Hand::mouse(key, QEvent::MouseButtonPress, pressed.centre()); };
-    const auto release = [&](QPointF at) { Hand::mouse(key, QEvent::MouseButtonRelease, at); };
-    const auto move = [&](QPointF at) { Hand::mouse(key, QEvent::MouseMove, at); };
+TEST_P(ButtonTest, APressThatIsInterruptedOrEndsElsewhereDoesNothing) {
     const QPointF outside(-9, 4);
-
     press(), move(outside), release(outside);
-    EXPECT_EQ(pressed.count, 0) << "outside";
-    press(), key.setEnabled(false), key.setEnabled(true), move(pressed.centre()), release(pressed.centre());
-    EXPECT_EQ(pressed.count, 0) << "disabled meanwhile";
-    press(), key.hide(), key.show(), move(pressed.centre()), release(pressed.centre());
-    EXPECT_EQ(pressed.count, 0) << "hidden meanwhile";
-    press(), QTest::keyRelease(&key, Qt::Key_Alt), QTest::keyRelease(&key, Qt::Key_Space);
-    key.setFocus();
-    EXPECT_EQ(pressed.count, 0) << "a key that was not pressed here";
-    release(outside);
-    QTest::keyPress(&key, Qt::Key_Space), key.clearFocus(), QTest::keyRelease(&key, Qt::Key_Space);
-    EXPECT_EQ(pressed.count, 0) << "the focus left";
-    press(), move(outside), move(pressed.centre()), release(pressed.centre());
-    EXPECT_EQ(pressed.count, 1) << "came back";
+    EXPECT_EQ(count, 0) << "outside";
+    press(), button.setEnabled(false), button.setEnabled(true), release();
+    EXPECT_EQ(count, 0) << "disabled meanwhile";
+    press(), button.hide(), button.show(), release();
+    EXPECT_EQ(count, 0) << "hidden meanwhile";
+    press(), QTest::keyRelease(&button, Qt::Key_Space), release(outside);
+    EXPECT_EQ(count, 0) << "a key that was not pressed";
+    button.setFocus(), QTest::keyPress(&button, Qt::Key_Space), button.clearFocus();
+    QTest::keyRelease(&button, Qt::Key_Space);
+    EXPECT_EQ(count, 0) << "the focus left";
+    press(), move(outside), move({9, 9}), release();
+    EXPECT_EQ(count, 1) << "came back";
 }
 
+TEST_P(ButtonTest, ItLooksDifferentWhileTheMouseIsOverItAndWhilePressed) {
+    const QImage resting = Hand::picture(button);
+    QEnterEvent enter({}, {}, {});
+    QApplication::sendEvent(&button, &enter);
+    const QImage hovered = Hand::picture(button);
+    EXPECT_NE(hovered, resting);
+    press();
+    EXPECT_NE(Hand::picture(button), hovered);
+    move({-9, 4});
+    EXPECT_EQ(Hand::picture(button), hovered);
+}
+
+TEST(ButtonLookTest, WhatIsOnIsLitInTheAccentColour) {
+    Kit::PillButton pill("MUDO", Kit::PillButton::Size::regular, nullptr);
+    Kit::LampSwitch lamp("Banda 1", nullptr);
+    Kit::Tab tab("TOM", Theme::text, 18, nullptr);
+    pill.resize(pill.sizeHint());
+    for (const bool on : {false, true, false}) {
+        pill.setOn(on), lamp.setOn(on), tab.setSelected(on);
+        for (Kit::Button* const button : std::initializer_list<Kit::Button*>{&pill, &lamp, &tab})
+            EXPECT_EQ(Hand::shows(*button, Theme::accent), on);
+        EXPECT_EQ(qAlpha(Hand::picture(pill, 2).pixel(4, 4)), 0) << "its glow stays in its bezel";
+    }
+}
+
+TEST(ButtonLookTest, ADisabledControlAndAGivenOpacityAreFaint) {
+    QWidget page;
+    Kit::LampSwitch lamp("Banda 1", &page);
+    lamp.setOpacity(0.55);
+    const std::tuple<bool, bool, double> cases[] = {
+        {true, true, 0.55}, {true, false, 0.22}, {false, true, 0.55}};
+    for (const auto& [pageEnabled, lampEnabled, opacity] : cases) {
+        page.setEnabled(pageEnabled), lamp.setEnabled(lampEnabled);
+        EXPECT_NEAR(Hand::colorAt(lamp, {5, 11}).alphaF(), opacity, 0.01);
+    }
+}
+
+TEST(PillButtonTest, KeepsItsWidthForItsTitlesAndItsNameFollowsThem) {
+    Kit::PillButton button("ON", Kit::PillButton::Size::compact, nullptr);
+    button.reserveFor({"ON", "OFF"});
+    const QSize reserved = button.sizeHint();
+    button.setTitle("OFF");
+    EXPECT_EQ(button.sizeHint(), reserved);
+    EXPECT_EQ(button.accessibleName(), "OFF");
+    button.setAccessibleName("Delay");
+    button.setTitle("ON");
+    EXPECT_EQ(button.accessibleName(), "Delay") << "the owner's name stays";
+}
+
+TEST(TabsTest, ClicksAndArrowKeysSelectAndHidingPassesNoFocusOn) {
+    QWidget window;
+    Kit::Tabs tabs({"TOM", "DINÂMICA", "DELAY"}, Theme::text, 18, &window);
+    const Kit::LampSwitch other("other", &window);
+    std::vector<int> selected;
+    tabs.onSelect = [&](int index) { selected.push_back(index), tabs.setSelected(index); };
+    Hand::showActive(window);
+    QWidget* const second = tabs.findChildren<QWidget*>().at(1);
+    QTest::mouseClick(second, Qt::LeftButton);
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Left})
+        QTest::keyClick(&tabs, key);
+    EXPECT_EQ(selected, (std::vector{1, 2, 1})) << "the last tab has no right neighbour";
+    EXPECT_TRUE(second->hasFocus());
+    tabs.hide();
+    EXPECT_FALSE(other.hasFocus());
+}
+
+/// A window with a menu.
 struct Menu {
     QWidget window;
-    std::unique_ptr<Kit::WellMenu<int>> menu = std::make_unique<Kit::WellMenu<int>>(138, &window);
+    std::unique_ptr<Kit::WellMenu<int>> button = std::make_unique<Kit::WellMenu<int>>(138, &window);
     std::optional<int> chosen;
 
     explicit Menu(int selection) {
-        menu->setOptions({{10, "PEQ"}, {20, "Low shelf"}, {30, "High shelf"}});
-        menu->setSelection(selection);
-        menu->onSelect = [this](int value) { chosen = value; };
+        button->setOptions({{10, "PEQ"}, {20, "Low shelf"}, {30, "High shelf"}});
+        button->setSelection(selection);
+        button->onSelect = [this](int value) { chosen = value; };
         Hand::showActive(window);
     }
 
     static QMenu& list() { return *qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
 
     void choose(int row) {
-        QTest::mouseClick(&list(), Qt::LeftButton, {},
-                          list().actionGeometry(list().actions().at(row)).center());
+        const QPoint entry = list().actionGeometry(list().actions().at(row)).center();
+        QTest::mouseClick(&list(), Qt::LeftButton, {}, entry);
         QApplication::processEvents();
     }
 };
 
-TEST(WellMenuTest, ReportsTheChoiceAndKeepsShowingItsOwners) {
-    Menu field(10);
-    QTest::mouseClick(field.menu.get(), Qt::LeftButton);
-    EXPECT_EQ(Menu::list().actions().size(), 3);
-    EXPECT_EQ(Menu::list().activeAction()->text(), "PEQ");
-    field.choose(2);
-    EXPECT_EQ(field.chosen, 30);
-    EXPECT_EQ(field.menu->valueText(), "PEQ");
-    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
-}
-
-TEST(WellMenuTest, ShowsNothingForAnUnknownValueAndStillListsAll) {
-    Menu field(99);
-    EXPECT_EQ(field.menu->valueText(), "");
-    QTest::keyClick(field.menu.get(), Qt::Key_Space);
+TEST(WellMenuTest, EachEntryReportsItsValueAndTheLabelStaysTheOwners) {
+    for (const int row : {0, 1, 2}) {
+        Menu menu(20);
+        QTest::mouseClick(menu.button.get(), Qt::LeftButton);
+        EXPECT_EQ(Menu::list().activeAction()->text(), "Low shelf");
+        menu.choose(row);
+        EXPECT_EQ(menu.chosen, 10 * (row + 1));
+        EXPECT_EQ(menu.button->valueText(), "Low shelf");
+    }
+    Menu unknown(99);
+    EXPECT_EQ(unknown.button->valueText(), "");
+    QTest::keyClick(unknown.button.get(), Qt::Key_Space);
     EXPECT_EQ(Menu::list().actions().size(), 3);
     QTest::keyClick(&Menu::list(), Qt::Key_Escape);
-    EXPECT_FALSE(field.chosen);
-    QTest::keyClick(field.menu.get(), Qt::Key_Down);
-    EXPECT_EQ(field.chosen, 10);
+    EXPECT_FALSE(unknown.chosen);
 }
 
-TEST(WellMenuTest, KeyAndWindowMayGoWhileTheListIsOpen) {
-    Menu field(10);
-    field.menu->activate();
-    field.menu->setEnabled(false);
-    field.choose(1);
-    EXPECT_FALSE(field.chosen) << "disabled meanwhile";
-    field.menu->setEnabled(true);
-    field.menu->activate();
-    field.menu.reset();
+TEST(WellMenuTest, KeysAndTheWheelChooseTheNeighbour) {
+    const struct {
+        int selection, key, wheel;
+        std::optional<int> chosen;
+    } cases[] = {{20, Qt::Key_Up, 0, 10},   {20, Qt::Key_Down, 0, 30}, {30, Qt::Key_Down, 0, {}},
+                 {99, Qt::Key_Down, 0, 10}, {20, 0, -120, 30},         {20, 0, 120, 10},
+                 {20, 0, -60, {}}};
+    for (const auto& c : cases) {
+        Menu menu(c.selection);
+        c.key ? QTest::keyClick(menu.button.get(), Qt::Key(c.key))
+              : static_cast<void>(Hand::wheel(*menu.button, {0, c.wheel}));
+        EXPECT_EQ(menu.chosen, c.chosen) << c.selection << ' ' << c.key << ' ' << c.wheel;
+    }
+}
+
+TEST(WellMenuTest, ButtonAndWindowMayGoWhileTheListIsOpen) {
+    Menu menu(10);
+    menu.button->activate();
+    menu.button->setEnabled(false);
+    menu.choose(1);
+    EXPECT_FALSE(menu.chosen) << "disabled meanwhile";
+    menu.button->setEnabled(true);
+    menu.button->activate();
+    menu.button.reset();
     QApplication::processEvents();
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
-}
-
-TEST(WellMenuTest, AFullNotchOfTheWheelMovesByOne) {
-    Menu field(20);
-    Hand::wheel(*field.menu, -60);
-    EXPECT_FALSE(field.chosen);
-    Hand::wheel(*field.menu, -60);
-    EXPECT_EQ(field.chosen, 30);
-    Hand::wheel(*field.menu, 120);
-    EXPECT_EQ(field.chosen, 10);
-}
-
-TEST(PillButtonTest, KeepsItsWidthForTheTitlesItIsToldOf) {
-    Kit::PillButton key("ON", Kit::PillButton::Size::compact, nullptr);
-    key.reserveFor({"ON", "OFF"});
-    const QSize reserved = key.sizeHint();
-    key.setTitle("OFF");
-    EXPECT_EQ(key.sizeHint(), reserved);
 }
 
 }  // namespace

@@ -1,258 +1,181 @@
 #include "tests/ui/kit/hand.hpp"
-
 #include "ui/kit/eqgraph.hpp"
 #include "ui/kit/theme.hpp"
 
 #include <gtest/gtest.h>
 
-#include <QKeyEvent>
-
 #include <limits>
-#include <memory>
 
 namespace {
 
 using Kit::EQGraph;
 
-/// A graph whose owner keeps what the user does, as a page would.
-struct Graph {
-    explicit Graph(std::vector<EQGraph::Handle> handles = {})
-        : kept(std::move(handles)) {
-        view.resize(640 + 40 + 18, view.height());
-        view.onDrag = [this](int id, double fc, double gain) {
-            ++calls;
-            for (auto& handle : kept)
-                if (handle.id == id) {
-                    handle.fc = fc;
-                    handle.gain = gain;
-                }
-            view.setHandles(kept);
-        };
-        view.onTurn = [this](int id, double notches) {
-            turned = id;
-            notchesTurned += notches;
-        };
-        view.setHandles(kept);
-        Hand::showActive(view);
-    }
-
-    QPointF placeOf(std::size_t i) const { return view.placeOf(kept.at(i)); }
-    void press(QPointF at) { Hand::mouse(view, QEvent::MouseButtonPress, at); }
-    void moveTo(QPointF at) { Hand::mouse(view, QEvent::MouseMove, at); }
-    void release(QPointF at) { Hand::mouse(view, QEvent::MouseButtonRelease, at); }
-    void click(QPointF at) {
-        press(at);
-        release(at);
-    }
-    void drag(QPointF from, QPointF to) {
-        press(from);
-        moveTo(to);
-        release(to);
-    }
-    void key(int key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(&view, Qt::Key(key), modifiers);
-    }
-
-    EQGraph view{230, nullptr};
-    std::vector<EQGraph::Handle> kept;
+/// A graph whose owner takes over what the user does, as a page does. Its handles are called 1, 2, 3 and 10.
+struct EQGraphTest : testing::Test {
+    EQGraph graph{230, nullptr};
+    std::vector<EQGraph::Handle> handles;
     int calls = 0;
-    std::optional<int> turned;
-    double notchesTurned = 0;
+    std::pair<int, double> turned;
+
+    void show(const std::vector<QPointF>& places) {
+        for (int id = 0; const QPointF& place : places) {
+            const int label = id == 3 ? 10 : id + 1;
+            handles.push_back({id++, QString::number(label), place.x(), place.y(), Theme::accent, false,
+                               QStringLiteral("Banda %1").arg(label)});
+        }
+        graph.resize(640 + 40 + 18, graph.height());
+        graph.onDrag = [this](int id, double fc, double gain) {
+            ++calls;
+            handles.at(id).fc = fc, handles.at(id).gain = gain;
+            graph.setHandles(handles);
+        };
+        graph.onTurn = [this](int id, double notches) { turned = {id, notches}; };
+        graph.setHandles(handles);
+        Hand::showActive(graph);
+    }
+
+    QPointF placeOf(int id) const { return graph.placeOf(handles.at(id)); }
+    void press(QPointF at) { Hand::mouse(graph, QEvent::MouseButtonPress, at); }
+    void moveTo(QPointF at) { Hand::mouse(graph, QEvent::MouseMove, at); }
+    void release(QPointF at) { Hand::mouse(graph, QEvent::MouseButtonRelease, at); }
+    void drag(QPointF from, QPointF to) { press(from), moveTo(to), release(to); }
+    QColor colorAt(double hz, double db) {
+        return Hand::colorAt(graph, {graph.plot().x(hz), graph.plot().y(db)});
+    }
 };
 
-EQGraph::Handle handle(int id, double fc, double gain) {
-    return {.id = id,
-            .label = QString::number(id + 1),
-            .fc = fc,
-            .gain = gain,
-            .color = Theme::accent,
-            .description = QStringLiteral("Banda %1").arg(id + 1)};
+TEST_F(EQGraphTest, FrequenciesAndLevelsHaveTheirPlaces) {
+    show({{22000, 0}});
+    const Kit::EQPlot plot = graph.plot();
+    EXPECT_EQ(plot.area, QRectF(40, 18, 640, 230 - 22));
+    for (const auto& [hz, x] : {std::pair(20.0, 40.0), {200.0, 40 + 640 / 3.0}, {20000.0, 680.0}}) {
+        EXPECT_NEAR(plot.x(hz), x, 1e-9);
+        EXPECT_NEAR(plot.hz(x), hz, 1e-6);
+    }
+    for (const auto& [db, y] : {std::pair(18.0, 18.0), {0.0, 122.0}, {6.0, 18 + 208 / 3.0}, {-18.0, 226.0}}) {
+        EXPECT_NEAR(plot.y(db), y, 1e-9);
+        EXPECT_NEAR(plot.db(y), db, 1e-9);
+    }
+    ASSERT_EQ(Kit::EQPlot::freqs().size(), 320U);
+    EXPECT_NEAR(Kit::EQPlot::freqs().back(), 20000, 1e-6);
+    for (const auto& [db, drawn] :
+         {std::pair(30.0, 21.6), {-120.0, -21.6}, {-20.0, -20.0}, {std::nan(""), 0.0}})
+        EXPECT_EQ(Kit::EQPlot::drawnLevel(db), drawn);
+    EXPECT_NEAR(placeOf(0).x(), 689, 1) << "just outside of the plot";
+}
+
+TEST_F(EQGraphTest, ADragOfTenPointsMovesTheHandleToThePointer) {
+    show({{1000, 0}});
+    const QPointF start = placeOf(0);
+    press(start), moveTo(start + QPointF(6, 6));
+    EXPECT_EQ(calls, 0) << "less than a drag";
+    moveTo({graph.plot().x(200), graph.plot().y(-6)});
+    EXPECT_NEAR(handles[0].fc, 200, 0.01);
+    EXPECT_NEAR(handles[0].gain, -6, 0.01);
+    moveTo(start + QPointF(2, 2));
+    EXPECT_EQ(calls, 2) << "back near its start it is still a drag";
+    release(start), moveTo(start + QPointF(60, 60));
+    EXPECT_EQ(calls, 2);
+    const std::tuple<QPointF, double, double> ends[] = {{{5000, -500}, 20000, 12}, {{-300, 5000}, 20, -12}};
+    for (const auto& [to, fc, gain] : ends) {
+        drag(placeOf(0), to);
+        EXPECT_NEAR(handles[0].fc, fc, 1e-6);
+        EXPECT_EQ(handles[0].gain, gain);
+    }
+}
+
+TEST_F(EQGraphTest, WithoutAHandleUnderThePointerOrACallbackNothingMoves) {
+    show({{1000, 0}, {4000, 0}});
+    const QPointF start = placeOf(1);
+    drag(start + QPointF(30, 0), {300, 100});
+    press(start), graph.setHandles({handles[0]}), moveTo(start + QPointF(50, 0));
+    EXPECT_EQ(calls, 0) << "the handle has gone";
+    press(placeOf(0)), graph.setEnabled(false), graph.setEnabled(true), moveTo(start);
+    EXPECT_EQ(calls, 0) << "disabled meanwhile";
+    graph.onDrag = nullptr;
+    drag(placeOf(0), {300, 100});
+    EXPECT_EQ(graph.selection(), 0) << "as before";
+    QTest::keyClick(&graph, Qt::Key_Up);
+    EXPECT_FALSE(Hand::wheel(graph, {0, 240}, placeOf(0) + QPointF(60, 0)));
+}
+
+TEST_F(EQGraphTest, ClicksOnOneSpotReachEachHandleThereAndElsewhereTheNearest) {
+    show({{1000, 3}, {1000, 3}, {1000, 3}, {1080, 3}});
+    const QPointF spot = placeOf(0) - QPointF(5, 0);
+    for (const int reached : {0, 1, 2, 0, 1}) {
+        drag(spot, spot);
+        EXPECT_EQ(graph.selection(), reached);
+    }
+    drag(spot, spot + QPointF(100, 0));
+    EXPECT_EQ(handles[0].fc, 1000);
+    EXPECT_GT(handles[1].fc, 1400) << "the selected one is dragged";
+    const QPointF other = placeOf(3) + QPointF(2, 0);
+    drag(other, other);
+    EXPECT_EQ(graph.selection(), 3);
+    EXPECT_EQ(graph.valueText(), "Banda 10");
+    EXPECT_TRUE(Hand::wheel(graph, {0, 240}, placeOf(1)));
+    EXPECT_EQ(turned, std::pair(1, 2.0));
+}
+
+TEST_F(EQGraphTest, KeysSelectAHandleAndMoveIt) {
+    using enum Qt::Key;
+    const double raised = 4000 * std::exp2(1 / 24.0);
+    const struct {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        int selected;
+        double fc, gain;
+    } cases[] = {{Key_BracketRight, {}, 0, 1000, 0},
+                 {Key_Right, Qt::ControlModifier, 1, 4000, 11.8},
+                 {Key_Up, {}, 1, 4000, 12},
+                 {Key_Right, {}, 1, raised, 12},
+                 {Key_3, {}, 2, 20, 0},
+                 {Key_Left, {}, 2, 20, 0},
+                 {Key_Right, Qt::ShiftModifier, 2, 21, 0},
+                 {Key_Down, Qt::AltModifier, 2, 21, -0.1},
+                 {Key_BracketLeft, {}, 1, raised, 12},
+                 {Key_0, {}, 3, 22000, 2},
+                 {Key_Up, {}, 3, 22000, 2.5},
+                 {Key_5, {}, 3, 22000, 2.5},
+                 {Key_BracketRight, {}, 0, 1000, 0}};
+    show({{1000, 0}, {4000, 11.8}, {20, 0}, {22000, 2}});
+    for (const auto& c : cases) {
+        QTest::keyClick(&graph, c.key, c.modifiers);
+        ASSERT_EQ(graph.selection(), c.selected) << c.key;
+        EXPECT_NEAR(handles[c.selected].fc, c.fc, 1e-6) << c.key;
+        EXPECT_NEAR(handles[c.selected].gain, c.gain, 1e-9) << c.key;
+    }
+    QTest::keyClick(&graph, Key_PageDown);
+    EXPECT_EQ(turned, std::pair(0, -1.0));
+}
+
+TEST_F(EQGraphTest, DrawsAndTellsWhatItShows) {
+    show({{100, -9}, {10000, -9}});
+    EXPECT_EQ(graph.valueText(), "Banda 1; Banda 2");
+    handles[1].dimmed = true;
+    graph.setHandles(handles);
+    const auto draw = [&](double level, bool fill) {
+        graph.setCurves({{"SAÍDA 1", Theme::accent, std::vector<double>(320, level), fill}});
+    };
+    draw(6, true);
+    EXPECT_EQ(colorAt(650, 6).rgb(), Theme::accent.rgb());
+    EXPECT_NEAR(colorAt(650, 3).alphaF(), 0.16, 0.02) << "shaded down to 0 dB";
+    EXPECT_EQ(colorAt(650, -3).alpha(), 0);
+    EXPECT_GT(colorAt(95, -9).saturation(), 200);
+    EXPECT_LT(colorAt(9500, -9).saturation(), 20) << "dimmed";
+    EXPECT_GT(colorAt(9500, -9).alpha(), 40);
+    EXPECT_GT(colorAt(650, 0).alpha(), colorAt(650, -6).alpha() + 10) << "the line of 0 dB";
+    EXPECT_GT(colorAt(1000, -15).alpha(), colorAt(2000, -15).alpha() + 10) << "a decade";
+    draw(-6, false);
+    EXPECT_LT(colorAt(650, 6).alpha(), 40);
+    EXPECT_EQ(colorAt(650, -6).rgb(), Theme::accent.rgb());
+    EXPECT_EQ(colorAt(650, -3).alpha(), 0) << "not shaded";
+    const QImage unfocused = Hand::picture(graph);
+    graph.clearFocus(), graph.setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(graph.selection(), 0) << "the keyboard needs a handle to move";
+    EXPECT_NE(Hand::picture(graph), unfocused);
+    graph.setHandles({});
+    EXPECT_EQ(graph.valueText(), "SAÍDA 1");
 }
 
 }  // namespace
-
-TEST(EQGraphTest, FrequenciesAndLevelsHaveTheirPlaces) {
-    const Kit::EqPlot plot{QRectF(40, 18, 600, 208)};
-    EXPECT_NEAR(plot.x(20), 40, 1e-9);
-    EXPECT_NEAR(plot.x(20000), 640, 1e-9);
-    EXPECT_NEAR(plot.x(200), 240, 1e-9);
-    EXPECT_NEAR(plot.y(18), 18, 1e-9);
-    EXPECT_NEAR(plot.y(0), 18 + 104, 1e-9);
-    EXPECT_NEAR(plot.y(-18), 18 + 208, 1e-9);
-    EXPECT_NEAR(plot.y(6), 18 + 104 * 2 / 3.0, 1e-9);
-    for (const double hz : {20.0, 437.0, 20000.0})
-        EXPECT_NEAR(plot.hz(plot.x(hz)), hz, 1e-6);
-    for (const double db : {-18.0, -2.5, 18.0})
-        EXPECT_NEAR(plot.db(plot.y(db)), db, 1e-9);
-    ASSERT_EQ(Kit::EqPlot::freqs().size(), 320U);
-    EXPECT_NEAR(plot.x(Kit::EqPlot::freqs().back()), 640, 1e-6);
-}
-
-TEST(EQGraphTest, TheGraphsOwnAreaIsAsHighAsAskedAndTheLabelsStandInIt) {
-    const Graph graph;
-    EXPECT_EQ(graph.view.plot().area, QRectF(40, 18, 640, 230 - 22));
-}
-
-TEST(EQGraphTest, LevelsFarOutsideAreDrawnJustOutside) {
-    EXPECT_EQ(Kit::EqPlot::shownLevel(30), 21.6);
-    EXPECT_EQ(Kit::EqPlot::shownLevel(-120), -21.6);
-    EXPECT_EQ(Kit::EqPlot::shownLevel(-20), -20);
-    EXPECT_EQ(Kit::EqPlot::shownLevel(std::numeric_limits<double>::quiet_NaN()), 0);
-}
-
-TEST(EQGraphTest, ADraggedHandleFollowsThePointer) {
-    Graph graph({handle(0, 1000, 0)});
-    const QPointF start = graph.placeOf(0);
-    graph.press(start);
-    graph.moveTo(start + QPointF(6, 6));
-    EXPECT_EQ(graph.calls, 0) << "less than a drag";
-    const QPointF target(graph.view.plot().x(200), graph.view.plot().y(-6));
-    graph.moveTo(target);
-    EXPECT_NEAR(graph.kept[0].fc, 200, 0.01);
-    EXPECT_NEAR(graph.kept[0].gain, -6, 0.01);
-    graph.moveTo(start + QPointF(2, 2));
-    EXPECT_EQ(graph.calls, 2) << "back near its start it is still a drag";
-    graph.release(start);
-    graph.moveTo(target);
-    EXPECT_EQ(graph.calls, 2);
-}
-
-TEST(EQGraphTest, ADragStopsAtTheLimits) {
-    struct Case {
-        QPointF to;
-        double fc;
-        double gain;
-    };
-    for (const auto& [to, fc, gain] : {Case{{5000, -500}, 20000, 12}, Case{{-300, 5000}, 20, -12}}) {
-        Graph graph({handle(0, 1000, 0)});
-        graph.drag(graph.placeOf(0), to);
-        EXPECT_NEAR(graph.kept[0].fc, fc, 1e-6);
-        EXPECT_EQ(graph.kept[0].gain, gain);
-    }
-}
-
-TEST(EQGraphTest, WhereNothingIsAHandleNothingMoves) {
-    Graph graph({handle(0, 1000, 0)});
-    graph.drag(graph.placeOf(0) + QPointF(30, 0), {300, 100});
-    graph.view.onDrag = nullptr;
-    graph.drag(graph.placeOf(0), {300, 100});
-    EXPECT_EQ(graph.calls, 0);
-    EXPECT_EQ(graph.view.selection(), std::nullopt);
-}
-
-TEST(EQGraphTest, OfHandlesOnEachOtherEachCanBeReached) {
-    Graph graph({handle(0, 1000, 3), handle(1, 1000, 3), handle(2, 1000, 3), handle(3, 8000, 0)});
-    const QPointF spot = graph.placeOf(0);
-    std::vector<int> reached;
-    for (int i = 0; i < 4; ++i) {
-        graph.click(spot);
-        reached.push_back(graph.view.selection().value());
-    }
-    EXPECT_EQ(reached, (std::vector{0, 1, 2, 0}));
-    graph.click(spot);
-    graph.drag(spot, spot + QPointF(100, 0));
-    EXPECT_EQ(graph.kept[0].fc, 1000);
-    EXPECT_GT(graph.kept[1].fc, 1500) << "the chosen one is dragged";
-    EXPECT_EQ(graph.kept[2].fc, 1000);
-}
-
-TEST(EQGraphTest, TheNearestHandleIsTaken) {
-    Graph graph({handle(0, 1000, 0), handle(1, 1060, 0)});
-    graph.click(graph.placeOf(1) + QPointF(2, 0));
-    EXPECT_EQ(graph.view.selection(), 1);
-    graph.click(graph.placeOf(0) - QPointF(5, 0));
-    EXPECT_EQ(graph.view.selection(), 0);
-}
-
-TEST(EQGraphTest, AHandleThatGoesIsLetGo) {
-    Graph graph({handle(0, 1000, 0), handle(1, 4000, 0)});
-    const QPointF start = graph.placeOf(1);
-    graph.press(start);
-    graph.view.setHandles({graph.kept[0]});
-    graph.moveTo(start + QPointF(50, 0));
-    EXPECT_EQ(graph.calls, 0);
-
-    graph.press(graph.placeOf(0));
-    graph.view.setEnabled(false);
-    graph.view.setEnabled(true);
-    graph.moveTo(start);
-    EXPECT_EQ(graph.calls, 0) << "a press from before it was disabled";
-}
-
-TEST(EQGraphTest, KeysChooseAHandleAndMoveIt) {
-    Graph graph({handle(0, 1000, 0), handle(1, 4000, 11.8), handle(2, 20, 0), handle(9, 500, 0)});
-    graph.key(Qt::Key_BracketRight);
-    EXPECT_EQ(graph.view.selection(), 0);
-    graph.key(Qt::Key_Right, Qt::ControlModifier);
-    EXPECT_EQ(graph.view.selection(), 1);
-    graph.key(Qt::Key_Up);
-    EXPECT_EQ(graph.kept[1].gain, 12);
-    graph.key(Qt::Key_Right);
-    EXPECT_NEAR(graph.kept[1].fc, 4000 * std::exp2(1 / 24.0), 1e-6);
-    graph.key(Qt::Key_3);
-    graph.key(Qt::Key_Left);
-    EXPECT_EQ(graph.kept[2].fc, 20);
-    graph.key(Qt::Key_Right, Qt::ShiftModifier);
-    EXPECT_GE(graph.kept[2].fc, 21) << "whole hertz must not swallow a fine step";
-    graph.key(Qt::Key_Down, Qt::AltModifier);
-    EXPECT_NEAR(graph.kept[2].gain, -0.1, 1e-9);
-    graph.key(Qt::Key_0);
-    EXPECT_EQ(graph.view.selection(), 9);
-    graph.key(Qt::Key_BracketRight);
-    EXPECT_EQ(graph.view.selection(), 0);
-    graph.key(Qt::Key_PageDown);
-    EXPECT_EQ(graph.turned, 0);
-    EXPECT_EQ(graph.notchesTurned, -1);
-}
-
-TEST(EQGraphTest, MovingALevelLeavesAFrequencyBeyondTheGraphAlone) {
-    Graph graph({handle(0, 22000, 2)});
-    graph.key(Qt::Key_1);
-    graph.key(Qt::Key_Up);
-    EXPECT_EQ(graph.kept[0].fc, 22000);
-    EXPECT_EQ(graph.kept[0].gain, 2.5);
-}
-
-TEST(EQGraphTest, TheWheelTurnsTheHandleUnderIt) {
-    Graph graph({handle(0, 632.4555, 0)});
-    const auto wheel = [&graph](QPointF at) {
-        QWheelEvent event(at, graph.view.mapToGlobal(at), {}, {0, 240}, {}, {}, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&graph.view, &event);
-        return event.isAccepted();
-    };
-    EXPECT_FALSE(wheel(graph.placeOf(0) + QPointF(60, 0)));
-    EXPECT_TRUE(wheel(graph.placeOf(0)));
-    EXPECT_EQ(graph.turned, 0);
-    EXPECT_EQ(graph.notchesTurned, 2);
-}
-
-TEST(EQGraphTest, TellsAScreenReaderWhatItShows) {
-    Graph graph({handle(0, 1000, 0), handle(1, 4000, 0)});
-    EXPECT_EQ(graph.view.valueText(), "Banda 1; Banda 2");
-    graph.click(graph.placeOf(1));
-    EXPECT_EQ(graph.view.valueText(), "Banda 2");
-    graph.view.setHandles({});
-    graph.view.setCurves({{"SAÍDA 1", Theme::accent, {}, false}, {"SAÍDA 2", Theme::accent, {}, false}});
-    EXPECT_EQ(graph.view.valueText(), "SAÍDA 1; SAÍDA 2");
-}
-
-TEST(EQGraphTest, DrawsCurvesAndHandlesWhereTheyAre) {
-    Graph graph({handle(0, 100, -9), handle(1, 10000, -9)});
-    graph.kept[1].dimmed = true;
-    graph.view.setHandles(graph.kept);
-    graph.view.setCurves({{"a", Theme::accent, std::vector<double>(320, 6), true}});
-    const auto inkAt = [&graph](double hz, double db) {
-        const QImage image = Hand::picture(graph.view, 2);
-        return image.pixelColor((QPointF(graph.view.plot().x(hz), graph.view.plot().y(db)) * 2).toPoint());
-    };
-    EXPECT_EQ(inkAt(650, 6).rgb(), Theme::accent.rgb());
-    EXPECT_NEAR(inkAt(650, 3).alphaF(), 0.16, 0.02) << "shaded down to 0 dB";
-    EXPECT_EQ(inkAt(650, -3).alpha(), 0);
-    EXPECT_GT(inkAt(95, -9).saturation(), 200);
-    EXPECT_LT(inkAt(9500, -9).saturation(), 20) << "dimmed";
-    EXPECT_GT(inkAt(9500, -9).alpha(), 40);
-
-    graph.view.setCurves({{"a", Theme::accent, std::vector<double>(320, -6), false}});
-    EXPECT_LT(inkAt(650, 6).alpha(), 40);
-    EXPECT_EQ(inkAt(650, -6).rgb(), Theme::accent.rgb());
-}

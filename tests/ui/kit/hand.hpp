@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <vector>
 
-/// What a user's hand does to a control, and what the eye sees of it.
+/// What a user's hand does to a control, and what the user sees of it.
 namespace Hand {
 
 inline void mouse(QWidget& control, QEvent::Type type, QPointF at, Qt::KeyboardModifiers modifiers = {}) {
@@ -21,7 +21,7 @@ inline void mouse(QWidget& control, QEvent::Type type, QPointF at, Qt::KeyboardM
     QApplication::sendEvent(&control, &event);
 }
 
-/// A press in the middle and a move through these points, counted from there.
+/// A press in the middle and moves to these points, relative to the middle; no release.
 inline void pull(QWidget& control, const std::vector<QPointF>& through,
                  Qt::KeyboardModifiers modifiers = {}) {
     const QPointF start = QRectF(control.rect()).center();
@@ -35,11 +35,11 @@ inline void drag(QWidget& control, QPointF by, Qt::KeyboardModifiers modifiers =
     mouse(control, QEvent::MouseButtonRelease, QRectF(control.rect()).center() + by, modifiers);
 }
 
-inline void wheel(QWidget& control, int eighthsOfDegree) {
-    const QPointF at = QRectF(control.rect()).center();
-    QWheelEvent event(at, control.mapToGlobal(at), {}, {0, eighthsOfDegree}, {}, {}, Qt::NoScrollPhase,
-                      false);
+/// In eighths of a degree; a notch is 120. Whether the control takes the event.
+inline bool wheel(QWidget& control, QPoint turn, QPointF at = {9, 9}) {
+    QWheelEvent event(at, control.mapToGlobal(at), {}, turn, {}, {}, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&control, &event);
+    return event.isAccepted();
 }
 
 inline void showActive(QWidget& window) {
@@ -48,17 +48,28 @@ inline void showActive(QWidget& window) {
     static_cast<void>(QTest::qWaitForWindowExposed(&window));
 }
 
-/// The control alone, on nothing.
-inline QImage picture(QWidget& control, int ratio) {
-    QImage image(control.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+/// The control alone, on a transparent background.
+inline QImage picture(QWidget& control, int ratio = 1) {
+    QImage image(control.size() * ratio, QImage::Format_ARGB32);
     image.setDevicePixelRatio(ratio);
     image.fill(Qt::transparent);
     control.render(&image, {}, {}, QWidget::DrawChildren);
     return image;
 }
 
-/// The strongest ink on the outermost pixels.
-inline int inkAtBorder(const QImage& image) {
+inline QColor colorAt(QWidget& control, QPointF point) {
+    return picture(control).pixelColor((point - QPointF(0.5, 0.5)).toPoint());
+}
+
+/// Whether any pixel of the control has that colour.
+inline bool shows(QWidget& control, const QColor& color) {
+    const QImage image = picture(control, 2);
+    const auto* const pixels = reinterpret_cast<const QRgb*>(image.constBits());
+    return std::count(pixels, pixels + image.sizeInBytes() / 4, color.rgb()) > 0;
+}
+
+/// The highest opacity on the outermost pixels.
+inline int opacityAtBorder(const QImage& image) {
     int most = 0;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)

@@ -1,6 +1,7 @@
 #include "tests/ui/pages/desk.hpp"
 
-#include "ui/kit/panel.hpp"
+#include "ui/kit/button.hpp"
+#include "ui/kit/caption.hpp"
 #include "ui/kit/textfield.hpp"
 #include "ui/kit/wellmenu.hpp"
 #include "ui/pages/shell/logotitle.hpp"

@@ -3,7 +3,7 @@
 #include "tests/app/rig.hpp"
 #include "tests/ui/kit/hand.hpp"
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/button.hpp"
 #include "ui/kit/valuecontrol.hpp"
 #include "ui/pages/shell/contentview.hpp"
 

@@ -1,8 +1,8 @@
 #include "tests/ui/pages/desk.hpp"
 
 #include "ui/kit/analogvu.hpp"
+#include "ui/kit/caption.hpp"
 #include "ui/kit/meterbar.hpp"
-#include "ui/kit/panel.hpp"
 
 #include <gtest/gtest.h>
 

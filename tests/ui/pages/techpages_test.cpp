@@ -1,7 +1,9 @@
 #include "tests/ui/pages/desk.hpp"
 
+#include "ui/kit/button.hpp"
 #include "ui/kit/eqgraph.hpp"
 #include "ui/kit/panel.hpp"
+#include "ui/kit/theme.hpp"
 #include "ui/pages/technical/filterrow.hpp"
 #include "ui/pages/technical/peqrow.hpp"
 #include "ui/pages/technical/techpageview.hpp"
@@ -116,7 +118,7 @@ TEST(TechChannelViewTest, ABandSwitchedOffKeepsItsHandleDimmed) {
 TEST(TechChannelViewTest, TheCurveIsThatOfBandsAndCrossover) {
     Technician desk("OUT 1");
     const auto levelAt = [&desk](double hz) {
-        const auto& freqs = Kit::EqPlot::freqs();
+        const auto& freqs = Kit::EQPlot::freqs();
         const auto at = std::ranges::lower_bound(freqs, hz) - freqs.begin();
         return desk.graph().shownCurves().at(0).db.at(static_cast<std::size_t>(at));
     };

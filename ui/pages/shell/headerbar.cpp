@@ -3,8 +3,8 @@
 #include "ui/pages/shared/text.hpp"
 #include "ui/pages/shell/logotitle.hpp"
 
+#include "ui/kit/caption.hpp"
 #include "ui/kit/iconbutton.hpp"
-#include "ui/kit/panel.hpp"
 #include "ui/kit/pillbutton.hpp"
 #include "ui/kit/textfield.hpp"
 #include "ui/kit/theme.hpp"

@@ -1,7 +1,8 @@
 #include "ui/pages/shell/logotitle.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
+#include "ui/kit/text.hpp"
 
 #include <QMouseEvent>
 

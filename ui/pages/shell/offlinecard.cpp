@@ -1,6 +1,6 @@
 #include "ui/pages/shell/offlinecard.hpp"
 
-#include "ui/kit/painting.hpp"
+#include "ui/kit/caption.hpp"
 #include "ui/kit/pillbutton.hpp"
 #include "ui/kit/symbols.hpp"
 #include "ui/pages/shared/bind.hpp"

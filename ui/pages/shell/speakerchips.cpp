@@ -2,9 +2,10 @@
 
 #include "ui/pages/shared/text.hpp"
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/button.hpp"
 #include "ui/kit/lamp.hpp"
-#include "ui/kit/painting.hpp"
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/text.hpp"
 #include "ui/pages/shared/bind.hpp"
 
 #include "Wendril/text.hpp"
@@ -40,7 +41,7 @@ public:
 
     void setSelected(bool value) {
         selected = value;
-        shownChanged();
+        stateChanged();
     }
 
     void setOnline(bool value) {

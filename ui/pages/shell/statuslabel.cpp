@@ -2,10 +2,12 @@
 
 #include "ui/pages/shared/text.hpp"
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/button.hpp"
+#include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
-#include "ui/kit/painting.hpp"
+#include "ui/kit/spinner.hpp"
+#include "ui/kit/text.hpp"
 #include "ui/pages/shared/bind.hpp"
 
 #include <QHBoxLayout>
@@ -48,7 +50,7 @@ public:
         setToolTip(value);
         setVisible(!value.isEmpty());
         updateGeometry();
-        shownChanged();
+        stateChanged();
     }
 
     QSize sizeHint() const override {

@@ -2,8 +2,8 @@
 
 #include "app/model/appmodel.hpp"
 
-#include "ui/kit/iconbutton.hpp"
-#include "ui/kit/panel.hpp"
+#include "ui/kit/caption.hpp"
+#include "ui/kit/spinner.hpp"
 
 #include <QWidget>
 

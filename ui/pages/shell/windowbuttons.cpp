@@ -1,7 +1,7 @@
 #include "ui/pages/shell/windowbuttons.hpp"
 
-#include "ui/kit/control.hpp"
-#include "ui/kit/painting.hpp"
+#include "ui/kit/button.hpp"
+#include "ui/kit/shadows.hpp"
 
 #include <QHBoxLayout>
 #include <QPainterPath>

@@ -3,6 +3,7 @@
 #include "ui/pages/shared/delaybutton.hpp"
 #include "ui/pages/shared/pagelayout.hpp"
 
+#include "ui/kit/caption.hpp"
 #include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/theme.hpp"

@@ -4,10 +4,13 @@
 #include "ui/pages/shared/switchbutton.hpp"
 #include "ui/pages/simple/outputpicker.hpp"
 
+#include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/knob.hpp"
 #include "ui/kit/meterbar.hpp"
 #include "ui/kit/theme.hpp"
+#include "ui/kit/timeknob.hpp"
+#include "ui/kit/well.hpp"
 #include "ui/pages/shared/bind.hpp"
 
 #include <algorithm>
@@ -49,16 +52,17 @@ Kit::Knob* knobFor(Kit::Knob* knob, Value Record::*field, std::function<Record()
     return knob;
 }
 
+// The same for a time.
 template <class Record>
-Kit::Knob* knobFor(Kit::TimeKnob* knob, std::uint32_t Record::*field, std::function<Record()> read,
-                   std::function<void(const std::function<void(Record&)>&)> edit) {
+Kit::Knob* timeKnobFor(const QString& title, std::uint32_t Record::*field, std::function<Record()> read,
+                       std::function<void(const std::function<void(Record&)>&)> edit, QWidget* parent) {
+    const auto set = [edit, field](std::uint32_t ms) {
+        edit([field, ms](Record& record) { record.*field = ms; });
+    };
+    auto* const knob = Kit::timeKnob(title, read().*field, smallKnob, set, parent);
     Corvane::bind(
-        *knob, [read, field] { return Kit::TimeKnob::positionOf(read().*field); },
-        [edit, field](double position) {
-            edit([field, ms = Kit::TimeKnob::timeOf(position)](Record& record) {
-                record.*field = K7Q::nearestTime(ms);
-            });
-        });
+        static_cast<QObject&>(*knob), [read, field] { return read().*field; },
+        [knob](std::uint32_t ms) { knob->setTime(ms); });
     return knob;
 }
 
@@ -117,17 +121,15 @@ QWidget* DynamicsView::compressorPanel() {
     auto* const ratio = new Kit::Knob(
         QStringLiteral("Ratio"), {1, 20}, 1, 0.1, Formats::ratio,
         {.size = largeKnob, .minLabel = QStringLiteral("1"), .maxLabel = QStringLiteral("20")}, panel);
-    auto* const attack = new Kit::TimeKnob(QStringLiteral("Attack"), smallKnob, panel);
-    auto* const release = new Kit::TimeKnob(QStringLiteral("Release"), smallKnob, panel);
+    auto* const attack = timeKnobFor<Value>(QStringLiteral("Attack"), &Value::attack, read, edit, panel);
+    auto* const release = timeKnobFor<Value>(QStringLiteral("Release"), &Value::release, read, edit, panel);
     auto* const knee = new Kit::Knob(QStringLiteral("Knee"), {0, 30}, 0, 1, Formats::wholeDecibels,
                                      {.size = smallKnob}, panel);
     panel->content().addStretch(1);
     panel->content().addLayout(rowOf({knobFor<Value>(threshold, &Value::threshold, read, edit),
                                       knobFor<Value>(ratio, &Value::ratio, read, edit)}));
     panel->content().addStretch(1);
-    panel->content().addLayout(rowOf({knobFor<Value>(attack, &Value::attack, read, edit),
-                                      knobFor<Value>(release, &Value::release, read, edit),
-                                      knobFor<Value>(knee, &Value::knee, read, edit)}));
+    panel->content().addLayout(rowOf({attack, release, knobFor<Value>(knee, &Value::knee, read, edit)}));
     panel->content().addStretch(1);
     return panel;
 }
@@ -144,15 +146,14 @@ QWidget* DynamicsView::limiterPanel() {
     auto* const threshold = new Kit::Knob(
         QStringLiteral("Threshold"), {-20, 24}, 24, 0.5, Formats::signedDecibels,
         {.size = largeKnob, .minLabel = QStringLiteral("-20"), .maxLabel = QStringLiteral("+24")}, panel);
-    auto* const release = new Kit::TimeKnob(QStringLiteral("Release"), smallKnob, panel);
+    auto* const release = timeKnobFor<Value>(QStringLiteral("Release"), &Value::release, read, edit, panel);
     auto* const knee = new Kit::Knob(QStringLiteral("Knee"), {0, 30}, 0, 1, Formats::wholeDecibels,
                                      {.size = smallKnob}, panel);
     auto* const knobs = new QVBoxLayout;
     knobs->addStretch(1);
     knobs->addLayout(rowOf({knobFor<Value>(threshold, &Value::threshold, read, edit)}));
     knobs->addStretch(1);
-    knobs->addLayout(rowOf({knobFor<Value>(release, &Value::release, read, edit),
-                            knobFor<Value>(knee, &Value::knee, read, edit)}));
+    knobs->addLayout(rowOf({release, knobFor<Value>(knee, &Value::knee, read, edit)}));
     knobs->addStretch(1);
     auto* const columns = new QHBoxLayout;
     columns->addLayout(knobs, 1);

@@ -17,7 +17,7 @@ ChannelFilters filtersOf(AppModel& model, std::string_view channel) {
 }
 
 std::vector<double> responseOf(const ChannelFilters& filters) {
-    return FilterMath::response(filters.bands, filters.crossover, Kit::EqPlot::freqs());
+    return FilterMath::response(filters.bands, filters.crossover, Kit::EQPlot::freqs());
 }
 
 }  // namespace Corvane

@@ -3,13 +3,15 @@
 #include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/text.hpp"
 
+#include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
-#include "ui/kit/panel.hpp"
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/wellmenu.hpp"
 #include "ui/pages/shared/bind.hpp"
+
+#include <QBoxLayout>
 
 #include <cmath>
 
@@ -40,7 +42,7 @@ FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel,
     auto* const on = new Kit::LampSwitch(name, this);
     on->action = [filter] { filter.edit([](FilterValue& value) { value.bypass = !value.bypass; }); };
     auto* const fc =
-        new Kit::ScrubField(name + QStringLiteral(", frequência"), {20, 22000}, Formats::frequency,
+        new Kit::ScrubField(name + QStringLiteral(", frequência"), {20, 22000}, Formats::formatHz,
                             {.step = 1, .logarithmic = true, .width = 72}, this);
     fc->onChange = [filter](double hz) {
         filter.edit([hz](FilterValue& value) { value.fc = static_cast<std::uint32_t>(std::lround(hz)); });

@@ -7,6 +7,8 @@
 #include "ui/kit/theme.hpp"
 #include "ui/pages/shared/bind.hpp"
 
+#include <QBoxLayout>
+
 #include <cmath>
 #include <vector>
 
@@ -98,7 +100,7 @@ PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* par
     type->setOptions({{raw(PeqType::peak), QStringLiteral("PEQ")},
                       {raw(PeqType::lowShelf), QStringLiteral("Low shelf")},
                       {raw(PeqType::highShelf), QStringLiteral("High shelf")}});
-    fc = field(fcColumn, QStringLiteral("frequência"), frequencies, 1, true, Formats::frequency);
+    fc = field(fcColumn, QStringLiteral("frequência"), frequencies, 1, true, Formats::formatHz);
     q = field(qColumn, QStringLiteral("Q"), qualities, 0.01, false, Formats::quality);
     gain = field(gainColumn, QStringLiteral("ganho"), gains, 0.1, false, Formats::signedDecibels);
     layOut(this, {number, on, type, fc, q, gain});

@@ -2,9 +2,8 @@
 
 #include "app/model/appmodel.hpp"
 
-#include "ui/kit/control.hpp"
+#include "ui/kit/caption.hpp"
 #include "ui/kit/lamp.hpp"
-#include "ui/kit/panel.hpp"
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/wellmenu.hpp"
 

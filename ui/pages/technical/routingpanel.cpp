@@ -2,6 +2,7 @@
 
 #include "ui/pages/shared/modulesetting.hpp"
 
+#include "ui/kit/caption.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/pages/shared/bind.hpp"

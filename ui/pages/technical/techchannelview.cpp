@@ -13,6 +13,7 @@
 #include "ui/kit/knob.hpp"
 #include "ui/kit/pillbutton.hpp"
 #include "ui/kit/theme.hpp"
+#include "ui/kit/timeknob.hpp"
 #include "ui/pages/shared/bind.hpp"
 
 #include <cmath>
@@ -54,7 +55,7 @@ Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
             .color = Theme::accent,
             .dimmed = value.bypass,
             .description = QStringLiteral("Banda %1: %2, %3, Q %4%5")
-                               .arg(label, Formats::frequency(value.fc), Formats::signedDecibels(value.gain),
+                               .arg(label, Formats::formatHz(value.fc), Formats::signedDecibels(value.gain),
                                     Formats::quality(value.q), state)};
 }
 
@@ -218,14 +219,13 @@ void TechChannelView::addKnobs(Kit::Panel& panel, ModuleKind kind, Kit::Knob* th
 QLayout* TechChannelView::timeKnobs(ModuleKind kind, QWidget* parent) {
     const ModuleSetting<DynamicsValue> setting(model, kind, channel);
     const auto knob = [&](const QString& name, std::uint32_t DynamicsValue::*field) {
-        auto* const knob = new Kit::TimeKnob(name, smallKnob, parent);
+        const auto set = [setting, field](std::uint32_t ms) {
+            setting.edit([field, ms](DynamicsValue& value) { value.*field = ms; });
+        };
+        auto* const knob = Kit::timeKnob(name, setting.value().*field, smallKnob, set, parent);
         Corvane::bind(
-            *knob, [setting, field] { return Kit::TimeKnob::positionOf(setting.value().*field); },
-            [setting, field](double position) {
-                setting.edit([field, position](DynamicsValue& value) {
-                    value.*field = Kit::TimeKnob::timeOf(position);
-                });
-            });
+            static_cast<QObject&>(*knob), [setting, field] { return setting.value().*field; },
+            [knob](std::uint32_t ms) { knob->setTime(ms); });
         return knob;
     };
     auto* const row = new QHBoxLayout;

@@ -6,6 +6,7 @@
 #include "ui/pages/technical/filterrow.hpp"
 #include "ui/pages/technical/outputcolors.hpp"
 
+#include "ui/kit/caption.hpp"
 #include "ui/kit/eqgraph.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/pages/shared/bind.hpp"

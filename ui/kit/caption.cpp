@@ -1,0 +1,61 @@
+#include "ui/kit/caption.hpp"
+
+#include "ui/kit/text.hpp"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Kit {
+
+Caption::Caption(const QString& text, const QFont& font, const QColor& color, QWidget* parent)
+    : QWidget(parent)
+    , text(text)
+    , font(font)
+    , color(color) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setAccessibleName(text);
+}
+
+void Caption::setText(const QString& value) {
+    if (text == value) return;
+    const QSize before = sizeHint();
+    text = value;
+    setAccessibleName(value);
+    if (sizeHint() != before) updateGeometry();
+    update();
+}
+
+void Caption::setColor(const QColor& value) {
+    color = value;
+    update();
+}
+
+void Caption::reserveFor(const QString& value) {
+    reserved = value;
+    updateGeometry();
+}
+
+QSize Caption::sizeHint() const {
+    const Paint::TextStyle style{font, color, {}, tabular};
+    const double width = std::max(Paint::textWidth(text, style), Paint::textWidth(reserved, style));
+    return {static_cast<int>(std::ceil(width)) + 1,
+            static_cast<int>(std::ceil(QFontMetricsF(font).height()))};
+}
+
+// Only the reserved width is guaranteed; longer texts are elided when the layout needs the room.
+QSize Caption::minimumSizeHint() const {
+    const Paint::TextStyle style{font, color, {}, tabular};
+    return {static_cast<int>(std::ceil(Paint::textWidth(reserved, style))), sizeHint().height()};
+}
+
+void Caption::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const Paint::Shadow shadow = shadowed ? Paint::Shadow{Theme::black(0.5), 2, 1} : Paint::Shadow{};
+    Paint::text(painter, rect(), alignment, text, {font, color, shadow, tabular});
+}
+
+}  // namespace Kit

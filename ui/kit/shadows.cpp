@@ -1,0 +1,215 @@
+#include "ui/kit/shadows.hpp"
+
+#include <QImage>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace Paint {
+
+namespace {
+
+void boxBlurLine(const uchar* from, uchar* to, int count, qsizetype stride, int radius) {
+    const int window = 2 * radius + 1;
+    int sum = 0;
+    const auto at = [&](int i) { return i < 0 || i >= count ? 0 : from[i * stride]; };
+    for (int i = -radius; i <= radius; ++i)
+        sum += at(i);
+    for (int i = 0; i < count; ++i) {
+        to[i * stride] = static_cast<uchar>((sum + window / 2) / window);
+        sum += at(i + radius + 1) - at(i - radius);
+    }
+}
+
+// Three box blurs in a row come close to a Gaussian blur. They reach 2.8 deviations.
+void blur(QImage& alpha, double deviation) {
+    const int radius = std::max(1, static_cast<int>(std::lround(deviation * 0.94)));
+    QImage other(alpha.size(), QImage::Format_Alpha8);
+    const int width = alpha.width();
+    const int height = alpha.height();
+    const qsizetype stride = alpha.bytesPerLine();
+    for (int pass = 0; pass < 3; ++pass) {
+        for (int y = 0; y < height; ++y)
+            boxBlurLine(alpha.constScanLine(y), other.scanLine(y), width, 1, radius);
+        const uchar* const from = other.constBits();
+        uchar* const to = alpha.bits();
+        for (int x = 0; x < width; ++x)
+            boxBlurLine(from + x, to + x, height, stride, radius);
+    }
+}
+
+QImage tinted(const QImage& alpha, const QColor& color) {
+    QImage image(alpha.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(color);
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(0, 0, alpha);
+    return image;
+}
+
+// A blurred rounded rectangle, in device pixels. The straight edges of a large one are one pixel long
+// in the picture, and `drawStretched` lengthens them: one picture serves all large sizes.
+struct SoftShape {
+    QPixmap picture;
+    int margin;  // from the picture's edge to the shape's
+    int corner;  // size of the corners of the picture, which must not be stretched
+};
+
+SoftShape softShape(QSizeF size, double radius, double blurRadius, const QColor& color) {
+    const int margin = static_cast<int>(std::ceil(blurRadius * blurReach)) + 1;
+    const int corner = 2 * margin + static_cast<int>(std::ceil(radius));
+    const double limit = 2 * (corner - margin) + 1;
+    const QSizeF drawn(std::min(size.width(), limit), std::min(size.height(), limit));
+    const QString key = keyOf("soft", {drawn.width(), drawn.height(), radius, blurRadius}, color);
+    const QPixmap picture = kept(key, [&] {
+        QImage alpha(static_cast<int>(std::ceil(drawn.width())) + 2 * margin,
+                     static_cast<int>(std::ceil(drawn.height())) + 2 * margin, QImage::Format_Alpha8);
+        alpha.fill(0);
+        {
+            QPainter painter(&alpha);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(Qt::black);
+            painter.drawRoundedRect(QRectF(QPointF(margin, margin), drawn), radius, radius);
+        }
+        if (blurRadius > 0) blur(alpha, blurRadius / 2);
+        return QPixmap::fromImage(tinted(alpha, color));
+    });
+    return {picture, margin, corner};
+}
+
+// Draws a soft shape over `target`, with its middle row and column stretched as far as needed.
+void drawStretched(QPainter& painter, const QRectF& target, const SoftShape& soft) {
+    const QSizeF size = soft.picture.size();
+    const bool wide = target.width() > size.width() + 0.5;
+    const bool high = target.height() > size.height() + 0.5;
+    if (!wide && !high) return painter.drawPixmap(target.topLeft(), soft.picture);
+    const double corner = soft.corner;
+    struct Span {
+        double from, length, to, extent;
+    };
+    const auto spans = [corner](bool stretch, double length, double start, double extent) {
+        if (!stretch) return std::vector<Span>{{0, length, start, length}};
+        return std::vector<Span>{
+            {0, corner, start, corner},
+            {corner, length - 2 * corner, start + corner, extent - 2 * corner},
+            {length - corner, corner, start + extent - corner, corner},
+        };
+    };
+    for (const Span& y : spans(high, size.height(), target.top(), target.height()))
+        for (const Span& x : spans(wide, size.width(), target.left(), target.width()))
+            painter.drawPixmap(QRectF(x.to, y.to, x.extent, y.extent), soft.picture,
+                               QRectF(x.from, y.from, x.length, y.length));
+}
+
+}  // namespace
+
+void fill(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(brush);
+    painter.drawRoundedRect(shape, radius, radius);
+}
+
+void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush, double width) {
+    const double inset = width / 2;
+    painter.setPen(QPen(brush, width));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(shape.adjusted(inset, inset, -inset, -inset), std::max(0.0, radius - inset),
+                            std::max(0.0, radius - inset));
+}
+
+void focusRing(QPainter& painter, const QRectF& shape, double radius) {
+    edge(painter, shape, radius, Theme::faded(Theme::accent, 0.85), 1.5);
+}
+
+// The parts of a stretched shape must meet on whole device pixels; otherwise seams show between them.
+void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
+    const double ratio = ratioOf(painter);
+    const QRectF cast = shape.translated(0, shadow.offsetY);
+    const QRectF device = scaled(cast.translated(-offsetInPixel(painter, cast.topLeft()) / ratio), ratio);
+    const SoftShape soft = softShape(device.size(), radius * ratio, shadow.blur * ratio, shadow.color);
+    const double margin = soft.margin;
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);  // a blurred shape has no edge to smooth
+    painter.scale(1 / ratio, 1 / ratio);
+    drawStretched(painter, device.adjusted(-margin, -margin, margin, margin), soft);
+    painter.restore();
+}
+
+void trim(QPainter& painter, const QRectF& shape, double radius) {
+    constexpr double far = 1000;
+    QPainterPath outside;
+    outside.addRect(shape.adjusted(-far, -far, far, far));
+    outside.addRoundedRect(shape, radius, radius);
+    painter.save();
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.fillPath(outside, Qt::black);
+    painter.restore();
+}
+
+// The shape is filled with the shadow's colour, and the blurred and shifted shape is erased from it.
+void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
+    const QString key = keyOf("inner", {radius, shadow.blur, shadow.offsetY}, shadow.color);
+    cached(painter, key, shape, [&](QPainter& canvas) {
+        const QRectF local(QPointF(), shape.size());
+        canvas.fillRect(local, shadow.color);
+        canvas.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        dropShadow(canvas, local, radius, {Qt::black, shadow.blur, shadow.offsetY});
+        trim(canvas, local, radius);
+    });
+}
+
+void well(QPainter& painter, const QRectF& shape, double radius) {
+    cached(painter, QStringLiteral("well ") + QString::number(radius), shape, [&](QPainter& canvas) {
+        const QRectF local(QPointF(), shape.size());
+        fill(canvas, local, radius, Theme::well);
+        innerShadow(canvas, local, radius, {Theme::black(0.85), 7, 5});
+        innerShadow(canvas, local, radius, {Theme::white(0.06), 1, -1});
+        edge(canvas, local, radius, Theme::recessRim(local));
+    });
+}
+
+void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen, const QColor& glow,
+                   double blur) {
+    constexpr int layers = 8;
+    painter.setBrush(Qt::NoBrush);
+    for (int layer = layers; layer > 0; --layer) {
+        const double spread = 2 * blur * layer / layers;
+        QPen soft = pen;
+        soft.setWidthF(pen.widthF() + spread);
+        const double strength = 1 - static_cast<double>(layer) / (layers + 1);
+        soft.setColor(Theme::faded(glow, glow.alphaF() * strength * strength / layers * 2.2));
+        painter.strokePath(path, soft);
+    }
+    painter.strokePath(path, pen);
+}
+
+void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,
+              const Drawing& draw) {
+    if (!shadow.color.isValid() || shadow.color.alpha() == 0) return;
+    const double ratio = ratioOf(painter);
+    const double margin = std::ceil(shadow.blur * blurReach) + 1;
+    const QRectF around = bounds.adjusted(-margin, -margin, margin, margin);
+    const QString whole =
+        keyOf("soft copy", {around.width(), around.height(), shadow.blur, ratio}, shadow.color) + key;
+    const QPixmap picture = kept(whole, [&] {
+        QImage alpha((around.size() * ratio).toSize(), QImage::Format_Alpha8);
+        alpha.setDevicePixelRatio(ratio);
+        alpha.fill(0);
+        QPainter canvas(&alpha);
+        canvas.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        canvas.translate(margin, margin);
+        draw(canvas);
+        canvas.end();
+        alpha.setDevicePixelRatio(1);
+        blur(alpha, shadow.blur * ratio / 2);
+        QPixmap pixmap = QPixmap::fromImage(tinted(alpha, shadow.color));
+        pixmap.setDevicePixelRatio(ratio);
+        return pixmap;
+    });
+    painter.drawPixmap(around.topLeft() + QPointF(0, shadow.offsetY), picture);
+}
+
+}  // namespace Paint

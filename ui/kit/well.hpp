@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QWidget>
+
+namespace Kit {
+
+/// A recessed field; its owner lays out the content.
+class Well : public QWidget {
+public:
+    Well(double radius, QWidget* parent);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const double radius;
+};
+
+}  // namespace Kit
