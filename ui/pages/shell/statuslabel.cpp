@@ -1,12 +1,12 @@
 #include "ui/pages/shell/statuslabel.hpp"
 
+#include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/control.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/painting.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QHBoxLayout>
 
