@@ -27,13 +27,12 @@ struct Desk : Rig {
     Widget& find(const QString& name) {
         return OnScreen::find<Widget>(view, name);
     }
-    template <class Widget = Kit::Button>
-    bool shows(const QString& name) {
-        return OnScreen::shows<Widget>(view, name);
-    }
     template <class Widget>
     std::vector<Widget*> all() {
         return OnScreen::all<Widget>(view);
+    }
+    bool shows(const QString& name) {
+        return std::ranges::count(all<QWidget>(), name, &QWidget::accessibleName) > 0;
     }
 
     void click(QWidget& control) {
@@ -68,8 +67,15 @@ struct Desk : Rig {
 
     double value(const QString& name) { return find<Kit::ValueControl>(name).value(); }
     QString readOut(const QString& name) { return find<Kit::Control>(name).valueText(); }
+    QString chip(int position) {
+        const std::string& model = speaker(std::size_t(position))->info.value().model;
+        return QString("0%1 · ").arg(position + 1) + QString::fromStdString(model);
+    }
     bool lit(const QString& name) { return find(name).isChecked(); }
 
+    void set(ModuleKind kind, std::string_view channel, int band, const ModuleValue& value) {
+        model->set(K7Q::index(kind, channel, band), value);
+    }
     template <class Case>
     Case held(std::size_t board, ModuleKind kind, std::string_view channel, int band = 0) {
         return *line->board(board).value(K7Q::index(kind, channel, band)).template as<Case>();

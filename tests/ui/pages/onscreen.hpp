@@ -6,10 +6,10 @@
 #include <stdexcept>
 #include <vector>
 
-/// The controls that a user sees in a window, by kind and accessible name. They are told apart by a
-/// cast, as the controls have no meta objects.
+/// The widgets that a user sees in a window, by kind and accessible name.
 namespace OnScreen {
 
+/// The controls have no meta objects, so a cast tells their kinds apart.
 template <class Widget>
 std::vector<Widget*> all(const QWidget& window) {
     std::vector<Widget*> list;
@@ -17,13 +17,6 @@ std::vector<Widget*> all(const QWidget& window) {
         if (auto* const widget = dynamic_cast<Widget*>(each); widget && widget->isVisible())
             list.push_back(widget);
     return list;
-}
-
-template <class Widget>
-bool shows(const QWidget& window, const QString& name) {
-    for (const Widget* const widget : all<Widget>(window))
-        if (widget->accessibleName() == name) return true;
-    return false;
 }
 
 template <class Widget>
