@@ -1,6 +1,8 @@
-#include "bench/uidesk.hpp"
+#include "bench/openwindow.hpp"
 
+#include "tests/ui/kit/hand.hpp"
 #include "ui/kit/eqgraph.hpp"
+#include "ui/kit/valuecontrol.hpp"
 
 #include <QApplication>
 
@@ -13,19 +15,19 @@
 namespace {
 
 using namespace Corvane;
-using namespace Desk;
+using namespace Bench;
 using namespace Wendril;
 using namespace std::chrono_literals;
 
-// A hand on a control that goes up and down, by more than a step of its value with every event.
+// Drags a control up and down. Every move changes its value by more than one step.
 class Drag {
 public:
     explicit Drag(QWidget& control, QPointF at)
         : control(control)
         , start(at) {
-        mouse(control, QEvent::MouseButtonPress, start);
+        Hand::mouse(control, QEvent::MouseButtonPress, start);
     }
-    ~Drag() { mouse(control, QEvent::MouseButtonRelease, start); }
+    ~Drag() { Hand::mouse(control, QEvent::MouseButtonRelease, start); }
     Drag(const Drag&) = delete;
     Drag& operator=(const Drag&) = delete;
 
@@ -33,7 +35,7 @@ public:
         constexpr int turn = 16;
         constexpr double points = 6;
         const int way = number % (2 * turn);
-        mouse(control, QEvent::MouseMove, start - QPointF(0, points * std::min(way, 2 * turn - way)));
+        Hand::mouse(control, QEvent::MouseMove, start - QPointF(0, points * std::min(way, 2 * turn - way)));
     }
 
 private:
@@ -41,7 +43,9 @@ private:
     const QPointF start;
 };
 
-Kit::ValueControl& bass(OpenWindow& opened) { return opened.find<Kit::ValueControl>("Graves"); }
+Kit::ValueControl& bass(OpenWindow& opened) {
+    return OnScreen::find<Kit::ValueControl>(opened.window, "Graves");
+}
 QPointF middleOf(const QWidget& control) { return QRectF(control.rect()).center(); }
 
 void knobDrag(benchmark::State& state) {
@@ -57,7 +61,7 @@ void knobDrag(benchmark::State& state) {
 void handleDrag(benchmark::State& state) {
     StillChain chain;
     OpenWindow opened(*chain.model, technical({TechPage::Kind::output, 0}));
-    auto& graph = opened.find<Kit::EQGraph>();
+    auto& graph = *OnScreen::all<Kit::EQGraph>(opened.window).at(0);
     Drag drag(graph, graph.placeOf(graph.shownHandles().front()));
     measureFrames(state, [&](int number) {
         drag.move(number);
@@ -81,7 +85,7 @@ double seconds(clockid_t clock) {
     return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
 }
 
-// What the process, with its simulated chain, and the window's thread alone take of one core.
+// The share of one core that the process takes, simulated chain included, and the window's thread.
 template <class Action>
 void measureShare(benchmark::State& state, Action during) {
     const double process = seconds(CLOCK_PROCESS_CPUTIME_ID);
@@ -117,8 +121,8 @@ void knobDragAt60(benchmark::State& state) {
     });
 }
 
-// From the mouse's event to the frame's last byte in the port. The user's moment is any, so it falls
-// anywhere between two meter readings.
+// From the mouse event to the last byte of the frame in the port. The pauses are random, so the event
+// falls anywhere between two meter readings.
 void knobToLine(benchmark::State& state) {
     constexpr std::int64_t none = 0;
     std::atomic<std::int64_t> sent = none;

@@ -1,4 +1,4 @@
-#include "bench/uidesk.hpp"
+#include "bench/openwindow.hpp"
 
 #include <QAnimationDriver>
 #include <QPixmapCache>
@@ -10,7 +10,7 @@
 namespace {
 
 using namespace Corvane;
-using namespace Desk;
+using namespace Bench;
 
 ShownPage pageOf(benchmark::State& state) {
     ShownPage page = pages().at(static_cast<std::size_t>(state.range()));
@@ -18,7 +18,7 @@ ShownPage pageOf(benchmark::State& state) {
     return page;
 }
 
-// From nothing to a window on the screen, with no picture kept from before.
+// Builds and paints a window, with the cache of pictures empty.
 void firstPaint(benchmark::State& state) {
     const ShownPage page = pageOf(state);
     StillChain chain;
@@ -38,7 +38,7 @@ void repaint(benchmark::State& state) {
     measureFrames(state, [&](int) { opened.window.repaint(); });
 }
 
-// The clock of all animations, which moves by hand.
+// The clock of all animations; `next` moves it by one frame.
 class Frames final : public QAnimationDriver {
 public:
     Frames() { install(); }
@@ -64,7 +64,7 @@ private:
     qint64 now = 0;
 };
 
-// New levels on all channels and the next frame of what they set in motion.
+// New levels on all channels and one frame of the animations that they start.
 void meterUpdate(benchmark::State& state) {
     const ShownPage page = pageOf(state);
     const std::array<std::vector<float>, 2> readings{{

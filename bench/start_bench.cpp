@@ -26,7 +26,7 @@ constexpr const char* environment = "/usr/bin/env";
 constexpr int megabyte = 1 << 20;
 constexpr const char* residentIs = "resident MB: ";
 
-// Ends the program when its window has been painted, and says how much memory it takes then.
+// Ends the program when its window has been painted, and prints the memory that it takes then.
 class FirstWindow final : public QObject {
 public:
     FirstWindow() { qApp->installEventFilter(this); }
@@ -56,7 +56,7 @@ private:
     }
 };
 
-// What the child says of itself, among the toolkit's complaints about the lack of a desktop.
+// Reads the memory that the child prints; the toolkit prints warnings as well.
 double residentOf(Tests::Process& child) {
     for (std::string line = child.line(); !line.empty(); line = child.line())
         if (line.starts_with(residentIs)) return std::stod(line.substr(std::string_view(residentIs).size()));
@@ -86,8 +86,8 @@ double secondsOfChildren() {
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-// Unattended: beside the run's own two sleeps it waits for the line, whose bytes take no time here
-// but whose time-outs do, and works.
+// The unattended run. Of its time, two sleeps are fixed; the rest is work and the line's time-outs,
+// as its bytes take no time here.
 void snapshotRun(benchmark::State& state) {
     constexpr int pictures = 13;
     constexpr double sleeps = 4;

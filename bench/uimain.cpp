@@ -6,7 +6,7 @@
 
 #include <string_view>
 
-// The window is measured without a screen, as large as on one of two pixels a point.
+// The window is measured without a screen, at two device pixels a point.
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (argc == 2 && std::string_view(argv[1]) == firstWindowOption) return showFirstWindow(argc, argv);

@@ -11,8 +11,8 @@
 
 namespace Corvane {
 
-/// Keeps a view at what an expression over properties says, as long as `owner` lives: `show` is
-/// called now, and whenever a property that the expression has read changes its result.
+/// Calls `show` with the result of `read`: now, and whenever a change of the properties that `read`
+/// uses has changed the result. Ends when `owner` is destroyed.
 template <class Read, class Show>
 void bind(QObject& owner, Read read, Show show) {
     struct Binding final : QObject {
@@ -24,7 +24,7 @@ void bind(QObject& owner, Read read, Show show) {
     new Binding(&owner, watch(std::move(read), std::move(show)));
 }
 
-/// The control shows that number, and writes it so.
+/// The control shows the result of `read`; what the user sets goes to `write`.
 template <std::derived_from<Kit::ValueControl> Number, class Read, class Write>
 void bind(Number& control, Read read, Write write) {
     control.onChange = std::move(write);

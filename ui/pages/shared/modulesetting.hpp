@@ -2,14 +2,17 @@
 
 #include "app/model/appmodel.hpp"
 
+#include "Wendril/limits.hpp"
+
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace Corvane {
 
-/// One module as a page shows and edits it: a read gives the focused speaker's setting, or the
-/// module's default; an edit changes some of it and writes it whole.
+/// The setting of one module. `value` is the focused speaker's, or the module's default while the
+/// speaker has not reported it. `edit` changes some of its fields and writes all of them to the
+/// targeted speakers.
 template <class Case>
 class ModuleSetting {
 public:
@@ -25,6 +28,9 @@ public:
         return *Wendril::ModuleValue::factory(*Wendril::K7Q::module(index))->template as<Case>();
     }
 
+    /// The limits of the field of that name.
+    Wendril::Limits limits(std::string_view field) const { return Wendril::limitsOf(kind, field, channel); }
+
     template <class Change>
     void edit(Change change) const {
         Case changed = value();
@@ -39,7 +45,5 @@ private:
     int band;
     std::uint8_t index;
 };
-
-inline bool isInput(std::string_view channel) { return channel.starts_with("In"); }
 
 }  // namespace Corvane

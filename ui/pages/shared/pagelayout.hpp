@@ -1,25 +1,11 @@
 #pragma once
 
-#include "app/model/appmodel.hpp"
-
 #include <QMargins>
-
-#include <span>
-#include <string_view>
-#include <vector>
 
 namespace Corvane {
 
-/// Round the panels of every page, and between them.
+/// Between the panels of a page and the edges of the page, and from one panel to the next.
 constexpr QMargins pageMargins(32, 24, 32, 24);
 constexpr int panelGap = 24;
-
-/// The meters of these channels, in dB.
-inline std::vector<float> levelsOf(const AppModel& model, std::span<const std::string_view> channels) {
-    std::vector<float> levels;
-    for (const std::string_view channel : channels)
-        levels.push_back(model.meter(channel));
-    return levels;
-}
 
 }  // namespace Corvane

@@ -6,13 +6,13 @@
 
 namespace Corvane {
 
-/// What a button says while it is lit, and while it is not.
+/// The titles of a button while it is lit and while it is not.
 struct SwitchTitles {
     QString lit;
     QString unlit;
 };
 
-/// A compact button that shows a state and changes it.
+/// A compact button, lit while `isLit` is true. A click calls `change`.
 Kit::PillButton* switchButton(const SwitchTitles& titles, std::function<bool()> isLit,
                               Kit::Button::Action change, QWidget* parent);
 

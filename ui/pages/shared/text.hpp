@@ -7,7 +7,7 @@
 
 namespace Corvane {
 
-/// Text of the floors below, which is UTF-8, as the widgets want it, and back.
+/// The library and the model hold text as UTF-8, widgets as QString.
 inline QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }

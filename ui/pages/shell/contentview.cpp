@@ -1,5 +1,6 @@
 #include "ui/pages/shell/contentview.hpp"
 
+#include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shell/headerbar.hpp"
 #include "ui/pages/shell/offlinecard.hpp"
 #include "ui/pages/shell/speakerstrip.hpp"
@@ -9,7 +10,6 @@
 #include "ui/pages/technical/techpageview.hpp"
 
 #include "ui/kit/backdrop.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QPainter>
 #include <QStackedWidget>
@@ -25,8 +25,8 @@ constexpr double dimmedOpacity = 0.45;
 
 }  // namespace
 
-// Over the page while the link is not up. The backdrop drawn over the page dims it exactly as much
-// as drawing the page that faintly over the backdrop would.
+// Covers the page while the link is not online. Drawing the backdrop over the page at opacity
+// 1 - dimmedOpacity gives the same pixels as drawing the page over the backdrop at dimmedOpacity.
 class ContentView::Veil final : public Kit::Surface {
 public:
     Veil(AppModel& model, QWidget* parent)

@@ -15,21 +15,21 @@ namespace Corvane {
 
 class TechPageView;
 
-/// All that the window shows: header, strip and the page, which takes no input unless the link is
-/// up. Pages are built when they are first shown. The model must outlive it.
+/// The content of the window: header, strip and page. The page takes no input unless the link is
+/// online. A page is built when it is first shown. The model must outlive the view.
 class ContentView final : public QWidget {
 public:
     /// Smallest and usual size.
     static constexpr QSize smallest{1240, 780};
     static constexpr QSize usual{1280, 820};
 
-    /// With `choosesLink` false the header only names the chosen link.
+    /// With `choosesLink` false the header names the chosen link and offers no choice.
     ContentView(AppModel& model, bool choosesLink, QWidget* parent);
 
     Property<Page> page{Page::tone};
     Property<TechPage> techPage{TechPage{}};
 
-    /// What moves the window: all above the page.
+    /// Of header and strip together, by which the window is moved.
     int headHeight() const;
 
 protected:

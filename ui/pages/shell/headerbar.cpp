@@ -1,5 +1,6 @@
 #include "ui/pages/shell/headerbar.hpp"
 
+#include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/text.hpp"
 #include "ui/pages/shell/logotitle.hpp"
 
@@ -9,7 +10,6 @@
 #include "ui/kit/textfield.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/wellmenu.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QHBoxLayout>
 

@@ -8,11 +8,11 @@ class QHBoxLayout;
 
 namespace Corvane {
 
-/// Logo and title, the choice of the link, and the button that connects and disconnects. Alt+Control
-/// held, a click on logo or title enters and leaves the technical mode.
+/// Logo and title, the choice of the link, and the button that connects and disconnects. A click on
+/// logo or title with Alt and Control held enters or leaves the technical mode.
 class HeaderBar final : public QWidget {
 public:
-    /// With `choosesLink` false the chosen link is only named.
+    /// With `choosesLink` false the header names the chosen link and offers no choice.
     HeaderBar(AppModel& model, bool choosesLink, QWidget* parent);
 
 private:

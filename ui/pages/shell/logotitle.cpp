@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 
 #include <cmath>
+#include <utility>
 
 namespace Corvane {
 
@@ -49,9 +50,20 @@ void LogoTitle::paintEvent(QPaintEvent*) {
 
 void LogoTitle::mousePressEvent(QMouseEvent* event) {
     constexpr Qt::KeyboardModifiers secret = Qt::AltModifier | Qt::ControlModifier;
-    const bool held = (event->modifiers() & secret) == secret;
-    if (event->button() != Qt::LeftButton || !held || !onSecretClick) return event->ignore();
-    onSecretClick();
+    pressed = event->button() == Qt::LeftButton && (event->modifiers() & secret) == secret;
+    event->setAccepted(pressed);
+}
+
+void LogoTitle::mouseReleaseEvent(QMouseEvent* event) {
+    const bool clicked = std::exchange(pressed, false);
+    event->setAccepted(clicked);
+    if (clicked && rect().contains(event->position().toPoint()) && onSecretClick) onSecretClick();
+}
+
+// The second press of two quick clicks.
+void LogoTitle::mouseDoubleClickEvent(QMouseEvent* event) {
+    mousePressEvent(event);
+    event->accept();
 }
 
 }  // namespace Corvane

@@ -6,17 +6,23 @@
 
 namespace Corvane {
 
-/// The mark and the name of the program.
+/// The logo and the name of the program.
 class LogoTitle final : public QWidget {
 public:
     explicit LogoTitle(QWidget* parent);
 
-    /// A click with Alt and Control held. Any other one is left to whatever lies below.
+    /// A click that began with Alt and Control held. All other presses go on to the parent, which
+    /// moves the window; double clicks do not, so that they do not zoom it.
     std::function<void()> onSecretClick;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    bool pressed = false;  // with Alt and Control
 };
 
 }  // namespace Corvane

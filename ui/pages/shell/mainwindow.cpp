@@ -33,7 +33,8 @@ MainWindow::MainWindow(AppModel& model, bool choosesLink)
     resize(ContentView::usual.boundedTo(screen()->availableSize()));
 }
 
-// Events reach the window before any widget in it, which lets the edges come first.
+// The window's handle gets mouse events before any widget does, so a press on an edge resizes the
+// window also where a control reaches to the edge.
 void MainWindow::showEvent(QShowEvent* event) {
     windowHandle()->installEventFilter(this);
     QWidget::showEvent(event);
@@ -89,7 +90,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-// Only what no control has taken comes here.
+// The window itself gets only those mouse events that no control has accepted.
 void MainWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || event->position().y() >= view->headHeight()) return;
     if (!windowHandle()->startSystemMove()) grip = event->globalPosition().toPoint() - pos();

@@ -6,8 +6,8 @@
 
 namespace Corvane {
 
-/// The window: frameless, moved by its head, resized at its edges, closed, minimised and zoomed by
-/// buttons of its own. The model must outlive it.
+/// The window. It has no frame: it is moved by header and strip, resized at its edges, and closed,
+/// minimised and zoomed by its own buttons. The model must outlive it.
 class MainWindow final : public QWidget {
 public:
     MainWindow(AppModel& model, bool choosesLink);
@@ -31,7 +31,8 @@ private:
     ContentView* view;
     QWidget* buttons;
     bool edgeCursorShown = false;
-    std::optional<QPoint> grip;  // where the window is held while it moves without the desktop's help
+    std::optional<QPoint>
+        grip;  // in the window; set while it is moved on a desktop that does not move windows
 };
 
 }  // namespace Corvane

@@ -6,7 +6,7 @@
 
 namespace Corvane {
 
-/// Tells how to connect while there is no link.
+/// Says how to connect, while the link is not online.
 class OfflineCard final : public Kit::Panel {
 public:
     OfflineCard(AppModel& model, QWidget* parent);

@@ -1,12 +1,12 @@
 #include "ui/pages/shell/speakerchips.hpp"
 
+#include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/button.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include "Wendril/text.hpp"
 
@@ -144,10 +144,10 @@ void SpeakerChips::show(const Speakers& speakers) {
 
 QSize SpeakerChips::sizeHint() const { return {row->sizeHint().width(), chipHeight}; }
 
-// Two addresses are always in sight.
+// Wide enough for two chips that show only their addresses.
 QSize SpeakerChips::minimumSizeHint() const {
-    constexpr int shortest = 2 * 66 + chipGap;
-    return {std::min(row->minimumSize().width(), shortest), chipHeight};
+    constexpr int shortestChip = 66;
+    return {std::min(row->minimumSize().width(), 2 * shortestChip + chipGap), chipHeight};
 }
 
 void SpeakerChips::wheelEvent(QWheelEvent* event) {

@@ -8,8 +8,8 @@ class QHBoxLayout;
 
 namespace Corvane {
 
-/// A chip for each speaker; the chosen one is lit. Where the row is too narrow for the models'
-/// names they are elided, and where it is too narrow for the addresses the wheel scrolls it.
+/// A chip for each speaker; the target's is selected. When the row is too narrow, the chips elide the
+/// model names, then show only addresses; beyond that the wheel scrolls the row.
 class SpeakerChips final : public QScrollArea {
 public:
     SpeakerChips(AppModel& model, QWidget* parent);

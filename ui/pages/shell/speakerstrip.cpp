@@ -1,11 +1,11 @@
 #include "ui/pages/shell/speakerstrip.hpp"
 
+#include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shell/speakerchips.hpp"
 #include "ui/pages/shell/statuslabel.hpp"
 
 #include "ui/kit/iconbutton.hpp"
 #include "ui/kit/theme.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QHBoxLayout>
 

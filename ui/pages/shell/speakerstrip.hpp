@@ -12,7 +12,7 @@ class QHBoxLayout;
 
 namespace Corvane {
 
-/// A chip for each speaker, the state of the connection, and the tabs of the mode that is shown.
+/// A chip for each speaker, the search button, the status, and the tabs of the current mode.
 class SpeakerStrip final : public QWidget {
 public:
     SpeakerStrip(AppModel& model, Property<Page>& page, Property<TechPage>& techPage, QWidget* parent);

@@ -1,5 +1,6 @@
 #include "ui/pages/shell/statuslabel.hpp"
 
+#include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/button.hpp"
@@ -8,7 +9,6 @@
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/spinner.hpp"
 #include "ui/kit/text.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QHBoxLayout>
 

@@ -9,8 +9,8 @@
 
 namespace Corvane {
 
-/// The state of the connection in one line, and after it the latest warning, which a click clears.
-/// Where the room is too narrow the texts are elided; pointing at them shows them whole.
+/// The status of the link in one line, followed by the notice, which a click clears. Texts that are
+/// too long for the row are elided; their tooltips show them whole.
 class StatusLabel final : public QWidget {
 public:
     StatusLabel(AppModel& model, QWidget* parent);

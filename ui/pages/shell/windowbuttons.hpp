@@ -6,7 +6,7 @@
 
 namespace Corvane {
 
-/// The buttons that a title bar would have.
+/// Close, minimise and zoom, as a title bar has them.
 class WindowButtons final : public QWidget {
 public:
     struct Actions {

@@ -1,5 +1,8 @@
 #include "ui/pages/simple/delayview.hpp"
 
+#include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/delaybutton.hpp"
 #include "ui/pages/shared/pagelayout.hpp"
 
@@ -7,7 +10,6 @@
 #include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/theme.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 namespace Corvane {
 
@@ -35,26 +37,26 @@ DelayView::DelayView(AppModel& model, QWidget* parent)
 }
 
 QLayout* DelayView::column(int output, QWidget* parent) {
-    const std::string_view channel = K7Q::outputs.at(static_cast<std::size_t>(output));
-    auto* const fader = new Kit::Fader(QStringLiteral("Saída %1").arg(output + 1), {0, longestDelay}, 0,
-                                       Formats::delay, {.height = 300}, parent);
-    Corvane::bind(
-        *fader, [this, channel] { return delayOf(model, channel).ms; },
-        [this, channel](double ms) { setDelay(model, channel, ms); });
+    const ModuleSetting<DelayValue> delay(model, ModuleKind::delay,
+                                          K7Q::outputs.at(static_cast<std::size_t>(output)));
+    const Limits limits = delay.limits("ms");
+    auto* const fader =
+        faderFor(limits, QStringLiteral("Saída %1").arg(output + 1), Formats::delay, {.height = 300}, parent);
+    bindField(*fader, delay, &DelayValue::ms);
 
     auto* const distance = new Kit::Caption({}, Theme::font(12, QFont::Medium), Theme::secondary, parent);
     distance->setTabular(true);
     distance->setAlignment(Qt::AlignCenter);
-    distance->reserveFor(Formats::distance(longestDelay));
+    distance->reserveFor(Formats::distance(limits.highest));
     Corvane::bind(
-        *distance, [this, channel] { return delayOf(model, channel).ms; },
+        *distance, [delay] { return delay.value().ms; },
         [distance](float ms) { distance->setText(Formats::distance(ms)); });
 
     auto* const rows = new QVBoxLayout;
     rows->setSpacing(12);
     rows->addWidget(fader, 0, Qt::AlignHCenter);
     rows->addWidget(distance, 0, Qt::AlignHCenter);
-    auto* const button = delayButton(model, channel, parent);
+    auto* const button = delayButton(delay, parent);
     button->setAccessibleName(QStringLiteral("Delay da saída %1").arg(output + 1));
     rows->addWidget(button, 0, Qt::AlignHCenter);
     return rows;

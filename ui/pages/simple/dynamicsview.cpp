@@ -1,19 +1,22 @@
 #include "ui/pages/simple/dynamicsview.hpp"
 
+#include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/controls.hpp"
+#include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/switchbutton.hpp"
 #include "ui/pages/simple/outputpicker.hpp"
 
 #include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
-#include "ui/kit/knob.hpp"
 #include "ui/kit/meterbar.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/timeknob.hpp"
 #include "ui/kit/well.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <algorithm>
+#include <functional>
 
 namespace Corvane {
 
@@ -25,13 +28,10 @@ constexpr double largeKnob = 150;
 constexpr double smallKnob = 96;
 constexpr int rowGap = 24;
 
-// A ratio up to this one is no compression.
-constexpr float restingRatio = 1.01F;
-constexpr float usualRatio = 4;
-
-// Shown where the board has reported something else than settings of this kind.
-constexpr DynamicsValue noCompressor{.threshold = 22, .ratio = 1, .hold = 0, .attack = 45, .release = 724};
-constexpr LimiterValue noLimiter{.threshold = 24, .ratio = 0, .hold = 0, .release = 724};
+// Ratios of a compressor that is switched off and on, and the highest that is shown as off.
+constexpr float offRatio = 1;
+constexpr float onRatio = 4;
+constexpr float highestOffRatio = 1.01F;
 
 QHBoxLayout* rowOf(std::initializer_list<QWidget*> controls) {
     auto* const row = new QHBoxLayout;
@@ -40,29 +40,49 @@ QHBoxLayout* rowOf(std::initializer_list<QWidget*> controls) {
     return row;
 }
 
-// A knob over a field of a record.
-template <class Record, class Value>
-Kit::Knob* knobFor(Kit::Knob* knob, Value Record::*field, std::function<Record()> read,
-                   std::function<void(const std::function<void(Record&)>&)> edit) {
-    Corvane::bind(
-        *knob, [read, field] { return read().*field; },
-        [edit, field](double value) {
-            edit([field, value](Record& record) { record.*field = static_cast<Value>(value); });
-        });
+// The setting of the first chosen output; an edit goes to all chosen outputs.
+template <class Value>
+class OutputsSetting {
+public:
+    using EditAll = void (AppModel::*)(const std::function<void(Value&)>& change);
+
+    OutputsSetting(AppModel& model, ModuleKind kind, EditAll editAll)
+        : model(&model)
+        , kind(kind)
+        , editAll(editAll) {}
+
+    Value value() const { return ModuleSetting<Value>(*model, kind, model->outputs().front()).value(); }
+    void edit(const std::function<void(Value&)>& change) const { (model->*editAll)(change); }
+    Limits limits(std::string_view field) const { return limitsOf(kind, field, K7Q::outputs.front()); }
+
+private:
+    AppModel* model;
+    ModuleKind kind;
+    EditAll editAll;
+};
+
+template <class Value>
+Kit::Knob* thresholdKnob(const OutputsSetting<Value>& setting, QWidget* parent) {
+    const Limits limits = setting.limits("threshold");
+    auto* const knob = knobFor(limits, QStringLiteral("Threshold"), Formats::signedDecibels,
+                               labelledKnob(largeKnob, limits), parent);
+    bindField(*knob, setting, &Value::threshold);
     return knob;
 }
 
-// The same for a time.
-template <class Record>
-Kit::Knob* timeKnobFor(const QString& title, std::uint32_t Record::*field, std::function<Record()> read,
-                       std::function<void(const std::function<void(Record&)>&)> edit, QWidget* parent) {
-    const auto set = [edit, field](std::uint32_t ms) {
-        edit([field, ms](Record& record) { record.*field = ms; });
-    };
-    auto* const knob = Kit::timeKnob(title, read().*field, smallKnob, set, parent);
-    Corvane::bind(
-        static_cast<QObject&>(*knob), [read, field] { return read().*field; },
-        [knob](std::uint32_t ms) { knob->setTime(ms); });
+Kit::Knob* ratioKnob(const OutputsSetting<DynamicsValue>& setting, QWidget* parent) {
+    const Limits limits = setting.limits("ratio");
+    auto* const knob =
+        knobFor(limits, QStringLiteral("Ratio"), Formats::ratio, labelledKnob(largeKnob, limits), parent);
+    bindField(*knob, setting, &DynamicsValue::ratio);
+    return knob;
+}
+
+template <class Value>
+Kit::Knob* kneeKnob(const OutputsSetting<Value>& setting, QWidget* parent) {
+    auto* const knob = knobFor(setting.limits("knee"), QStringLiteral("Knee"), Formats::wholeDecibels,
+                               {.size = smallKnob}, parent);
+    bindField(*knob, setting, &Value::knee);
     return knob;
 }
 
@@ -82,78 +102,41 @@ DynamicsView::DynamicsView(AppModel& model, QWidget* parent)
     rows->addLayout(panels, 1);
 }
 
-DynamicsValue DynamicsView::compressor() const {
-    return model.valueAs<DynamicsValue>(ModuleKind::compressor, model.outputs().front())
-        .value_or(noCompressor);
-}
-
-LimiterValue DynamicsView::limiter() const {
-    return model.valueAs<LimiterValue>(ModuleKind::limiter, model.outputs().front()).value_or(noLimiter);
-}
-
-bool DynamicsView::limiterBypassed() const {
-    return model.valueAs<bool>(ModuleKind::limiterBypass, model.outputs().front()).value_or(true);
-}
-
-void DynamicsView::toggleCompressor() {
-    const float ratio = compressor().ratio > restingRatio ? 1 : usualRatio;
-    model.editCompressor([ratio](DynamicsValue& value) { value.ratio = ratio; });
-}
-
-void DynamicsView::toggleLimiter() {
-    const bool bypass = !limiterBypassed();
-    for (const std::string_view output : model.outputs())
-        model.set(K7Q::index(ModuleKind::limiterBypass, output, 0), ModuleValue{bypass});
-}
-
 QWidget* DynamicsView::compressorPanel() {
+    const OutputsSetting<DynamicsValue> compressor(model, ModuleKind::compressor, &AppModel::editCompressor);
+    const auto isOn = [compressor] { return compressor.value().ratio > highestOffRatio; };
+    const auto toggle = [compressor, isOn] {
+        compressor.edit([ratio = isOn() ? offRatio : onRatio](DynamicsValue& value) { value.ratio = ratio; });
+    };
     auto* const panel = new Kit::Panel(QStringLiteral("COMPRESSOR"), this);
-    panel->setTrailing(switchButton(
-        {QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")},
-        [this] { return compressor().ratio > restingRatio; }, [this] { toggleCompressor(); }, panel));
-
-    const std::function<DynamicsValue()> read = [this] { return compressor(); };
-    const auto edit = [this](const AppModel::CompressorChange& change) { model.editCompressor(change); };
-    using Value = DynamicsValue;
-    auto* const threshold = new Kit::Knob(
-        QStringLiteral("Threshold"), {-20, 22}, 22, 0.5, Formats::signedDecibels,
-        {.size = largeKnob, .minLabel = QStringLiteral("-20"), .maxLabel = QStringLiteral("+22")}, panel);
-    auto* const ratio = new Kit::Knob(
-        QStringLiteral("Ratio"), {1, 20}, 1, 0.1, Formats::ratio,
-        {.size = largeKnob, .minLabel = QStringLiteral("1"), .maxLabel = QStringLiteral("20")}, panel);
-    auto* const attack = timeKnobFor<Value>(QStringLiteral("Attack"), &Value::attack, read, edit, panel);
-    auto* const release = timeKnobFor<Value>(QStringLiteral("Release"), &Value::release, read, edit, panel);
-    auto* const knee = new Kit::Knob(QStringLiteral("Knee"), {0, 30}, 0, 1, Formats::wholeDecibels,
-                                     {.size = smallKnob}, panel);
+    panel->setTrailing(
+        switchButton({QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")}, isOn, toggle, panel));
+    const auto time = [&](const QString& title, std::uint32_t DynamicsValue::*field) {
+        return timeKnobFor(title, smallKnob, compressor, field, panel);
+    };
     panel->content().addStretch(1);
-    panel->content().addLayout(rowOf({knobFor<Value>(threshold, &Value::threshold, read, edit),
-                                      knobFor<Value>(ratio, &Value::ratio, read, edit)}));
+    panel->content().addLayout(rowOf({thresholdKnob(compressor, panel), ratioKnob(compressor, panel)}));
     panel->content().addStretch(1);
-    panel->content().addLayout(rowOf({attack, release, knobFor<Value>(knee, &Value::knee, read, edit)}));
+    panel->content().addLayout(
+        rowOf({time(QStringLiteral("Attack"), &DynamicsValue::attack),
+               time(QStringLiteral("Release"), &DynamicsValue::release), kneeKnob(compressor, panel)}));
     panel->content().addStretch(1);
     return panel;
 }
 
 QWidget* DynamicsView::limiterPanel() {
+    const OutputsSetting<LimiterValue> limiter(model, ModuleKind::limiter, &AppModel::editLimiter);
     auto* const panel = new Kit::Panel(QStringLiteral("LIMITER"), this);
     panel->setTrailing(switchButton(
         {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [this] { return !limiterBypassed(); },
         [this] { toggleLimiter(); }, panel));
 
-    const std::function<LimiterValue()> read = [this] { return limiter(); };
-    const auto edit = [this](const AppModel::LimiterChange& change) { model.editLimiter(change); };
-    using Value = LimiterValue;
-    auto* const threshold = new Kit::Knob(
-        QStringLiteral("Threshold"), {-20, 24}, 24, 0.5, Formats::signedDecibels,
-        {.size = largeKnob, .minLabel = QStringLiteral("-20"), .maxLabel = QStringLiteral("+24")}, panel);
-    auto* const release = timeKnobFor<Value>(QStringLiteral("Release"), &Value::release, read, edit, panel);
-    auto* const knee = new Kit::Knob(QStringLiteral("Knee"), {0, 30}, 0, 1, Formats::wholeDecibels,
-                                     {.size = smallKnob}, panel);
     auto* const knobs = new QVBoxLayout;
     knobs->addStretch(1);
-    knobs->addLayout(rowOf({knobFor<Value>(threshold, &Value::threshold, read, edit)}));
+    knobs->addLayout(rowOf({thresholdKnob(limiter, panel)}));
     knobs->addStretch(1);
-    knobs->addLayout(rowOf({release, knobFor<Value>(knee, &Value::knee, read, edit)}));
+    knobs->addLayout(rowOf({timeKnobFor(QStringLiteral("Release"), smallKnob, limiter, &LimiterValue::release, panel),
+                            kneeKnob(limiter, panel)}));
     knobs->addStretch(1);
     auto* const columns = new QHBoxLayout;
     columns->addLayout(knobs, 1);
@@ -161,6 +144,16 @@ QWidget* DynamicsView::limiterPanel() {
     columns->addSpacing(24);
     panel->content().addLayout(columns, 1);
     return panel;
+}
+
+bool DynamicsView::limiterBypassed() const {
+    return ModuleSetting<bool>(model, ModuleKind::limiterBypass, model.outputs().front()).value();
+}
+
+void DynamicsView::toggleLimiter() {
+    const bool bypass = !limiterBypassed();
+    for (const std::string_view output : model.outputs())
+        model.set(K7Q::index(ModuleKind::limiterBypass, output, 0), ModuleValue{bypass});
 }
 
 QWidget* DynamicsView::levelBlock() {

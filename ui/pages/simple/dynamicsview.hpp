@@ -6,7 +6,8 @@
 
 namespace Corvane {
 
-/// Compressor and limiter of the chosen outputs. It shows the first of them and edits them all.
+/// Compressor and limiter of the chosen outputs. The controls show the first of these outputs; an
+/// edit goes to all of them.
 class DynamicsView final : public Kit::Surface {
 public:
     DynamicsView(AppModel& model, QWidget* parent);
@@ -15,10 +16,7 @@ private:
     QWidget* compressorPanel();
     QWidget* limiterPanel();
     QWidget* levelBlock();
-    Wendril::DynamicsValue compressor() const;
-    Wendril::LimiterValue limiter() const;
     bool limiterBypassed() const;
-    void toggleCompressor();
     void toggleLimiter();
 
     AppModel& model;

@@ -1,7 +1,8 @@
 #include "ui/pages/simple/outputpicker.hpp"
 
-#include "ui/kit/pillbutton.hpp"
 #include "ui/pages/shared/bind.hpp"
+
+#include "ui/kit/pillbutton.hpp"
 
 #include <QHBoxLayout>
 

@@ -6,7 +6,7 @@
 
 namespace Corvane {
 
-/// Chooses the output that the output edits of a page go to, or all of them.
+/// Chooses the output to which edits of the page go, or all outputs.
 class OutputPicker final : public QWidget {
 public:
     OutputPicker(AppModel& model, QWidget* parent);

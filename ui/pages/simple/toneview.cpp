@@ -1,17 +1,20 @@
 #include "ui/pages/simple/toneview.hpp"
 
+#include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/controls.hpp"
+#include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/analogvu.hpp"
-#include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
-#include "ui/kit/knob.hpp"
 #include "ui/kit/outputmeters.hpp"
 #include "ui/kit/pillbutton.hpp"
-#include "ui/pages/shared/bind.hpp"
 
+#include <span>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace Corvane {
 
@@ -25,11 +28,11 @@ constexpr int controlRow = 212;
 constexpr int buttonRow = 44;
 constexpr int gap = 18;
 
-// What the captions under a fader take of its column.
-constexpr int faderCaptions = 58;
-constexpr int trackHeight = meterRow + controlRow + gap - faderCaptions;
+constexpr int faderTexts = 58;  // height of caption and read-out under a fader
+constexpr int trackHeight = meterRow + controlRow + gap - faderTexts;
 
 constexpr float vuReference = -18;  // dB
+constexpr double toneStep = 0.5;    // dB
 
 struct ToneKnob {
     ToneBand band;
@@ -52,6 +55,13 @@ Kit::PillButton* muteButton(const QString& whatFor, std::function<bool()> muted,
         button->setOn(on);
     });
     return button;
+}
+
+std::vector<float> levelsOf(const AppModel& model, std::span<const std::string_view> channels) {
+    std::vector<float> levels;
+    for (const std::string_view channel : channels)
+        levels.push_back(model.meter(channel));
+    return levels;
 }
 
 QLayout* column(QWidget* control, QWidget* button) {
@@ -98,15 +108,13 @@ QLayout* ToneView::meters() {
 }
 
 QLayout* ToneView::knobs() {
+    Limits limits = limitsOf(ModuleKind::peq, "gain", K7Q::inputs.front());
+    limits.step = toneStep;
+    Kit::KnobLook look = labelledKnob(160, limits);
+    look.bipolar = true;
     auto* const row = new QHBoxLayout;
     for (const auto& [band, title] : toneKnobs) {
-        auto* const knob =
-            new Kit::Knob(QString::fromUtf16(title), {-12, 12}, 0, 0.5, Formats::signedDecibels,
-                          {.size = 160,
-                           .bipolar = true,
-                           .minLabel = QStringLiteral("-12"),
-                           .maxLabel = QStringLiteral("+12")},
-                          this);
+        auto* const knob = knobFor(limits, QString::fromUtf16(title), Formats::signedDecibels, look, this);
         Corvane::bind(
             *knob, [this, band = band] { return model.tone(band); },
             [this, band = band](double db) { model.setTone(band, db); });
@@ -151,19 +159,17 @@ QWidget* ToneView::volumePanel() {
 }
 
 QLayout* ToneView::inputColumn() {
-    const auto gain = [this] {
-        return model.valueAs<GainValue>(ModuleKind::gain, K7Q::inputs.front()).value_or(GainValue{});
-    };
+    const ModuleSetting<GainValue> gain(model, ModuleKind::gain, K7Q::inputs.front());
     auto* const fader =
-        new Kit::Fader(QStringLiteral("Entrada"), {-60, 6}, 0, Formats::decibels,
-                       {.height = trackHeight, .levels = int(K7Q::inputs.size()), .labelsBelow = true}, this);
+        faderFor(gain.limits("db"), QStringLiteral("Entrada"), Formats::decibels,
+                 {.height = trackHeight, .levels = int(K7Q::inputs.size()), .labelsBelow = true}, this);
     Corvane::bind(
-        *fader, [gain] { return gain().db; }, [this](double db) { model.setVolume(db); });
+        *fader, [gain] { return gain.value().db; }, [this](double db) { model.setVolume(db); });
     Corvane::bind(
-        static_cast<QObject&>(*fader), [this] { return levelsOf(model, K7Q::inputs); },
+        *this, [this] { return levelsOf(model, K7Q::inputs); },
         [fader](const std::vector<float>& levels) { fader->setLevels(levels); });
     return column(fader, muteButton(
-                             QStringLiteral("Mudo da entrada"), [gain] { return gain().mute; },
+                             QStringLiteral("Mudo da entrada"), [gain] { return gain.value().mute; },
                              [this] { model.toggleMute(); }, this));
 }
 

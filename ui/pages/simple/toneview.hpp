@@ -6,7 +6,7 @@
 
 namespace Corvane {
 
-/// The tone and the volume: what a musician sets.
+/// Tone and volume of the inputs, and the levels of all channels.
 class ToneView final : public Kit::Surface {
 public:
     ToneView(AppModel& model, QWidget* parent);

@@ -7,8 +7,8 @@
 
 namespace Corvane {
 
-/// What shapes the frequency response of a channel: all of its equaliser's bands, and the crossover
-/// of an output.
+/// What shapes the frequency response of a channel: the bands of its equaliser and, of an output,
+/// the crossover.
 struct ChannelFilters {
     std::vector<Wendril::PeqValue> bands;
     Wendril::FilterMath::Crossover crossover;
@@ -16,10 +16,10 @@ struct ChannelFilters {
     bool operator==(const ChannelFilters&) const = default;
 };
 
-/// As the focused speaker has them.
+/// The filters of a channel of the focused speaker.
 ChannelFilters filtersOf(AppModel& model, std::string_view channel);
 
-/// In dB, where the equaliser graph samples its curves.
+/// In dB at each of `EqPlot::freqs`.
 std::vector<double> responseOf(const ChannelFilters& filters);
 
 }  // namespace Corvane

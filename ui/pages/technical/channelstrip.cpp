@@ -1,11 +1,12 @@
 #include "ui/pages/technical/channelstrip.hpp"
 
+#include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/switchbutton.hpp"
 
-#include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QVBoxLayout>
 
@@ -13,26 +14,15 @@ namespace Corvane {
 
 using namespace Wendril;
 
-namespace {
-
-constexpr double lowestGain = -60;  // dB
-constexpr double highestInputGain = 6;
-constexpr double highestOutputGain = 15;
-
-}  // namespace
-
 ChannelStrip::ChannelStrip(AppModel& model, std::string_view channel, const QString& title, double height,
                            QWidget* parent)
     : QWidget(parent) {
     const ModuleSetting<GainValue> gain(model, ModuleKind::gain, channel);
     auto* const fader =
-        new Kit::Fader(title, {lowestGain, isInput(channel) ? highestInputGain : highestOutputGain}, 0,
-                       Formats::decibels, {.height = height, .levels = 1}, this);
+        faderFor(gain.limits("db"), title, Formats::decibels, {.height = height, .levels = 1}, this);
+    bindField(*fader, gain, &GainValue::db);
     Corvane::bind(
-        *fader, [gain] { return gain.value().db; },
-        [gain](double db) { gain.edit([db](GainValue& value) { value.db = static_cast<float>(db); }); });
-    Corvane::bind(
-        static_cast<QObject&>(*fader), [&model, channel] { return model.meter(channel); },
+        *this, [&model, channel] { return model.meter(channel); },
         [fader](float level) { fader->setLevels({level}); });
 
     auto* const rows = new QVBoxLayout(this);

@@ -11,15 +11,16 @@
 
 namespace Corvane {
 
-/// Level, mute and polarity of a channel.
+/// Gain, mute and polarity of a channel, with its meter.
 class ChannelStrip final : public QWidget {
 public:
-    /// `height` of the fader's track.
+    /// `height` is that of the fader's track.
     ChannelStrip(AppModel& model, std::string_view channel, const QString& title, double height,
                  QWidget* parent);
 };
 
-/// The two buttons of a channel's gain; the second reads "0°" or "180°".
+/// "MUTE", lit while the channel is muted, and "0°" or, lit, "180°" for its polarity. A click
+/// inverts what the button shows.
 Kit::PillButton* muteButton(AppModel& model, std::string_view channel, QWidget* parent);
 Kit::PillButton* polarityButton(AppModel& model, std::string_view channel, QWidget* parent);
 

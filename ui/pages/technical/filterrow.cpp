@@ -1,5 +1,7 @@
 #include "ui/pages/technical/filterrow.hpp"
 
+#include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/text.hpp"
 
@@ -9,7 +11,6 @@
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/wellmenu.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QBoxLayout>
 
@@ -41,9 +42,10 @@ FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel,
     title->setFixedWidth(30);
     auto* const on = new Kit::LampSwitch(name, this);
     on->action = [filter] { filter.edit([](FilterValue& value) { value.bypass = !value.bypass; }); };
+    const Limits limits = filter.limits("fc");
     auto* const fc =
-        new Kit::ScrubField(name + QStringLiteral(", frequência"), {20, 22000}, Formats::formatHz,
-                            {.step = 1, .logarithmic = true, .width = 72}, this);
+        new Kit::ScrubField(name + QStringLiteral(", frequência"), rangeOf(limits), Formats::formatHz,
+                            {.step = limits.step, .logarithmic = true, .width = 72}, this);
     fc->onChange = [filter](double hz) {
         filter.edit([hz](FilterValue& value) { value.fc = static_cast<std::uint32_t>(std::lround(hz)); });
     };

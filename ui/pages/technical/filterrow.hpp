@@ -10,9 +10,10 @@
 
 namespace Corvane {
 
-/// A crossover filter of an output: `kind` is `hpf` or `lpf`. Its title takes the colour.
+/// A crossover filter of an output.
 class FilterRow final : public QWidget {
 public:
+    /// `kind` is `hpf` or `lpf`; `color` is that of the title, which has the colour of text without.
     FilterRow(AppModel& model, Wendril::ModuleKind kind, std::string_view channel,
               std::optional<QColor> color, QWidget* parent);
 };

@@ -6,7 +6,7 @@
 
 namespace Corvane {
 
-/// Each output's own, wherever outputs are told apart.
+/// The colour of each output on the crossover page.
 inline const std::array<QColor, 4> outputColors{
     Theme::accent,
     Theme::rgb(0.95, 0.30, 0.75),

@@ -1,11 +1,12 @@
 #include "ui/pages/technical/peqrow.hpp"
 
 #include "app/model/equaliser.hpp"
+#include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 
 #include "ui/kit/formats.hpp"
 #include "ui/kit/theme.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QBoxLayout>
 
@@ -23,10 +24,6 @@ constexpr int smallestGap = 12;
 constexpr int largestGap = 34;
 constexpr double bypassedOpacity = 0.55;
 
-constexpr Kit::Range frequencies{20, 22000};  // Hz
-constexpr Kit::Range qualities{0.3, 50};
-constexpr Kit::Range gains{-12, 12};  // dB
-
 enum Column { numberColumn, onColumn, typeColumn, fcColumn, qColumn, gainColumn };
 
 struct ColumnLook {
@@ -40,7 +37,8 @@ constexpr ColumnLook columns[] = {
 
 std::uint8_t raw(PeqType type) { return static_cast<std::uint8_t>(type); }
 
-// As wide as the room allows, up to where a row would fall apart.
+// The gaps between the cells grow with the width of the row, up to `largestGap`: with wider ones the
+// eye loses the row.
 void layOut(QWidget* row, const std::vector<QWidget*>& cells) {
     auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -83,11 +81,12 @@ PeqHeader::PeqHeader(QWidget* parent)
 PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* parent)
     : QWidget(parent) {
     const QString name = QStringLiteral("Banda %1").arg(band + 1);
-    const auto field = [&](Column column, const QString& what, Kit::Range range, double step,
-                           bool logarithmic, const Kit::ValueControl::Format& format) {
-        return new Kit::ScrubField(name + QStringLiteral(", ") + what, range, format,
-                                   {.step = step, .logarithmic = logarithmic, .width = columns[column].width},
-                                   this);
+    const ModuleSetting<PeqValue> setting(model, ModuleKind::peq, channel, band);
+    const auto field = [&](Column column, const QString& what, const Limits& limits, bool logarithmic,
+                           const Kit::ValueControl::Format& format) {
+        return new Kit::ScrubField(
+            name + QStringLiteral(", ") + what, rangeOf(limits), format,
+            {.step = limits.step, .logarithmic = logarithmic, .width = columns[column].width}, this);
     };
     number = new Kit::Caption(QString::asprintf("%02d", band + 1), Theme::font(11), Theme::secondary, this);
     number->setFixedWidth(columns[numberColumn].width);
@@ -100,9 +99,9 @@ PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* par
     type->setOptions({{raw(PeqType::peak), QStringLiteral("PEQ")},
                       {raw(PeqType::lowShelf), QStringLiteral("Low shelf")},
                       {raw(PeqType::highShelf), QStringLiteral("High shelf")}});
-    fc = field(fcColumn, QStringLiteral("frequência"), frequencies, 1, true, Formats::formatHz);
-    q = field(qColumn, QStringLiteral("Q"), qualities, 0.01, false, Formats::quality);
-    gain = field(gainColumn, QStringLiteral("ganho"), gains, 0.1, false, Formats::signedDecibels);
+    fc = field(fcColumn, QStringLiteral("frequência"), setting.limits("fc"), true, Formats::formatHz);
+    q = field(qColumn, QStringLiteral("Q"), setting.limits("q"), false, Formats::quality);
+    gain = field(gainColumn, QStringLiteral("ganho"), setting.limits("gain"), false, Formats::signedDecibels);
     layOut(this, {number, on, type, fc, q, gain});
 
     const auto edit = [&model, channel, band](auto change) { editBand(model, channel, band, change); };
@@ -119,7 +118,6 @@ PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* par
     gain->onChange = [edit](double db) {
         edit([db](PeqValue& value) { value.gain = static_cast<float>(db); });
     };
-    const ModuleSetting<PeqValue> setting(model, ModuleKind::peq, channel, band);
     Corvane::bind(
         *this, [setting] { return setting.value(); }, [this](const PeqValue& value) { show(value); });
 }

@@ -12,19 +12,20 @@
 
 namespace Corvane {
 
-/// Changes a band of a channel's equaliser, within what the board takes.
+/// Changes a band of a channel's equaliser and keeps its gain and Q within their limits.
 void editBand(AppModel& model, std::string_view channel, int band,
               const std::function<void(Wendril::PeqValue&)>& change);
 
-/// The titles over the columns of the rows below.
+/// The column titles over the rows.
 class PeqHeader final : public QWidget {
 public:
     explicit PeqHeader(QWidget* parent);
 };
 
-/// One band of a channel's equaliser, from 0.
+/// One band of a channel's equaliser.
 class PeqRow final : public QWidget {
 public:
+    /// Bands count from 0.
     PeqRow(AppModel& model, std::string_view channel, int band, QWidget* parent);
 
 private:

@@ -1,8 +1,9 @@
 #include "ui/pages/technical/presetpanel.hpp"
 
+#include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/text.hpp"
 
-#include "ui/pages/shared/bind.hpp"
+#include "Wendril/limits.hpp"
 
 #include <map>
 #include <string>
@@ -14,15 +15,13 @@ using namespace Wendril;
 
 namespace {
 
-constexpr int firstSlot = 1;
-constexpr int lastSlot = 31;
 constexpr int fieldWidth = 250;
 
 using Names = std::map<int, std::string>;
 
 Kit::WellMenu<int>::Options optionsOf(const Names& names) {
     Kit::WellMenu<int>::Options options;
-    for (int slot = firstSlot; slot <= lastSlot; ++slot) {
+    for (int slot = firstPresetSlot; slot <= lastPresetSlot; ++slot) {
         const auto stored = names.find(slot);
         const QString title = stored == names.end() ? QStringLiteral("vazio") : toQString(stored->second);
         options.emplace_back(slot, QString::number(slot) + QStringLiteral(" · ") + title);
@@ -39,10 +38,10 @@ PresetPanel::PresetPanel(AppModel& model, QWidget* parent)
     , name(new Kit::TextField(QStringLiteral("Nome do preset"), {fieldWidth, 26}, 12, this)) {
     menu->setAccessibleName(QStringLiteral("Preset"));
     menu->onSelect = [this](int chosen) {
-        ++turn;
+        ++generation;
         choose(chosen);
     };
-    connect(name, &QLineEdit::textEdited, this, [this] { ++turn; });
+    connect(name, &QLineEdit::textEdited, this, [this] { ++generation; });
     content().setSpacing(12);
     content().addWidget(menu, 0, Qt::AlignHCenter);
     content().addWidget(name, 0, Qt::AlignHCenter);
@@ -96,19 +95,19 @@ void PresetPanel::showEvent(QShowEvent* event) {
     refresh();
 }
 
-void PresetPanel::refresh() { model.start(refresh(this, ++turn, model.refreshPresets())); }
+void PresetPanel::refresh() { model.start(refresh(this, ++generation, model.refreshPresets())); }
 
-Task<void> PresetPanel::refresh(QPointer<PresetPanel> panel, std::uint64_t turn, Task<void> listing) {
+Task<void> PresetPanel::refresh(QPointer<PresetPanel> panel, std::uint64_t generation, Task<void> listing) {
     co_await std::move(listing);
-    if (panel && panel->turn == turn && panel->currentSlot()) panel->followSpeaker();
+    if (panel && panel->generation == generation && panel->currentSlot()) panel->followSpeaker();
 }
 
 std::optional<int> PresetPanel::currentSlot() const {
     const int current = model.currentPreset.value().value_or(0);
-    return current >= firstSlot && current <= lastSlot ? std::optional(current) : std::nullopt;
+    return current >= firstPresetSlot && current <= lastPresetSlot ? std::optional(current) : std::nullopt;
 }
 
-void PresetPanel::followSpeaker() { choose(currentSlot().value_or(firstSlot)); }
+void PresetPanel::followSpeaker() { choose(currentSlot().value_or(firstPresetSlot)); }
 
 void PresetPanel::choose(int chosen) {
     slot = chosen;

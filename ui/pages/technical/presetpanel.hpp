@@ -7,6 +7,8 @@
 #include "ui/kit/textfield.hpp"
 #include "ui/kit/wellmenu.hpp"
 
+#include "Wendril/limits.hpp"
+
 #include <QPointer>
 
 #include <cstdint>
@@ -14,9 +16,9 @@
 
 namespace Corvane {
 
-/// The presets stored in the speakers. It lists them when it is shown and whenever another speaker
-/// is looked at, and then goes to the current one if there is one, unless the user has begun to choose or to
-/// type.
+/// The presets stored in the speakers. The panel asks for the list when it is shown and whenever the
+/// focused speaker changes. When the list arrives and the speaker reports a current preset, the
+/// panel selects that one, unless the user has chosen a slot or typed a name meanwhile.
 class PresetPanel final : public Kit::Panel {
 public:
     PresetPanel(AppModel& model, QWidget* parent);
@@ -31,12 +33,13 @@ private:
     void choose(int slot);
     QString storedName(int slot) const;
     QLayout* buttons();
-    static Wendril::Task<void> refresh(QPointer<PresetPanel> panel, std::uint64_t turn,
+    static Wendril::Task<void> refresh(QPointer<PresetPanel> panel, std::uint64_t generation,
                                        Wendril::Task<void> listing);
 
     AppModel& model;
-    Property<int> slot{1};
-    std::uint64_t turn = 0;  // of refreshes and of what the user does; only the latest counts
+    Property<int> slot{Wendril::firstPresetSlot};
+    // Counts listings, choices and typing: a list selects a slot only if nothing has followed it.
+    std::uint64_t generation = 0;
     Kit::WellMenu<int>* menu;
     Kit::TextField* name;
 };

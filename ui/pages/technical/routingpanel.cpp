@@ -1,11 +1,11 @@
 #include "ui/pages/technical/routingpanel.hpp"
 
+#include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 
 #include "ui/kit/caption.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/theme.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <QGridLayout>
 

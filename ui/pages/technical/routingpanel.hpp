@@ -6,7 +6,7 @@
 
 namespace Corvane {
 
-/// Which inputs each output plays.
+/// A grid of buttons that says which inputs each output plays.
 class RoutingPanel final : public Kit::Panel {
 public:
     RoutingPanel(AppModel& model, QWidget* parent);

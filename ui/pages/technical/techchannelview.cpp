@@ -1,5 +1,8 @@
 #include "ui/pages/technical/techchannelview.hpp"
 
+#include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/delaybutton.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/pagelayout.hpp"
@@ -10,11 +13,9 @@
 #include "ui/pages/technical/peqrow.hpp"
 
 #include "ui/kit/formats.hpp"
-#include "ui/kit/knob.hpp"
 #include "ui/kit/pillbutton.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/timeknob.hpp"
-#include "ui/pages/shared/bind.hpp"
 
 #include <cmath>
 #include <utility>
@@ -28,14 +29,14 @@ namespace {
 constexpr int gainWidth = 150;
 constexpr int dynamicsWidth = 252;
 constexpr int columnGap = 20;
-constexpr int padding = Kit::EQGraph::bleed.top();  // of the panels; the graph fills that of its own
-constexpr int graphGap = 14;                        // to what stands under it
+constexpr int padding = Kit::EQGraph::bleed.top();  // of the panels; handles need it round the graph
+constexpr int graphGap = 14;                        // between the graph and the table
 constexpr int graphHeight = 230;
 constexpr double stripHeight = 300;
-constexpr int roomyRow = 38;  // where there are few
+constexpr int inputRowHeight = 38;  // an input has few bands and room for tall rows
 constexpr double largeKnob = 82;
 constexpr double smallKnob = 62;
-constexpr double octavesPerNotch = 1.0 / 8;  // of a filter's quality
+constexpr double octavesPerNotch = 1.0 / 8;  // by which the wheel changes the Q of a band
 
 Kit::Panel* densePanel(const QString& title, QWidget* parent) {
     auto* const panel = new Kit::Panel(title, parent);
@@ -146,7 +147,7 @@ QLayout* TechChannelView::table(QWidget* parent) {
     rows->addSpacing(2);
     for (int band = 0; band < AppModel::bandsOf(channel); ++band) {
         auto* const row = new PeqRow(model, channel, band, parent);
-        if (isInput(channel)) row->setFixedHeight(roomyRow);
+        if (isInput(channel)) row->setFixedHeight(inputRowHeight);
         rows->addWidget(row, 1);
     }
     auto* const left = new QHBoxLayout;
@@ -184,9 +185,7 @@ QLayout* TechChannelView::filterRows(QWidget* parent) {
 QWidget* TechChannelView::compressorPanel() {
     auto* const panel = densePanel(QStringLiteral("COMPRESSOR"), this);
     panel->setFixedWidth(dynamicsWidth);
-    addKnobs(*panel, ModuleKind::compressor,
-             new Kit::Knob(QStringLiteral("Threshold"), {-20, 22}, 22, 0.5, Formats::signedDecibels,
-                           {.size = largeKnob}, panel));
+    addKnobs(*panel, ModuleKind::compressor, Formats::signedDecibels);
     return panel;
 }
 
@@ -197,55 +196,37 @@ QWidget* TechChannelView::gatePanel() {
     panel->setTrailing(switchButton(
         {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [bypass] { return !bypass.value(); },
         [bypass] { bypass.edit([](bool& value) { value = !value; }); }, panel));
-    addKnobs(*panel, ModuleKind::gate,
-             new Kit::Knob(QStringLiteral("Threshold"), {-120, -60}, -120, 1, Formats::wholeDecibels,
-                           {.size = largeKnob}, panel));
+    addKnobs(*panel, ModuleKind::gate, Formats::wholeDecibels);
     return panel;
 }
 
-void TechChannelView::addKnobs(Kit::Panel& panel, ModuleKind kind, Kit::Knob* threshold) {
+void TechChannelView::addKnobs(Kit::Panel& panel, ModuleKind kind, const Kit::ValueControl::Format& format) {
     const ModuleSetting<DynamicsValue> setting(model, kind, channel);
-    Corvane::bind(
-        *threshold, [setting] { return setting.value().threshold; },
-        [setting](double db) {
-            setting.edit([db](DynamicsValue& value) { value.threshold = static_cast<float>(db); });
-        });
+    auto* const threshold = knobFor(setting.limits("threshold"), QStringLiteral("Threshold"), format,
+                                    {.size = largeKnob}, &panel);
+    bindField(*threshold, setting, &DynamicsValue::threshold);
+    auto* const times = new QHBoxLayout;
+    for (const auto& [name, field] : {std::pair(QStringLiteral("Attack"), &DynamicsValue::attack),
+                                      std::pair(QStringLiteral("Release"), &DynamicsValue::release)}) {
+        times->addWidget(timeKnobFor(name, smallKnob, setting, field, &panel), 1, Qt::AlignHCenter);
+    }
     panel.content().addStretch(1);
     panel.content().addWidget(threshold, 0, Qt::AlignHCenter);
-    panel.content().addLayout(timeKnobs(kind, &panel));
+    panel.content().addLayout(times);
     panel.content().addStretch(1);
-}
-
-QLayout* TechChannelView::timeKnobs(ModuleKind kind, QWidget* parent) {
-    const ModuleSetting<DynamicsValue> setting(model, kind, channel);
-    const auto knob = [&](const QString& name, std::uint32_t DynamicsValue::*field) {
-        const auto set = [setting, field](std::uint32_t ms) {
-            setting.edit([field, ms](DynamicsValue& value) { value.*field = ms; });
-        };
-        auto* const knob = Kit::timeKnob(name, setting.value().*field, smallKnob, set, parent);
-        Corvane::bind(
-            static_cast<QObject&>(*knob), [setting, field] { return setting.value().*field; },
-            [knob](std::uint32_t ms) { knob->setTime(ms); });
-        return knob;
-    };
-    auto* const row = new QHBoxLayout;
-    row->addWidget(knob(QStringLiteral("Attack"), &DynamicsValue::attack), 1, Qt::AlignHCenter);
-    row->addWidget(knob(QStringLiteral("Release"), &DynamicsValue::release), 1, Qt::AlignHCenter);
-    return row;
 }
 
 QWidget* TechChannelView::delayPanel() {
     auto* const panel = densePanel(QStringLiteral("DELAY"), this);
     panel->setFixedWidth(dynamicsWidth);
-    panel->setTrailing(delayButton(model, channel, panel));
-    auto* const knob = new Kit::Knob(Formats::distance(0), {0, longestDelay}, 0, 0.01, Formats::delay,
-                                     {.size = largeKnob}, panel);
+    const ModuleSetting<DelayValue> delay(model, ModuleKind::delay, channel);
+    panel->setTrailing(delayButton(delay, panel));
+    auto* const knob =
+        knobFor(delay.limits("ms"), Formats::distance(0), Formats::delay, {.size = largeKnob}, panel);
     knob->setAccessibleName(QStringLiteral("Delay"));
+    bindField(*knob, delay, &DelayValue::ms);
     Corvane::bind(
-        *knob, [this] { return delayOf(model, channel).ms; },
-        [this](double ms) { setDelay(model, channel, ms); });
-    Corvane::bind(
-        static_cast<QObject&>(*knob), [this] { return delayOf(model, channel).ms; },
+        *this, [delay] { return delay.value().ms; },
         [knob](float ms) { knob->setTitle(Formats::distance(ms)); });
     panel->content().addWidget(knob, 0, Qt::AlignHCenter);
     return panel;

@@ -3,8 +3,8 @@
 #include "app/model/appmodel.hpp"
 
 #include "ui/kit/eqgraph.hpp"
-#include "ui/kit/knob.hpp"
 #include "ui/kit/panel.hpp"
+#include "ui/kit/valuecontrol.hpp"
 
 #include <QString>
 
@@ -12,7 +12,7 @@
 
 namespace Corvane {
 
-/// Everything of one channel: gain, equaliser, dynamics and delay, and the crossover of an output.
+/// The settings of one channel: gain, equaliser, dynamics and delay, and the crossover of an output.
 class TechChannelView final : public Kit::Surface {
 public:
     TechChannelView(AppModel& model, std::string_view channel, QString title, QWidget* parent);
@@ -27,8 +27,7 @@ private:
     QWidget* compressorPanel();
     QWidget* gatePanel();
     QWidget* delayPanel();
-    void addKnobs(Kit::Panel& panel, Wendril::ModuleKind kind, Kit::Knob* threshold);
-    QLayout* timeKnobs(Wendril::ModuleKind kind, QWidget* parent);
+    void addKnobs(Kit::Panel& panel, Wendril::ModuleKind kind, const Kit::ValueControl::Format& format);
 
     AppModel& model;
     const std::string_view channel;

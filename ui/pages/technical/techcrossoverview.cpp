@@ -21,7 +21,7 @@ using namespace Wendril;
 namespace {
 
 constexpr int graphHeight = 240;
-constexpr int padding = Kit::EQGraph::bleed.top();  // the graph fills that of its panel
+constexpr int padding = Kit::EQGraph::bleed.top();  // of the panels; handles need it round a graph
 constexpr int gap = 18;
 constexpr int outputs = static_cast<int>(K7Q::outputs.size());
 
@@ -90,7 +90,7 @@ QWidget* TechCrossoverView::block(int output) {
     panel->layout()->setContentsMargins(padding, 12, padding, 14);
     panel->content().setSpacing(8);
     auto* const header = new QHBoxLayout;
-    header->setContentsMargins(-static_cast<int>(Kit::lampGlow), 0, 0, 0);  // the light itself stands in line
+    header->setContentsMargins(-static_cast<int>(Kit::lampGlow), 0, 0, 0);  // aligns the dot, not its glow
     header->setSpacing(6);
     header->addWidget(new Dot(colorOf(output), panel));
     header->addWidget(

@@ -6,7 +6,7 @@
 
 namespace Corvane {
 
-/// Levels of all channels, presets and routing.
+/// The strips of all channels, the presets and the routing.
 class TechMainView final : public Kit::Surface {
 public:
     TechMainView(AppModel& model, QWidget* parent);

@@ -12,7 +12,7 @@ class QStackedLayout;
 
 namespace Corvane {
 
-/// The pages of the technical mode, one shown. A page is built when it is first shown, and kept.
+/// Shows one page of the technical mode. A page is built when it is first shown and then kept.
 class TechPageView final : public QWidget {
 public:
     TechPageView(AppModel& model, QWidget* parent);

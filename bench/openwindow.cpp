@@ -1,17 +1,16 @@
-#include "bench/uidesk.hpp"
+#include "bench/openwindow.hpp"
 
 #include "simulator/line.hpp"
 #include "simulator/memorytransport.hpp"
 
 #include <QApplication>
 #include <QEventLoop>
-#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QRegion>
 
 #include <utility>
 
-namespace Desk {
+namespace Bench {
 
 using namespace Corvane;
 using namespace Wendril;
@@ -31,7 +30,7 @@ Surroundings surroundings(std::shared_ptr<Executor> executor,
     };
 }
 
-// A serial port with an ear on what is sent.
+// A serial port that reports every settings frame.
 class TappedPort final : public Transport {
 public:
     TappedPort(const std::string& path, LiveChain::OnSetting onSetting)
@@ -52,7 +51,7 @@ private:
     const LiveChain::OnSetting onSetting;
 };
 
-// Every widget that draws on a place reports it.
+// The area that any widget has painted.
 class PaintedPlaces final : public QObject {
 public:
     PaintedPlaces() { qApp->installEventFilter(this); }
@@ -130,13 +129,6 @@ void wait(std::chrono::milliseconds time) {
     pause.exec();
 }
 
-void mouse(QWidget& control, QEvent::Type type, QPointF at) {
-    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, at, control.mapToGlobal(at), button, held, {});
-    QApplication::sendEvent(&control, &event);
-}
-
 double pixelsPaintedBy(const std::function<void()>& action) {
     const PaintedPlaces painted;
     action();
@@ -156,4 +148,4 @@ void measureFrames(benchmark::State& state, const std::function<void(int)>& fram
     state.counters["pixels"] = pixels;
 }
 
-}  // namespace Desk
+}  // namespace Bench

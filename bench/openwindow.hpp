@@ -4,26 +4,21 @@
 #include "app/model/appmodel.hpp"
 #include "app/model/uiexecutor.hpp"
 #include "simulator/virtualtime.hpp"
-#include "ui/kit/valuecontrol.hpp"
+#include "tests/ui/pages/onscreen.hpp"
 #include "ui/pages/shell/mainwindow.hpp"
 
 #include <benchmark/benchmark.h>
 
-#include <QEvent>
-#include <QObject>
-#include <QWidget>
-
-#include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 /// What the measurements of the window have in common.
-namespace Desk {
+namespace Bench {
 
-/// A page as the user calls it up.
+/// A page of either mode.
 struct ShownPage {
     std::string name;
     bool technical;
@@ -39,8 +34,8 @@ std::vector<ShownPage> pages();
 ShownPage simple(Corvane::Page page);
 ShownPage technical(const Corvane::TechPage& page);
 
-/// A model that is online with three speakers, on a clock that stands still: nothing happens but
-/// what is measured.
+/// A model that is online with three speakers, on a clock that stands still, so that nothing but
+/// the measured action happens.
 struct StillChain {
     StillChain();
 
@@ -50,7 +45,7 @@ struct StillChain {
 
 /// A model that is online with the chain of `corvane --demo`, on the event loop.
 struct LiveChain {
-    /// `onSetting` is told the moment of every setting's frame, on whatever thread sends it.
+    /// `onSetting` gets the time of every settings frame, on the thread that sends it.
     using OnSetting = std::function<void(Wendril::TimePoint at)>;
 
     explicit LiveChain(OnSetting onSetting);
@@ -65,31 +60,19 @@ class OpenWindow {
 public:
     OpenWindow(Corvane::AppModel& model, const ShownPage& page);
 
-    /// The control of that kind and accessible name; any name where it is empty.
-    template <class Widget>
-    Widget& find(const QString& name = {}) {
-        for (QWidget* const each : window.findChildren<QWidget*>())
-            if (auto* const widget = dynamic_cast<Widget*>(each);
-                widget && widget->isVisible() && (name.isEmpty() || widget->accessibleName() == name))
-                return *widget;
-        throw std::runtime_error("not on this page: " + name.toStdString());
-    }
-
     Corvane::MainWindow window;
 };
 
-/// Has what is due on the event loop done, painting included.
+/// Handles the events that are due, painting included.
 void settle();
 
-/// Runs the event loop for so long.
+/// Runs the event loop for that time.
 void wait(std::chrono::milliseconds time);
 
-void mouse(QWidget& control, QEvent::Type type, QPointF at);
-
-/// Device pixels that `action` has repainted.
+/// Device pixels that `action` repaints.
 double pixelsPaintedBy(const std::function<void()>& action);
 
-/// Times `frame`, which is given the number of the iteration, and says how many pixels it repaints.
+/// Times `frame`, which gets the number of the iteration, and counts the pixels that it repaints.
 void measureFrames(benchmark::State& state, const std::function<void(int)>& frame);
 
-}  // namespace Desk
+}  // namespace Bench

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <stdexcept>
+#include <vector>
+
+/// The widgets that a user sees in a window, by kind and accessible name.
+namespace OnScreen {
+
+/// The controls have no meta objects, so a cast tells their kinds apart.
+template <class Widget>
+std::vector<Widget*> all(const QWidget& window) {
+    std::vector<Widget*> list;
+    for (QWidget* const each : window.findChildren<QWidget*>())
+        if (auto* const widget = dynamic_cast<Widget*>(each); widget && widget->isVisible())
+            list.push_back(widget);
+    return list;
+}
+
+template <class Widget>
+Widget& find(const QWidget& window, const QString& name) {
+    for (Widget* const widget : all<Widget>(window))
+        if (widget->accessibleName() == name) return *widget;
+    throw std::runtime_error("not on the screen: " + name.toStdString());
+}
+
+}  // namespace OnScreen

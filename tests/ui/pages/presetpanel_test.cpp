@@ -1,0 +1,97 @@
+#include "tests/ui/pages/desk.hpp"
+
+#include "ui/kit/textfield.hpp"
+
+#include <gtest/gtest.h>
+
+using namespace Tests;
+
+namespace {
+
+/// A user at the presets of a chain.
+struct Presets : Desk {
+    explicit Presets(std::size_t boards = 1)
+        : Desk(boards) {
+        goTo("MAIN");
+    }
+
+    QString chosen() { return readOut("Preset"); }
+    Kit::TextField& name() { return find<Kit::TextField>("Nome do preset"); }
+    void chooseNext() { press("Preset", Qt::Key_Down); }
+    void save(const QString& as) {
+        name().selectAll();
+        QTest::keyClicks(&name(), as);
+        click("SALVAR");
+    }
+};
+
+}  // namespace
+
+TEST(PresetPanelTest, OffersSlots1To31AndOfAnEmptyOneOnlySaving) {
+    Presets presets;
+    for (const auto& [chosen, stored] : {std::pair{"1 · vazio", false}, {"1 · Preset 1", true}}) {
+        EXPECT_EQ(presets.chosen(), chosen);
+        EXPECT_EQ(presets.find("CARREGAR").isEnabled(), stored);
+        EXPECT_EQ(presets.find("APAGAR").isEnabled(), stored);
+        EXPECT_EQ(presets.name().text(), "");
+        if (!stored) presets.save("");
+    }
+    for (int i = 0; i < 40; ++i)
+        presets.chooseNext();
+    EXPECT_EQ(presets.chosen(), "31 · vazio");
+}
+
+TEST(PresetPanelTest, StoresRecallsAndDeletesOnAllSpeakers) {
+    Presets presets(2);
+    presets.chooseNext();
+    presets.save("Igreja");
+    EXPECT_EQ(presets.chosen(), "2 · Igreja");
+    presets.press("Out 1", Qt::Key_Down);
+    presets.click("CARREGAR");
+    EXPECT_TRUE(presets.lit("CARREGAR"));
+    EXPECT_EQ(presets.readOut("Out 1"), "0.0 dB");
+    EXPECT_EQ(presets.held<GainValue>(1, ModuleKind::gain, "Out0").db, 0);
+    presets.click("APAGAR");
+    EXPECT_EQ(presets.chosen(), "2 · vazio");
+    EXPECT_FALSE(presets.line->board(1).preset(2).has_value());
+}
+
+TEST(PresetPanelTest, FollowsTheCurrentPresetOfTheFocusedSpeaker) {
+    Presets presets(2);
+    presets.model->target = 2;
+    presets.chooseNext();
+    presets.save("Rua");
+    presets.click("CARREGAR");
+    presets.model->target = 1;
+    presets.settle();
+    EXPECT_EQ(presets.chosen(), "2 · vazio") << "the first speaker reports no current preset";
+    presets.chooseNext();
+    presets.model->target = 2;
+    presets.settle();
+    EXPECT_EQ(presets.chosen(), "2 · Rua");
+    EXPECT_EQ(presets.name().text(), "Rua");
+    presets.chooseNext();
+    EXPECT_EQ(presets.name().text(), "");
+    EXPECT_FALSE(presets.lit("CARREGAR"));
+    presets.click("LIMITER");
+    presets.click("MAIN");
+    EXPECT_EQ(presets.chosen(), "2 · Rua") << "the panel is shown again";
+}
+
+TEST(PresetPanelTest, AListThatArrivesLateKeepsWhatTheUserHasBegun) {
+    Presets presets(2);
+    presets.save("Casa");
+    presets.click("CARREGAR");
+    presets.model->target = 2;
+    QTest::keyClicks(&presets.name(), " cheia");
+    presets.settle();
+    EXPECT_EQ(presets.name().text(), "Casa cheia");
+    presets.model->target = 1;
+    presets.chooseNext();
+    EXPECT_EQ(presets.chosen(), "2 · vazio");
+    auto second = std::make_unique<ContentView>(*presets.model, true, nullptr);
+    second->show();
+    second.reset();
+    presets.settle();
+    EXPECT_EQ(presets.chosen(), "2 · vazio") << "the list of a panel that has gone";
+}

@@ -1,0 +1,196 @@
+#include "tests/ui/pages/desk.hpp"
+
+#include "ui/kit/panel.hpp"
+#include "ui/kit/textfield.hpp"
+#include "ui/pages/shell/logotitle.hpp"
+#include "ui/pages/shell/mainwindow.hpp"
+
+#include <gtest/gtest.h>
+
+#include <QWindow>
+
+using namespace Tests;
+
+TEST(ShellTest, GuidesFromOfflineToOnlineAndBack) {
+    Desk desk;
+    EXPECT_TRUE(desk.shows("Conecte às caixas"));
+    EXPECT_FALSE(desk.find("Mudo da entrada").isEnabled());
+    QTest::mouseClick(desk.all<Kit::Button>().back(), Qt::LeftButton);  // CONECTAR on the card
+    ASSERT_TRUE(desk.until([&] { return desk.model->progress.value().value_or(0) > 0.4; }));
+    for (const char* const text : {"Conectando às caixas…", "Lendo a caixa 01…", "40%"})
+        EXPECT_TRUE(desk.shows(text)) << text;
+    EXPECT_TRUE(desk.lit("DESCONECTAR"));
+    EXPECT_FALSE(desk.shows("CONECTAR"));
+    EXPECT_FALSE(desk.find("Procurar e renumerar as caixas").isEnabled());
+    ASSERT_TRUE(desk.until([&] { return desk.model->status.value().isOnline(); }));
+    for (const char* const text : {"Conectando às caixas…", "Conecte às caixas", "100%"})
+        EXPECT_FALSE(desk.shows(text)) << text;
+    EXPECT_TRUE(desk.find("Mudo da entrada").isEnabled());
+
+    desk.find<Kit::ValueControl>("Graves").propose(5);
+    desk.cable.lock()->cut(std::make_exception_ptr(TransportError::open("/dev/ttyUSB0", EIO)));
+    desk.settle();
+    EXPECT_TRUE(desk.shows("Não foi possível abrir /dev/ttyUSB0: Input/output error"));
+    auto& knob = desk.find<Kit::ValueControl>("Graves");
+    QTest::keyClick(&knob, Qt::Key_Up);
+    EXPECT_EQ(knob.value(), 5) << "shown, but not to be changed";
+    EXPECT_NE(desk.view.childAt(knob.mapTo(&desk.view, knob.rect().center())), &knob);
+    desk.connectByHand();
+    desk.click("DESCONECTAR");
+    EXPECT_FALSE(desk.lit("CONECTAR"));
+    EXPECT_EQ(desk.line->summary().faults, std::vector<std::string>{});
+}
+
+TEST(ShellTest, OffersThePortsAndTheBridge) {
+    Desk desk;
+    EXPECT_EQ(desk.readOut("Porta"), "ttyUSB0");
+    EXPECT_FALSE(desk.shows("endereço"));
+    desk.model->ports = std::vector<std::string>();
+    desk.press("Porta", Qt::Key_Down);
+    EXPECT_EQ(desk.readOut("Porta"), "Controle Wi-Fi (ESP32)");
+    EXPECT_EQ(desk.model->portChoice.value(), "esp");
+    auto& host = desk.find<Kit::TextField>("endereço");
+    EXPECT_EQ(host.text(), "192.168.4.1");
+    QTest::keyClicks(&host, "0");
+    EXPECT_EQ(desk.model->espHost.value(), "192.168.4.10");
+    desk.click("Atualizar portas");
+    desk.press("Porta", Qt::Key_Up);
+    EXPECT_EQ(desk.model->portChoice.value(), "/dev/ttyUSB0");
+    EXPECT_FALSE(desk.shows("endereço"));
+}
+
+TEST(ShellTest, HeaderAndStripAct) {
+    Desk desk(2);
+    desk.connectByHand();
+    desk.click(desk.chip(1));
+    desk.click(desk.chip(1));
+    EXPECT_EQ(desk.model->target.value(), 2) << "a second click keeps the target";
+    EXPECT_TRUE(desk.lit(desk.chip(1)));
+    EXPECT_FALSE(desk.lit(desk.chip(0)));
+    desk.model->notice = "A caixa 01 parou de responder";
+    desk.click("A caixa 01 parou de responder");
+    EXPECT_EQ(desk.model->notice.value(), std::nullopt);
+    EXPECT_FALSE(desk.shows("A caixa 01 parou de responder"));
+    desk.goTo("X-OVER");
+    desk.click("MODO TÉCNICO");
+    EXPECT_FALSE(desk.model->technical.value());
+    EXPECT_TRUE(desk.lit("TOM"));
+    desk.model->technical = true;
+    EXPECT_TRUE(desk.lit("X-OVER"));
+    desk.click("Procurar e renumerar as caixas");
+    EXPECT_FALSE(desk.sentOf(Fun::netStart).empty());
+}
+
+TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindow) {
+    Desk desk(16);
+    desk.view.resize(ContentView::smallest);
+    const QMargins edges(32, 24, 32, 24);
+    for (const TechPage& page : TechPage::all) {
+        desk.goTo(page.title());
+        SCOPED_TRACE(qPrintable(page.title()));
+        EXPECT_EQ(desk.view.size(), ContentView::smallest);
+        for (QWidget* const panel : desk.all<Kit::Panel>()) {
+            EXPECT_EQ(panel->size(), panel->size().expandedTo(panel->minimumSizeHint()));
+            const QRect place(panel->mapTo(&desk.view, QPoint()), panel->size());
+            EXPECT_TRUE(desk.view.rect().marginsRemoved(edges).contains(place));
+        }
+    }
+    for (const char* const tab : {"OUT 4", "DELAY"}) {
+        auto& last = desk.find<Kit::Button>(tab);
+        const QRect place(last.mapTo(&desk.view, QPoint()), last.size());
+        EXPECT_LE(place.right(), desk.view.width() - edges.right());
+        EXPECT_EQ(desk.view.childAt(place.center()), &last);
+        desk.model->technical = false;
+    }
+    desk.model->technical = true;
+    desk.model->speakers = Speakers{};
+    for (const TechPage& page : TechPage::all) {
+        desk.view.techPage = page;
+        EXPECT_FALSE(desk.view.grab().isNull()) << "of pages that outlive the speakers";
+    }
+}
+
+TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {
+    Desk desk;
+    auto& logo = desk.find<LogoTitle>("CORVANE");
+    constexpr Qt::KeyboardModifiers secret = Qt::AltModifier | Qt::ControlModifier;
+    const QPoint inside = logo.rect().center();
+    for (const auto& [keys, end, toggles] : {std::tuple{Qt::KeyboardModifiers(), inside, false},
+                                             {Qt::AltModifier, inside, false},
+                                             {Qt::ControlModifier, inside, false},
+                                             {secret, QPoint(-5, 5), false},
+                                             {secret, inside, true},
+                                             {secret, inside, true}}) {
+        const bool before = desk.model->technical.value();
+        QTest::mousePress(&logo, Qt::LeftButton, keys, inside);
+        EXPECT_EQ(desk.model->technical.value(), before);
+        Hand::mouse(logo, QEvent::MouseButtonRelease, end, keys);
+        EXPECT_EQ(desk.model->technical.value(), before != toggles);
+    }
+    QTest::mouseDClick(&logo, Qt::LeftButton, secret);
+    EXPECT_FALSE(desk.model->technical.value()) << "two clicks";
+}
+
+TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {
+    const Rig rig;
+    MainWindow window(*rig.model, true);
+    Hand::showActive(window);
+    window.resize(300, 200);
+    EXPECT_EQ(window.content().size(), ContentView::smallest);
+    auto& logo = OnScreen::find<LogoTitle>(window, "CORVANE");
+    const auto click = [&window](const char* name) {
+        QTest::mouseClick(&OnScreen::find<Kit::Button>(window, name), Qt::LeftButton);
+    };
+    const QPoint header(600, 40);
+    for (const auto& [widget, at] : {std::pair<QWidget*, QPoint>{&window, header}, {&logo, {10, 10}}}) {
+        const QPoint before = window.pos();
+        const auto move = [widget = widget, at = at](QPoint by) {
+            QMouseEvent event(QEvent::MouseMove, at, widget->mapToGlobal(at + by), Qt::NoButton,
+                              Qt::LeftButton, {});
+            QApplication::sendEvent(widget, &event);
+        };
+        Hand::mouse(*widget, QEvent::MouseButtonPress, at);
+        move({30, 20});
+        EXPECT_EQ(window.pos(), before + QPoint(30, 20));
+        Hand::mouse(*widget, QEvent::MouseButtonRelease, at);
+        move({90, 90});
+        EXPECT_EQ(window.pos(), before + QPoint(30, 20));
+    }
+    for (const auto& [widget, at] : {std::pair<QWidget*, QPoint>{&window, {600, 400}}, {&logo, {10, 10}}}) {
+        QTest::mouseDClick(widget, Qt::LeftButton, {}, at);
+        EXPECT_FALSE(window.isMaximized());
+    }
+    QTest::mouseDClick(&window, Qt::LeftButton, {}, header);
+    EXPECT_TRUE(window.isMaximized());
+    click("Ampliar");
+    EXPECT_FALSE(window.isMaximized());
+    for (const auto& [at, shape] : {std::pair{QPointF(2, 300), Qt::SizeHorCursor},
+                                    {QPointF(1238, 2), Qt::SizeBDiagCursor},
+                                    {QPointF(600, 778), Qt::SizeVerCursor}}) {
+        QMouseEvent move(QEvent::MouseMove, at, window.mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});
+        QApplication::sendEvent(window.windowHandle(), &move);
+        ASSERT_TRUE(QApplication::overrideCursor());
+        EXPECT_EQ(QApplication::overrideCursor()->shape(), shape);
+    }
+    click("Minimizar");
+    EXPECT_TRUE(window.isMinimized());
+    window.showNormal();
+    click("Fechar");
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST(MainWindowTest, ClosesAtAnyMoment) {
+    for (int steps = 0; steps < 4000; steps += 97) {
+        Rig rig(chainOf(2));
+        auto window = std::make_unique<MainWindow>(*rig.model, true);
+        window->show();
+        rig.model->start(rig.model->connect());
+        rig.steps(steps);
+        rig.model->setTone(ToneBand::mid, 3);
+        window.reset();
+        rig.steps(steps % 7);
+        rig.model.reset();
+        rig.steps(200);
+        EXPECT_EQ(rig.line->summary().faults, std::vector<std::string>{}) << steps;
+    }
+}
