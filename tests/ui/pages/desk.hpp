@@ -5,7 +5,6 @@
 #include "tests/ui/pages/onscreen.hpp"
 
 #include "ui/kit/button.hpp"
-#include "Wendril/fields.hpp"
 #include "ui/kit/eqgraph.hpp"
 #include "ui/kit/valuecontrol.hpp"
 #include "ui/pages/shell/contentview.hpp"
@@ -19,9 +18,11 @@ namespace Tests {
 
 /// A user at the window, with simulated speakers in virtual time.
 struct Desk : Rig {
-    explicit Desk(std::size_t boards = 1)
+    /// Offline, or online at the page with that tab.
+    explicit Desk(const QString& tab = {}, std::size_t boards = 1)
         : Rig(chainOf(boards)) {
         Hand::showActive(view);
+        if (!tab.isEmpty()) goTo(tab);
     }
 
     template <class Widget = Kit::Button>
@@ -41,7 +42,6 @@ struct Desk : Rig {
         settle();
     }
     void click(const QString& name) { click(find(name)); }
-
     void press(const QString& control, Qt::Key key) {
         QTest::keyClick(&find<Kit::Control>(control), key);
         settle();
@@ -50,27 +50,20 @@ struct Desk : Rig {
     /// Lets everything that is queued reach the speakers.
     void settle() { time.advance(2s); }
 
-    /// Clicks CONECTAR and waits for the speakers.
-    void connectByHand() {
-        click("CONECTAR");
-        ASSERT_TRUE(until([this] { return model->status.value().isOnline(); }));
-        port->sent.clear();
-    }
-
-    /// Online at the page with that tab, of either mode.
+    /// Connects if need be and goes to the page with that tab, of either mode.
     void goTo(const QString& tab) {
-        if (!model->status.value().isOnline()) connectByHand();
+        if (!model->status.value().isOnline()) click("CONECTAR");
+        ASSERT_TRUE(until([this] { return model->status.value().isOnline(); }));
         model->technical = tab != "TOM" && tab != "DINÂMICA" && tab != "DELAY";
         click(tab);
     }
     QWidget& page() { return *view.findChild<QStackedWidget*>()->currentWidget(); }
     Kit::EQGraph& graph() { return *all<Kit::EQGraph>().at(0); }
 
-    double value(const QString& name) { return find<Kit::ValueControl>(name).value(); }
+    double number(const QString& name) { return find<Kit::ValueControl>(name).value(); }
     QString readOut(const QString& name) { return find<Kit::Control>(name).valueText(); }
-    QString chip(int position) {
-        const std::string& model = speaker(std::size_t(position))->info.value().model;
-        return QString("0%1 · ").arg(position + 1) + QString::fromStdString(model);
+    QString chip(int number) {
+        return QString("0%1 · ").arg(number) + speaker(0)->info.value().model.c_str();
     }
     bool lit(const QString& name) { return find(name).isChecked(); }
 
@@ -80,16 +73,6 @@ struct Desk : Rig {
     template <class Case>
     Case held(std::size_t board, ModuleKind kind, std::string_view channel, int band = 0) {
         return *line->board(board).value(K7Q::index(kind, channel, band)).template as<Case>();
-    }
-
-    /// What the first board has been told to set since the last call, as "GAIN/In0 db=0 mute=1 …".
-    QStringList written() {
-        QStringList list;
-        for (const Sent& sent : std::exchange(port->sent, {}))
-            if (sent.is(Fun::moduleSet) && sent.address == 1)
-                list << QString::fromStdString(labelOf(*K7Q::module(sent.module)) + " " +
-                                               fieldsText(line->board(0).value(sent.module)));
-        return list;
     }
 
     ContentView view{*model, true, nullptr};

@@ -34,16 +34,12 @@ int ink(QWidget& widget) {
 TEST(LooksTest, ButtonsShowTheirTitleIconAndState) {
     constexpr auto regular = PillButton::Size::regular;
     constexpr auto compact = PillButton::Size::compact;
-    Desk desk;
-    desk.connectByHand();
+    Desk desk("TOM");
     desk.model->toggleMute();
     desk.set(ModuleKind::delay, "Out1", 0, {DelayValue{1, false}});
     for (const auto& [page, name, title, icon, lit, size] :
          {std::tuple{"TOM", "PLANO", "PLANO", "minus", true, regular},
-          {"TOM", "VOZ", "VOZ", "mic", false, regular},
           {"TOM", "MÚSICA", "MÚSICA", "music.note", false, regular},
-          {"TOM", "FESTA", "FESTA", "sparkles", false, regular},
-          {"TOM", "AO VIVO", "AO VIVO", "music.mic", false, regular},
           {"TOM", "Mudo da entrada", "MUDO", "speaker.slash.fill", true, regular},
           {"TOM", "Mudo das saídas", "MUDO", "speaker.wave.2.fill", false, regular},
           {"TOM", "DESCONECTAR", "DESCONECTAR", "cable.connector", true, compact},
@@ -77,33 +73,29 @@ TEST(LooksTest, KnobsHaveTheirSizeAndLabels) {
 
 TEST(LooksTest, TheStatusLineShowsTheStateOfTheLink) {
     Desk desk;
-    for (const auto& [status, text, color, spinners, lamps] :
-         {std::tuple{Status::offline(), "Desconectado", Theme::secondary, 0, 0},
-          {Status::working("Lendo"), "Lendo", Theme::secondary, 1, 0},
-          {Status::online("ttyUSB0"), "ttyUSB0", Theme::secondary, 0, 1},
-          {Status::error("Falhou"), "Falhou", Theme::error, 0, 0}}) {
+    for (const auto& [status, text, color, spinners, lamp] :
+         {std::tuple{Status::offline(), "Desconectado", Theme::secondary, 0, false},
+          {Status::working("Lendo"), "Lendo", Theme::secondary, 1, false},
+          {Status::online("ttyUSB0"), "ttyUSB0", Theme::secondary, 0, true},
+          {Status::error("Falhou"), "Falhou", Theme::error, 0, false}}) {
         desk.model->status = status;
         QApplication::processEvents();
         EXPECT_TRUE(
             looksLike(desk.find<Kit::Caption>(text), Kit::Caption(text, Theme::font(13), color, nullptr)));
         EXPECT_EQ(desk.all<Kit::Spinner>().size(), spinners) << text;
         const QImage line = desk.all<StatusLabel>().at(0)->grab().toImage();
-        int lit = 0;
-        for (int x = 0; x < 30; ++x)
-            lit = std::max(lit, int(line.pixel(x, line.height() / 2) == Theme::good.rgb()));
-        EXPECT_EQ(lit, lamps) << text;
+        EXPECT_EQ(line.pixel(10, line.height() / 2) == Theme::good.rgb(), lamp) << text;
     }
 }
 
 TEST(LooksTest, AChipHasALampForTheLinkAndIsFilledForTheTarget) {
-    Desk desk(2);
-    desk.connectByHand();
+    Desk desk("TOM", 2);
     desk.model->target = 2;
     for (const auto& [status, lamp] :
          {std::pair{Status::online(""), Theme::good}, {Status::offline(), Theme::grey(0.2)}}) {
         desk.model->status = status;
-        for (const auto& [position, fill] : {std::pair{0, 0.04}, {1, 0.16}}) {
-            const QImage chip = Hand::picture(desk.find(desk.chip(position)), 1);
+        for (const auto& [number, fill] : {std::pair{1, 0.04}, {2, 0.16}}) {
+            const QImage chip = Hand::picture(desk.find(desk.chip(number)), 1);
             EXPECT_EQ(chip.pixel(18, chip.height() / 2), lamp.rgba());
             EXPECT_NEAR(qAlpha(chip.pixel(5, chip.height() / 2)), fill * 255, 1);
         }
@@ -118,7 +110,7 @@ TEST(LooksTest, APageIsDimmedWithoutALinkAndARowByItsBypass) {
     auto& knob = desk.find<Kit::Knob>("Graves");
     const QPoint pointer = knob.mapTo(&desk.view, QPoint(knob.width() / 2, 50));
     const int dimmed = qRed(desk.view.grab().toImage().pixel(pointer));
-    desk.connectByHand();
+    desk.goTo("TOM");
     const int full = qRed(desk.view.grab().toImage().pixel(pointer));
     EXPECT_NEAR(dimmed, 0.45 * full + 0.55 * qRed(backdrop.pixel(pointer)), 1.5);
     EXPECT_GT(full, 230);
@@ -141,11 +133,9 @@ TEST(LooksTest, EveryMeterShowsItsOwnChannel) {
     Desk desk;
     for (const auto& [page, meter, reading] : {std::tuple{"TOM", "ENTRADA L", "0 VU"},
                                                {"TOM", "ENTRADA R", "3 VU"},
-                                               {"TOM", "Entrada, nível 1", "-18.0 dB"},
                                                {"TOM", "Entrada, nível 2", "-15.0 dB"},
                                                {"TOM", "Saída 1", "-30.0 dB"},
                                                {"TOM", "Saída 4", "-50.0 dB"},
-                                               {"DINÂMICA", "Out0", "-30.0 dB"},
                                                {"DINÂMICA", "Out3", "-50.0 dB"},
                                                {"MAIN", "In 2, nível 1", "-15.0 dB"},
                                                {"OUT 3", "SAÍDA 3, nível 1", "-40.0 dB"}}) {

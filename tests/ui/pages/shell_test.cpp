@@ -35,7 +35,7 @@ TEST(ShellTest, GuidesFromOfflineToOnlineAndBack) {
     QTest::keyClick(&knob, Qt::Key_Up);
     EXPECT_EQ(knob.value(), 5) << "shown, but not to be changed";
     EXPECT_NE(desk.view.childAt(knob.mapTo(&desk.view, knob.rect().center())), &knob);
-    desk.connectByHand();
+    desk.goTo("TOM");
     desk.click("DESCONECTAR");
     EXPECT_FALSE(desk.lit("CONECTAR"));
     EXPECT_EQ(desk.line->summary().faults, std::vector<std::string>{});
@@ -60,13 +60,12 @@ TEST(ShellTest, OffersThePortsAndTheBridge) {
 }
 
 TEST(ShellTest, HeaderAndStripAct) {
-    Desk desk(2);
-    desk.connectByHand();
-    desk.click(desk.chip(1));
-    desk.click(desk.chip(1));
+    Desk desk("TOM", 2);
+    desk.click(desk.chip(2));
+    desk.click(desk.chip(2));
     EXPECT_EQ(desk.model->target.value(), 2) << "a second click keeps the target";
-    EXPECT_TRUE(desk.lit(desk.chip(1)));
-    EXPECT_FALSE(desk.lit(desk.chip(0)));
+    EXPECT_TRUE(desk.lit(desk.chip(2)));
+    EXPECT_FALSE(desk.lit(desk.chip(1)));
     desk.model->notice = "A caixa 01 parou de responder";
     desk.click("A caixa 01 parou de responder");
     EXPECT_EQ(desk.model->notice.value(), std::nullopt);
@@ -82,7 +81,7 @@ TEST(ShellTest, HeaderAndStripAct) {
 }
 
 TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindow) {
-    Desk desk(16);
+    Desk desk("TOM", 16);
     desk.view.resize(ContentView::smallest);
     const QMargins edges(32, 24, 32, 24);
     for (const TechPage& page : TechPage::all) {
@@ -114,21 +113,20 @@ TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {
     Desk desk;
     auto& logo = desk.find<LogoTitle>("CORVANE");
     constexpr Qt::KeyboardModifiers secret = Qt::AltModifier | Qt::ControlModifier;
-    const QPoint inside = logo.rect().center();
-    for (const auto& [keys, end, toggles] : {std::tuple{Qt::KeyboardModifiers(), inside, false},
-                                             {Qt::AltModifier, inside, false},
-                                             {Qt::ControlModifier, inside, false},
-                                             {secret, QPoint(-5, 5), false},
-                                             {secret, inside, true},
-                                             {secret, inside, true}}) {
+    const auto click = [&](Qt::KeyboardModifiers keys, QPoint end,
+                           QEvent::Type press = QEvent::MouseButtonPress) {
         const bool before = desk.model->technical.value();
-        QTest::mousePress(&logo, Qt::LeftButton, keys, inside);
+        Hand::mouse(logo, press, {9, 9}, keys);
         EXPECT_EQ(desk.model->technical.value(), before);
         Hand::mouse(logo, QEvent::MouseButtonRelease, end, keys);
-        EXPECT_EQ(desk.model->technical.value(), before != toggles);
-    }
-    QTest::mouseDClick(&logo, Qt::LeftButton, secret);
-    EXPECT_FALSE(desk.model->technical.value()) << "two clicks";
+        return desk.model->technical.value() != before;
+    };
+    EXPECT_FALSE(click({}, {9, 9}));
+    EXPECT_FALSE(click(Qt::AltModifier, {9, 9}));
+    EXPECT_FALSE(click(Qt::ControlModifier, {9, 9}));
+    EXPECT_FALSE(click(secret, {-9, 9}));
+    EXPECT_TRUE(click(secret, {9, 9}));
+    EXPECT_TRUE(click(secret, {9, 9}, QEvent::MouseButtonDblClick));
 }
 
 TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {
@@ -141,26 +139,14 @@ TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {
     const auto click = [&window](const char* name) {
         QTest::mouseClick(&OnScreen::find<Kit::Button>(window, name), Qt::LeftButton);
     };
-    const QPoint header(600, 40);
-    for (const auto& [widget, at] : {std::pair<QWidget*, QPoint>{&window, header}, {&logo, {10, 10}}}) {
-        const QPoint before = window.pos();
-        const auto move = [widget = widget, at = at](QPoint by) {
-            QMouseEvent event(QEvent::MouseMove, at, widget->mapToGlobal(at + by), Qt::NoButton,
-                              Qt::LeftButton, {});
-            QApplication::sendEvent(widget, &event);
-        };
-        Hand::mouse(*widget, QEvent::MouseButtonPress, at);
-        move({30, 20});
-        EXPECT_EQ(window.pos(), before + QPoint(30, 20));
-        Hand::mouse(*widget, QEvent::MouseButtonRelease, at);
-        move({90, 90});
-        EXPECT_EQ(window.pos(), before + QPoint(30, 20));
-    }
-    for (const auto& [widget, at] : {std::pair<QWidget*, QPoint>{&window, {600, 400}}, {&logo, {10, 10}}}) {
-        QTest::mouseDClick(widget, Qt::LeftButton, {}, at);
-        EXPECT_FALSE(window.isMaximized());
-    }
-    QTest::mouseDClick(&window, Qt::LeftButton, {}, header);
+    const QPoint before = window.pos();
+    Hand::drag(logo, {30, 20});
+    Hand::mouse(logo, QEvent::MouseMove, {0, 0});
+    EXPECT_EQ(window.pos(), before + QPoint(30, 20));
+    QTest::mouseDClick(&window, Qt::LeftButton, {}, QPoint(600, 400));
+    QTest::mouseDClick(&logo, Qt::LeftButton);
+    EXPECT_FALSE(window.isMaximized());
+    QTest::mouseDClick(&window, Qt::LeftButton, {}, QPoint(600, 40));
     EXPECT_TRUE(window.isMaximized());
     click("Ampliar");
     EXPECT_FALSE(window.isMaximized());
