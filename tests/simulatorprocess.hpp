@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -35,30 +34,31 @@ public:
             ::posix_spawn(&id, command[0].c_str(), &actions, nullptr, arguments.data(), environ);
         posix_spawn_file_actions_destroy(&actions);
         ::close(ends[1]);
-        output = ::fdopen(ends[0], "r");
+        output = ends[0];
         if (error != 0) throw std::runtime_error("cannot start " + command[0]);
     }
     ~Process() {
         end(SIGKILL);
-        std::fclose(output);
+        ::close(output);
     }
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
-    /// The next line, without its end; "" when there is none.
+    /// The next line, without its end; what is left when there is none.
     std::string line() {
-        std::string text;
-        for (int c = std::fgetc(output); c != EOF && c != '\n'; c = std::fgetc(output))
-            text += static_cast<char>(c);
+        std::size_t end = 0;
+        while ((end = unread.find('\n')) == unread.npos)
+            if (!read()) return std::exchange(unread, "");
+        std::string text = unread.substr(0, end);
+        unread.erase(0, end + 1);
         return text;
     }
 
     /// Everything that it still prints, to its end.
     std::string rest() {
-        std::string text;
-        for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output))
-            text += static_cast<char>(c);
-        return text;
+        while (read()) {
+        }
+        return std::exchange(unread, "");
     }
 
     /// Waits until the program handles that signal in a way of its own.
@@ -77,16 +77,41 @@ public:
     int end(int signal = 0) {
         if (id == 0) return status;
         if (signal != 0) ::kill(id, signal);
+        // A program that prints more than the pipe holds only ends when somebody reads it.
+        while (read()) {
+        }
         int raw = 0;
         ::waitpid(std::exchange(id, 0), &raw, 0);
         return status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     }
 
 private:
+    // Waits for more output; false at its end.
+    bool read() {
+        std::array<char, 4096> bytes;
+        const ssize_t count = ::read(output, bytes.data(), bytes.size());
+        if (count <= 0) return false;
+        unread.append(bytes.data(), static_cast<std::size_t>(count));
+        return true;
+    }
+
     pid_t id = 0;
     int status = 0;
-    std::FILE* output = nullptr;
+    int output = -1;
+    std::string unread;
 };
+
+struct Result {
+    int status;
+    std::string output;
+};
+
+/// Runs a program to its end.
+inline Result resultOf(std::vector<std::string> command) {
+    Process process(std::move(command));
+    std::string output = process.rest();
+    return {process.end(), std::move(output)};
+}
 
 /// corvane-sim, up and serving.
 class SimulatorProcess : public Process {
