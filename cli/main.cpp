@@ -82,8 +82,8 @@ void addCommands(CommandLine& commandLine, Arguments& a) {
         Cli::assignAddresses(a.session, a.confirmed);
     })->add_flag("--yes", a.confirmed, "não pergunta");
 
-    CLI::App* const info = addCommand(app, a, "info", "identifica uma caixa",
-                                      [&a] { Cli::showInfo(a.session, a.address); });
+    CLI::App* const info =
+        addCommand(app, a, "info", "identifica uma caixa", [&a] { Cli::showInfo(a.session, a.address); });
     addAddress(info, a, commandLine);
 
     CLI::App* const read = addCommand(app, a, "read", "lê módulos (todos, se nenhum for dito)",

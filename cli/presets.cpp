@@ -38,8 +38,8 @@ Task<PresetDirectory> readPresets(K7QClient client, std::uint8_t address) {
 Task<void> changePreset(K7QClient client, std::uint8_t address, Task<void> command,
                         std::function<bool(const K7QClient::PresetInfo&)> done) {
     co_await std::move(command);
-    if (!done(co_await client.presetInfo(address)))
-        throw std::runtime_error("a caixa " + twoDigits(address) + " não fez o que foi pedido");
+    const K7QClient::PresetInfo after = co_await client.presetInfo(address);
+    if (!done(after)) throw std::runtime_error("a caixa " + twoDigits(address) + " não fez o que foi pedido");
 }
 
 void printPresetState(const Session& session, const char* action, std::uint32_t number) {

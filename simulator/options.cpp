@@ -52,8 +52,7 @@ void checkMutes(const ProgramOptions& options) {
     for (const auto& mute : options.mutes)
         if (mute.board > options.line.boards)
             throw CLI::ValidationError("--mute", "names board " + std::to_string(mute.board) +
-                                                     " in a chain of " +
-                                                     std::to_string(options.line.boards));
+                                                     " in a chain of " + std::to_string(options.line.boards));
 }
 
 void addChain(CommandLine& commandLine, LineOptions& line) {
