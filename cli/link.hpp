@@ -21,6 +21,8 @@ struct Endpoint {
     /// "host" or "host:port"; an IPv6 address in brackets where a port follows. Throws
     /// std::invalid_argument.
     static Endpoint ofBridge(const std::string& text);
+
+    bool operator==(const Endpoint&) const = default;
 };
 
 /// The process got SIGINT (the user pressed Ctrl-C) or SIGTERM.

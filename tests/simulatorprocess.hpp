@@ -106,9 +106,9 @@ struct Result {
     std::string output;
 };
 
-/// Runs a program to its end.
-inline Result resultOf(std::vector<std::string> command) {
-    Process process(std::move(command));
+/// Runs a shell command to its end.
+inline Result shell(const std::string& command) {
+    Process process({"/bin/sh", "-c", "exec " + command});
     std::string output = process.rest();
     return {process.end(), std::move(output)};
 }
