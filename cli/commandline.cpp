@@ -20,7 +20,7 @@ struct CommandLine::Words {
     const char* command;
     const char* commands;
 
-    // Of errors; they stand after the option or before what is missing or not known.
+    // Parts of error messages.
     const char* unknown;
     const char* missing;
     const char* missingCommand;

@@ -25,7 +25,7 @@ std::shared_ptr<Transport> transportTo(const Endpoint& endpoint) {
 
 void printLogLine(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
-// Raised by the signal handler, which may do little more than write to a pipe; a thread waits for it.
+// A pipe: the signal handler writes to it, and a thread waits for that. A handler may do little else.
 const Wakeup& interruption() {
     static const Wakeup wakeup;
     return wakeup;

@@ -68,7 +68,7 @@ void Line::connect(ToHost to) {
 }
 
 void Line::disconnect() {
-    ++session;
+    ++generation;
     toHost = nullptr;
     outstanding.reset();
     hostParser.reset();
@@ -178,19 +178,18 @@ Bytes Line::noiseBytes() {
 
 void Line::deliverAt(TimePoint due, Bytes bytes) {
     const Duration wait = due - executor->now() - options.wakeAhead;
-    if (wait <= Duration::zero()) return deliverWhenDue(due, session, std::move(bytes));
-    executor->postAfter(wait,
-                        [weakLine = weak_from_this(), due, to = session, bytes = std::move(bytes)]() mutable {
-                            if (const auto line = weakLine.lock())
-                                line->deliverWhenDue(due, to, std::move(bytes));
-                        });
+    if (wait <= Duration::zero()) return deliverWhenDue(due, generation, std::move(bytes));
+    executor->postAfter(
+        wait, [weakLine = weak_from_this(), due, host = generation, bytes = std::move(bytes)]() mutable {
+            if (const auto line = weakLine.lock()) line->deliverWhenDue(due, host, std::move(bytes));
+        });
 }
 
-void Line::deliverWhenDue(TimePoint due, std::uint64_t to, Bytes bytes) {
-    if (session != to) return;
+void Line::deliverWhenDue(TimePoint due, std::uint64_t host, Bytes bytes) {
+    if (generation != host) return;
     if (executor->now() >= due) return deliver(bytes);
-    executor->post([weakLine = weak_from_this(), due, to, bytes = std::move(bytes)]() mutable {
-        if (const auto line = weakLine.lock()) line->deliverWhenDue(due, to, std::move(bytes));
+    executor->post([weakLine = weak_from_this(), due, host, bytes = std::move(bytes)]() mutable {
+        if (const auto line = weakLine.lock()) line->deliverWhenDue(due, host, std::move(bytes));
     });
 }
 

@@ -93,7 +93,7 @@ private:
     void sendReply(const Wendril::Frame& reply);
     Wendril::Bytes noiseBytes();
     void deliverAt(Wendril::TimePoint due, Wendril::Bytes bytes);
-    void deliverWhenDue(Wendril::TimePoint due, std::uint64_t to, Wendril::Bytes bytes);
+    void deliverWhenDue(Wendril::TimePoint due, std::uint64_t host, Wendril::Bytes bytes);
     void deliver(const Wendril::Bytes& bytes);
 
     const LineOptions options;
@@ -106,7 +106,7 @@ private:
     Wendril::TimePoint busyUntil;  // end of the last byte on a paced line
     std::optional<Outstanding> outstanding;
     Wendril::FrameParser hostParser;  // reads the replies as the host does
-    std::uint64_t session = 0;        // counts hosts; a reply reaches the host of its session only
+    std::uint64_t generation = 0;     // of the host; a reply only reaches the host that asked
     ToHost toHost;
     Summary record;
     std::function<void(const std::string&)> log;

@@ -16,7 +16,7 @@
 
 namespace Tests {
 
-/// A program with its standard output and error in a pipe; ended with the object.
+/// A running program with its standard output and error in a pipe. The destructor kills it.
 class Process {
 public:
     explicit Process(std::vector<std::string> command) {
@@ -54,14 +54,14 @@ public:
         return text;
     }
 
-    /// Everything that it still prints, to its end.
+    /// All output from here to the end of the program.
     std::string rest() {
         while (read()) {
         }
         return std::exchange(unread, "");
     }
 
-    /// Waits until the program handles that signal in a way of its own.
+    /// Waits until the program has a handler for that signal.
     void awaitHandlerOf(int signal) const {
         const std::string status = "/proc/" + std::to_string(id) + "/status";
         for (std::uint64_t caught = 0; (caught >> (signal - 1) & 1) == 0;) {
@@ -73,11 +73,12 @@ public:
         }
     }
 
-    /// Sends the signal, if any, and waits. The exit status; -1 after a signal that killed it.
+    /// Sends the signal, if any, and waits for the end. Returns the exit status, or -1 when a signal
+    /// killed the program. Output stays readable.
     int end(int signal = 0) {
         if (id == 0) return status;
         if (signal != 0) ::kill(id, signal);
-        // A program that prints more than the pipe holds only ends when somebody reads it.
+        // A program that has filled the pipe waits until somebody reads.
         while (read()) {
         }
         int raw = 0;
