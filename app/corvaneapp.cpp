@@ -16,7 +16,7 @@ using namespace Wendril;
 
 namespace {
 
-// What the toolkit draws by itself: tooltips, menus of text fields, selections.
+// The colors of what Qt draws itself: tooltips, menus of text fields, selections.
 QPalette darkPalette() {
     QPalette colors;
     colors.setColor(QPalette::Window, Theme::panelBottom);

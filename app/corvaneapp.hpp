@@ -11,7 +11,7 @@
 
 namespace Corvane {
 
-/// The program: one model and its window. Create and destroy it on the thread of the QApplication.
+/// The program: one model and its window. Create and destroy it on the QApplication's thread.
 class CorvaneApp {
 public:
     /// Throws std::system_error when the demonstration chain cannot be made.

@@ -10,7 +10,8 @@
 
 namespace Corvane {
 
-/// A chain of simulated speakers behind a pseudo-terminal of this process, as fast as a real line.
+/// A chain of simulated speakers behind a pseudo-terminal of this process, at the speed of a real
+/// line.
 class Demo {
 public:
     static constexpr std::size_t usualSpeakers = 3;
@@ -23,7 +24,7 @@ public:
     const std::string& port() const { return end->path(); }
 
 private:
-    QTemporaryDir folder;  // of the port, whose name the user reads
+    QTemporaryDir folder;  // holds the link "demo" to the port; the port list shows that name
     std::shared_ptr<Wendril::SerialQueue> queue;
     std::unique_ptr<Simulator::PtyEnd> end;
 };

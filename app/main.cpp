@@ -4,32 +4,60 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
+#include <string>
+
+namespace {
+
+constexpr int failed = 1;
+
+std::string screenVariables() {
+    std::string text;
+    for (const char* const name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        if (qEnvironmentVariableIsSet(name))
+            text += (text.empty() ? "" : ", ") + std::string(name) + "=" + qgetenv(name).toStdString();
+    return text.empty() ? "DISPLAY e WAYLAND_DISPLAY não estão definidas" : text;
+}
+
+// QApplication calls abort() when no platform plugin can start, for example because no display
+// answers. Right before, it reports a fatal message to this handler. Of the other messages only those
+// of QT_DEBUG_PLUGINS are printed, so that the answer is one line.
+void endWithoutScreen(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr,
+                     "corvane: não há tela para abrir a janela (%s); QT_DEBUG_PLUGINS=1 mostra o motivo\n",
+                     screenVariables().c_str());
+        std::_Exit(failed);
+    }
+    if (type == QtDebugMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
+    Cli::CommandLine commandLine("corvane", "Encontra, ajusta e acompanha uma cadeia de caixas acústicas.",
+                                 Cli::Language::portuguese);
+    Corvane::Options options;
+    options.extraPort = qgetenv("CORVANE_PORT").toStdString();
+    Corvane::addOptions(commandLine, options);
+    if (const auto status = commandLine.parse(argc, argv)) return *status;
+
     QApplication::setApplicationName(QStringLiteral("corvane"));
     QApplication::setApplicationDisplayName(QStringLiteral("Corvane"));
-    QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
-
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
-    const Corvane::Options options = Corvane::parseOptions(arguments);
-    if (options.answer) {
-        std::fprintf(options.answer->status == 0 ? stdout : stderr, "%s\n",
-                     options.answer->text.trimmed().toUtf8().constData());
-        return options.answer->status;
-    }
     // The unattended mode draws without a screen.
     if (Corvane::Snapshot::isActive() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     try {
+        const QtMessageHandler usual = qInstallMessageHandler(endWithoutScreen);
         const QApplication application(argc, argv);
+        qInstallMessageHandler(usual);
         Corvane::CorvaneApp corvane(options);
         corvane.start();
         return QApplication::exec();
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "corvane: %s\n", error.what());
-        return 1;
+        commandLine.complain(error.what());
+        return failed;
     }
 }

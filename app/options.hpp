@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QStringList>
+#include "cli/commandline.hpp"
 
 #include <cstddef>
 #include <optional>
@@ -11,17 +11,10 @@ namespace Corvane {
 /// What the command line and the environment ask of the program.
 struct Options {
     std::optional<std::size_t> demoSpeakers;
-    std::string extraPort;  // CORVANE_PORT: offered first; none if empty
-
-    /// The text to print instead of starting, and how the process ends then.
-    struct Answer {
-        QString text;
-        int status;
-    };
-    std::optional<Answer> answer;
+    std::string extraPort;  // CORVANE_PORT: offered as the first port; empty if not set
 };
 
-/// `arguments` with the program's name first.
-Options parseOptions(const QStringList& arguments);
+/// Adds the options of `corvane`. Parsing fills `options`, which must outlive it.
+void addOptions(Cli::CommandLine& commandLine, Options& options);
 
 }  // namespace Corvane

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-// The commands of corvane-cli. Each prints its result on standard output, as a table or as JSON,
-// and throws what goes wrong; std::invalid_argument for what is wrong with its arguments, before
-// anything is sent.
+// The commands of corvane-cli. Each prints its result on standard output, as a table or as JSON.
+// A wrong argument throws std::invalid_argument before anything is sent; other failures throw other
+// exceptions.
 namespace Cli {
 
 /// What all commands share.
@@ -35,7 +35,7 @@ void readModules(const Session& session, std::uint8_t address, const std::vector
 void writeModule(const Session& session, std::uint8_t address, const std::string& module,
                  const std::vector<std::string>& assignments);
 
-/// With `watch`, until the link ends or the user interrupts.
+/// With `watch`, prints readings until the link ends or the user interrupts.
 void showMeters(const Session& session, std::uint8_t address, bool watch);
 
 void listPresets(const Session& session, std::uint8_t address);

@@ -1,13 +1,13 @@
 #include "cli/link.hpp"
 
+#include "cli/numbers.hpp"
+
 #include <array>
-#include <charconv>
 #include <csignal>
 #include <cstdio>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include <poll.h>
@@ -25,7 +25,7 @@ std::shared_ptr<Transport> transportTo(const Endpoint& endpoint) {
 
 void printLogLine(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
-// A pipe may be written to from a signal handler, and a thread can wait for it.
+// A pipe: the signal handler writes to it, and a thread waits for that. A handler may do little else.
 const Wakeup& interruption() {
     static const Wakeup wakeup;
     return wakeup;
@@ -61,10 +61,10 @@ Endpoint Endpoint::ofBridge(const std::string& text) {
     endpoint.bridge = host;
     if (endpoint.bridge.empty()) throw std::invalid_argument("falta o endereço da ponte");
     if (!port) return endpoint;
-    const char* const to = port->data() + port->size();
-    const auto [end, error] = std::from_chars(port->data(), to, endpoint.bridgePort);
-    if (error != std::errc{} || end != to || endpoint.bridgePort == 0)
+    const auto number = parseNumber<std::uint16_t>(*port, 1, UINT16_MAX);
+    if (!number)
         throw std::invalid_argument("a porta da ponte vai de 1 a 65535, não \"" + std::string(*port) + "\"");
+    endpoint.bridgePort = *number;
     return endpoint;
 }
 
@@ -98,8 +98,8 @@ void Link::stopWatching() {
     watcher.join();
 }
 
-// Ctrl-C ends the bus, and with it whatever waits on it, also a connect that blocks the bus's own
-// executor; the port is given back in order.
+// On a signal every request fails and the port is closed in order. This thread calls `abandon`,
+// because a connect that hangs blocks the executor of the bus.
 void Link::closeOnInterruption() {
     std::array<pollfd, 2> entries{
         {{interruption().descriptor(), POLLIN, 0}, {ended.descriptor(), POLLIN, 0}}};

@@ -21,16 +21,18 @@ struct Endpoint {
     /// "host" or "host:port"; an IPv6 address in brackets where a port follows. Throws
     /// std::invalid_argument.
     static Endpoint ofBridge(const std::string& text);
+
+    bool operator==(const Endpoint&) const = default;
 };
 
-/// The user pressed Ctrl-C.
+/// The process got SIGINT (the user pressed Ctrl-C) or SIGTERM.
 struct Interrupted : std::runtime_error {
     Interrupted()
         : std::runtime_error("interrompido") {}
 };
 
-/// An open link, with everything on the transport's own queue, so that an exchange costs no more
-/// thread hand-overs than the line itself.
+/// An open link to the speakers. Its tasks run on the transport's own queue: a request and its
+/// reply change no thread.
 class Link {
 public:
     /// Opens; throws what keeps the link from opening. `verbose` logs every frame on standard error.
@@ -39,8 +41,8 @@ public:
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
-    /// Runs a task to its end. A link that has gone is reported by its own error, in place of the
-    /// "closed" that the task sees.
+    /// Runs a task to its end and returns or throws what it does. When the link has ended, throws
+    /// the reason of that instead: the task itself only fails with "closed".
     template <class T>
     T run(Wendril::Task<T> task) {
         try {
@@ -53,11 +55,11 @@ public:
 
     Wendril::K7QClient client() const { return {bus, Wendril::K7Q::productID}; }
 
-    /// Throws the link's own error when it has ended: for tasks that never fail.
+    /// Throws the reason when the link has ended. Needed after tasks that never fail.
     void throwIfLost();
 
 private:
-    // How the link ended by itself, if it has.
+    // Why the link has ended; nothing is set while it is open.
     struct Loss {
         std::mutex mutex;
         bool interrupted = false;

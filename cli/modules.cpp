@@ -1,15 +1,16 @@
 #include "cli/modules.hpp"
 
+#include "cli/numbers.hpp"
+
 #include "Wendril/fields.hpp"
 #include "Wendril/filtermath.hpp"
+#include "Wendril/limits.hpp"
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <system_error>
 #include <type_traits>
 
 namespace Cli {
@@ -26,61 +27,11 @@ std::string lowered(std::string text) {
     return text;
 }
 
-template <class Number>
-std::optional<Number> parseNumber(std::string_view text) {
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-    return number;
-}
-
-struct Limits {
-    ModuleKind kind;
-    std::string_view field;
-    double low;
-    double high;
-};
-
-// What the board's blocks are used with; outputs may be raised further than inputs.
-constexpr Limits limits[] = {
-    {ModuleKind::gain, "db", -60, 15},
-    {ModuleKind::peq, "fc", 20, 22000},
-    {ModuleKind::peq, "gain", -12, 12},
-    {ModuleKind::peq, "q", 0.3, 50},
-    {ModuleKind::hpf, "fc", 20, 22000},
-    {ModuleKind::lpf, "fc", 20, 22000},
-    {ModuleKind::compressor, "threshold", -20, 22},
-    {ModuleKind::compressor, "ratio", 1, 20},
-    {ModuleKind::compressor, "knee", 0, 30},
-    {ModuleKind::limiter, "threshold", -20, 24},
-    {ModuleKind::limiter, "ratio", 1, 100},
-    {ModuleKind::limiter, "knee", 0, 30},
-    {ModuleKind::gate, "threshold", -120, -60},
-    {ModuleKind::gate, "ratio", 1, 100},
-    {ModuleKind::gate, "knee", 0, 30},
-    {ModuleKind::mixer, "db", -60, 6},
-    {ModuleKind::delay, "ms", 0, 5},
-};
-constexpr double highestInputGain = 6;
-
-const Limits* limitsOf(const ModuleRef& module, std::string_view field) {
-    const auto* found = std::ranges::find_if(
-        limits, [&](const Limits& entry) { return entry.kind == module.kind && entry.field == field; });
-    return found == std::end(limits) ? nullptr : found;
-}
-
-std::string shortText(double number) {
-    char digits[32];
-    return {digits, std::to_chars(digits, digits + sizeof digits, number).ptr};
-}
-
 void checkLimits(const ModuleRef& module, const std::string& field, double value) {
-    const Limits* const entry = limitsOf(module, field);
-    if (!entry) return;
-    const bool input = module.kind == ModuleKind::gain && module.channel.starts_with("In");
-    const double high = input ? highestInputGain : entry->high;
-    if (value >= entry->low && value <= high) return;
-    refuse(field + " de " + labelOf(module) + " vai de " + shortText(entry->low) + " a " + shortText(high));
+    const Limits limits = limitsOf(module.kind, field, module.channel);
+    if (value >= limits.lowest && value <= limits.highest) return;
+    refuse(field + " de " + labelOf(module) + " vai de " + numberText(limits.lowest) + " a " +
+           numberText(limits.highest));
 }
 
 bool isTime(std::string_view field) { return field == "hold" || field == "attack" || field == "release"; }
@@ -88,8 +39,7 @@ bool isTime(std::string_view field) { return field == "hold" || field == "attack
 void checkTime(const std::string& field, std::uint32_t ms) {
     const std::uint32_t nearest = K7Q::nearestTime(ms);
     if (ms == 0 || ms == nearest) return;
-    refuse(field + " aceita 0 ou um dos tempos da placa, de 1 a " + std::to_string(K7Q::timeSteps.back()) +
-           " ms; o mais próximo é " + std::to_string(nearest));
+    refuse(field + " aceita só os tempos da placa; o mais próximo é " + std::to_string(nearest) + " ms");
 }
 
 std::string slopeList() {
@@ -141,7 +91,7 @@ std::string kindList() {
     return list;
 }
 
-// "PEQ/In0/0 a PEQ/In0/3, PEQ/In1/0 a …": the bands of a channel as one range.
+// "PEQ/In0/0 a PEQ/In0/3, PEQ/In1/0 a …": the bands of a channel are one range.
 std::string labelsOfKind(const std::string& kind) {
     std::string list;
     const auto& modules = K7Q::modules();

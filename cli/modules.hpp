@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-// Modules and their fields as a person types them. What is wrong is refused with
-// std::invalid_argument, whose text names what is allowed.
+// Modules and their fields as a person types them. Anything else throws std::invalid_argument with
+// a text that names what is allowed.
 namespace Cli {
 
 /// "GAIN/In0", "PEQ/Out2/4" (letters in any case) or a module number, 1 to 98.
@@ -17,7 +17,7 @@ Wendril::ModuleRef parseModule(const std::string& text);
 /// Changes one field of a value.
 using Change = std::function<void(Wendril::ModuleValue& value)>;
 
-/// "gain=-3,5": a field of that module, within what the module takes. Decimal point or comma.
+/// "gain=-3,5": a field of that module and a value within its limits. Decimal point or comma.
 Change parseChange(const Wendril::ModuleRef& module, const std::string& text);
 
 }  // namespace Cli

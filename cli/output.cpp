@@ -4,15 +4,18 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <system_error>
 #include <type_traits>
 
 namespace Cli {
 
 namespace {
 
-// Characters, not bytes: continuation bytes of UTF-8 take no column.
+// In columns of a terminal: UTF-8 continuation bytes take none.
 std::size_t widthOf(const std::string& text) {
     return static_cast<std::size_t>(std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));
 }
@@ -27,6 +30,13 @@ std::string line(const Row& row, const std::vector<std::size_t>& widths) {
 }
 
 }  // namespace
+
+void print(const std::string& text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
+    throw std::system_error(errno, std::generic_category(), "não foi possível escrever o resultado");
+}
+
+void printJson(const Json& json) { print(json.dump(2) + "\n"); }
 
 std::string table(const Row& titles, const std::vector<Row>& rows) {
     std::vector<std::size_t> widths;

@@ -9,8 +9,13 @@
 
 namespace Cli {
 
-/// Keeps fields in their own order.
+/// JSON whose objects keep their fields in the order in which they were added.
 using Json = nlohmann::ordered_json;
+
+/// Writes a result to standard output. Throws std::system_error when it cannot be written, for
+/// example to a full disk: a command without its result has failed.
+void print(const std::string& text);
+void printJson(const Json& json);
 
 using Row = std::vector<std::string>;
 

@@ -23,7 +23,7 @@ float powerSum(float a, float b) {
     return 10 * std::log10(std::pow(10.0F, a / 10) + std::pow(10.0F, b / 10));
 }
 
-// A number from 0 to 1 that hangs on all its arguments.
+// A pseudo-random number from 0 to 1, always the same for the same arguments.
 double chance(std::uint64_t seed, std::uint64_t a, std::uint64_t b) {
     std::seed_seq mixed{seed, seed >> 32, a, b};
     std::minstd_rand generator(mixed);
@@ -110,7 +110,7 @@ Frame Board::moduleReply(std::uint8_t module, double seconds) const {
         append(payload, found->second);
         return reply(Fun::moduleGet, std::move(payload));
     }
-    // The first meter stands for all six; the others give their own level.
+    // A read of the first meter returns all six levels; of another meter, its own level.
     const auto all = levels(seconds);
     if (module == K7Q::meterIndex)
         for (const float level : all)
@@ -167,7 +167,8 @@ Frame Board::changePreset(const Frame& request) {
     return acknowledge(request, accepted);
 }
 
-// A phrase that swells over some seconds, a beat with decay, and a little unrest.
+// About -26 dB: it swells by 4 dB every 7.3 s, a beat twice a second decays, and up to 2 dB change
+// at random 16 times a second.
 float Board::musicLevel(std::size_t input, double seconds) const {
     constexpr double beatSeconds = 0.5;
     const auto beat = static_cast<std::uint64_t>(seconds / beatSeconds);
@@ -176,8 +177,8 @@ float Board::musicLevel(std::size_t input, double seconds) const {
                                       (seconds / 7.3 + 0.13 * static_cast<double>(input) + 0.29 * number));
     const double hit =
         9 * std::exp(-4 * sinceBeat) * (0.5 + chance(seed + static_cast<std::uint64_t>(number), input, beat));
-    const double unrest = 2 * chance(seed, 7 + input, static_cast<std::uint64_t>(seconds * 16));
-    return static_cast<float>(-26 + swell + hit + unrest);
+    const double ripple = 2 * chance(seed, 7 + input, static_cast<std::uint64_t>(seconds * 16));
+    return static_cast<float>(-26 + swell + hit + ripple);
 }
 
 std::array<float, 6> Board::levels(double seconds) const {

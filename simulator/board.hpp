@@ -12,29 +12,30 @@
 
 namespace Simulator {
 
-/// One K7Q board: 98 modules, 32 preset slots, an address. It answers the frames that concern it
-/// and stores module values byte for byte; the line (see Line) decides what reaches it and judges
-/// the host's frames first. One thread at a time.
+/// One K7Q board: 98 modules, 32 preset slots, an address. It answers requests and stores module
+/// values byte for byte. Line chooses the board that a request reaches, and checks the request
+/// first. Not thread-safe.
 class Board {
 public:
-    /// Address 0: none given yet. `number`, from 1, makes serial number and music of a board its own.
+    /// `number` is the position in the chain, from 1; the serial number and the music depend on it.
+    /// Address 0 means that the board has none yet.
     Board(int number, std::uint8_t address, std::uint64_t seed);
 
-    /// The reply to a valid request, or none where the board stays silent. `seconds` is the time
-    /// on the line, which moves the meters.
+    /// The reply to a valid request, or none when the board does not know the command. The meters
+    /// show the levels at `seconds` (see levels()).
     std::optional<Wendril::Frame> answer(const Wendril::Frame& request, double seconds);
 
-    /// What an `ack` with that status looks like from this board.
+    /// This board's `ack` of `request`, with that status.
     Wendril::Frame acknowledge(const Wendril::Frame& request, std::uint8_t status) const;
 
     std::uint8_t address() const { return ownAddress; }
 
-    /// True from `netStart` until the board has taken an address: it answers broadcasts to identify.
+    /// True from `netStart` until the board has taken an address. Meanwhile it answers broadcasts.
     bool awaitsAddress() const { return addressing; }
     void beginAddressing();
     void takeAddress(std::uint8_t address);
 
-    /// The stored bytes of a module, 1 to 92, and their meaning.
+    /// The stored setting of a module, 1 to 92, as bytes and as a value.
     const Wendril::Bytes& stored(std::uint8_t module) const { return settings.at(module); }
     Wendril::ModuleValue value(std::uint8_t module) const;
     void store(std::uint8_t module, const Wendril::ModuleValue& value);
@@ -45,8 +46,8 @@ public:
     };
     const std::optional<Preset>& preset(std::size_t slot) const { return presets.at(slot); }
 
-    /// Levels in dB in the order of K7Q::meterChannels. They move like music and follow the
-    /// gains, mutes and routing of the channel; the same seed plays the same piece.
+    /// Levels in dB at a time, in the order of K7Q::meterChannels: test music that passes through
+    /// the gains, mutes and routing of the board. It is the same for the same seed.
     std::array<float, 6> levels(double seconds) const;
 
     static constexpr std::uint8_t accepted = 0;

@@ -14,7 +14,8 @@ namespace {
 constexpr int bitsPerByte = 10;  // start bit, 8 data bits, stop bit
 constexpr Duration byteTime{1'000'000'000LL * bitsPerByte / K7Q::baudRate};
 
-// A host writes a frame in one go; one that stays unfinished for so long is broken off.
+// A host writes a frame in one piece. A gap of this length inside a frame means that the host has
+// broken it off.
 constexpr auto longestGap = std::chrono::milliseconds(100);
 
 bool canRefuse(const Frame& request) {
@@ -67,7 +68,7 @@ void Line::connect(ToHost to) {
 }
 
 void Line::disconnect() {
-    ++session;
+    ++generation;
     toHost = nullptr;
     outstanding.reset();
     hostParser.reset();
@@ -91,7 +92,9 @@ void Line::receive(ByteView fromHost) {
     }
 }
 
-double Line::seconds() const { return std::chrono::duration<double>(executor->now() - start).count(); }
+double Line::meterSeconds() const {
+    return options.still ? 0 : std::chrono::duration<double>(executor->now() - start).count();
+}
 
 bool Line::happens(double chance) {
     return chance > 0 && std::generate_canonical<double, 53>(random) < chance;
@@ -133,11 +136,10 @@ std::optional<Frame> Line::replyTo(const Frame& request) {
     Board* const board = addressee(request);
     if (!board) return std::nullopt;
     if (canRefuse(request) && happens(options.refuse)) return board->acknowledge(request, Board::refused);
-    return board->answer(request, seconds());
+    return board->answer(request, meterSeconds());
 }
 
-// Addressing runs along the chain: the first board still without an address is the one that
-// answers.
+// A broadcast passes along the chain to the first board that waits for an address; that one answers.
 Board* Line::addressee(const Frame& request) {
     for (std::size_t i = 0; i < boards.size(); ++i) {
         if (muted.contains(i)) continue;
@@ -176,19 +178,18 @@ Bytes Line::noiseBytes() {
 
 void Line::deliverAt(TimePoint due, Bytes bytes) {
     const Duration wait = due - executor->now() - options.wakeAhead;
-    if (wait <= Duration::zero()) return deliverWhenDue(due, session, std::move(bytes));
-    executor->postAfter(wait,
-                        [weakLine = weak_from_this(), due, to = session, bytes = std::move(bytes)]() mutable {
-                            if (const auto line = weakLine.lock())
-                                line->deliverWhenDue(due, to, std::move(bytes));
-                        });
+    if (wait <= Duration::zero()) return deliverWhenDue(due, generation, std::move(bytes));
+    executor->postAfter(
+        wait, [weakLine = weak_from_this(), due, host = generation, bytes = std::move(bytes)]() mutable {
+            if (const auto line = weakLine.lock()) line->deliverWhenDue(due, host, std::move(bytes));
+        });
 }
 
-void Line::deliverWhenDue(TimePoint due, std::uint64_t to, Bytes bytes) {
-    if (session != to) return;
+void Line::deliverWhenDue(TimePoint due, std::uint64_t host, Bytes bytes) {
+    if (generation != host) return;
     if (executor->now() >= due) return deliver(bytes);
-    executor->post([weakLine = weak_from_this(), due, to, bytes = std::move(bytes)]() mutable {
-        if (const auto line = weakLine.lock()) line->deliverWhenDue(due, to, std::move(bytes));
+    executor->post([weakLine = weak_from_this(), due, host, bytes = std::move(bytes)]() mutable {
+        if (const auto line = weakLine.lock()) line->deliverWhenDue(due, host, std::move(bytes));
     });
 }
 

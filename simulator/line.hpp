@@ -22,6 +22,7 @@ namespace Simulator {
 struct LineOptions {
     std::size_t boards = 3;
     bool addressed = true;           // addresses 1, 2, 3 … in chain order; else none yet
+    bool still = false;              // the meters keep the levels of second 0
     bool pace = false;               // bytes take the time they take at 115200 8N1
     Wendril::Duration turnaround{};  // from the end of a request to the start of its reply
     std::uint64_t seed = 1;
@@ -29,24 +30,29 @@ struct LineOptions {
     double corrupt = 0;  // one bit of it is wrong
     double late = 0;     // it comes `delay` too late
     Wendril::Duration delay{};
-    double duplicate = 0;           // it comes twice
-    double noise = 0;               // random bytes come before it
-    double refuse = 0;              // a write or preset command is refused and not carried out
-    double hostJitter = 0;          // part of a time-out that the host may send too early; its
-                                    // clock and ours only agree in virtual time
-    Wendril::Duration wakeAhead{};  // a real timer fires late: the line wakes so long before a
-                                    // reply is due and watches the clock for the rest
+    double duplicate = 0;  // it comes twice
+    double noise = 0;      // random bytes come before it
+    double refuse = 0;     // a write or preset command is refused and not carried out
+
+    /// A host with a clock of its own may send its next request before its time-out has passed on
+    /// the line's clock: by this fraction of the time-out it is no fault. 0 in virtual time.
+    double hostJitter = 0;
+
+    /// The operating system's timers fire late. The line wakes this long before a reply is due and
+    /// polls the clock until then. 0 in virtual time.
+    Wendril::Duration wakeAhead{};
 };
 
-/// Boards in chain order on a half-duplex line. It carries frames both ways, lets time pass and
-/// things go wrong as asked, and records every protocol fault of the host: bytes outside frames,
-/// malformed requests, a request sent while the last one could still be answered.
-/// Confined to its executor.
+/// Boards in chain order on a half-duplex line. It carries frames both ways, with the delays and the
+/// faults of its options. It records every protocol fault of the host: bytes outside frames,
+/// malformed requests, a request sent before the last one was answered or had timed out.
+/// Use it on its executor only.
 class Line : public std::enable_shared_from_this<Line> {
 public:
     Line(std::shared_ptr<Wendril::Executor> executor, const LineOptions& options);
 
-    /// Where the bytes for the host go. A new host starts with a silent line.
+    /// Sends the bytes for the host to `toHost` from now on. Replies to an earlier host that are
+    /// still on their way are dropped.
     using ToHost = std::function<void(Wendril::ByteView bytes)>;
     void connect(ToHost toHost);
     void disconnect();
@@ -55,7 +61,7 @@ public:
 
     Board& board(std::size_t position) { return boards.at(position); }
 
-    /// From now on the board at that position, from 0, is dead.
+    /// The board at that position, from 0, answers nothing from now on.
     void mute(std::size_t position) { muted.insert(position); }
 
     struct Summary {
@@ -65,7 +71,8 @@ public:
     };
     const Summary& summary() const { return record; }
 
-    /// Receives every frame both ways, "host  -> " or "board <- " with hex and meaning, and faults.
+    /// Logs every frame as "host  -> " or "board <- " with its bytes in hex and its meaning, and
+    /// every fault.
     void setLog(std::function<void(const std::string& line)> log) { this->log = std::move(log); }
 
     const std::shared_ptr<Wendril::Executor> executor;
@@ -73,10 +80,10 @@ public:
 private:
     struct Outstanding {
         Wendril::Frame request;
-        Wendril::TimePoint until;  // the host gives up
+        Wendril::TimePoint until;  // the host's time-out
     };
 
-    double seconds() const;
+    double meterSeconds() const;
     bool happens(double chance);
     void fault(const std::string& what);
     void judge(const Wendril::Frame& request);
@@ -86,7 +93,7 @@ private:
     void sendReply(const Wendril::Frame& reply);
     Wendril::Bytes noiseBytes();
     void deliverAt(Wendril::TimePoint due, Wendril::Bytes bytes);
-    void deliverWhenDue(Wendril::TimePoint due, std::uint64_t to, Wendril::Bytes bytes);
+    void deliverWhenDue(Wendril::TimePoint due, std::uint64_t host, Wendril::Bytes bytes);
     void deliver(const Wendril::Bytes& bytes);
 
     const LineOptions options;
@@ -98,8 +105,8 @@ private:
     Wendril::TimePoint lastByte;
     Wendril::TimePoint busyUntil;  // end of the last byte on a paced line
     std::optional<Outstanding> outstanding;
-    Wendril::FrameParser hostParser;  // sees what the host sees
-    std::uint64_t session = 0;        // deliveries to an earlier host are dropped
+    Wendril::FrameParser hostParser;  // reads the replies as the host does
+    std::uint64_t generation = 0;     // of the host; a reply only reaches the host that asked
     ToHost toHost;
     Summary record;
     std::function<void(const std::string&)> log;

@@ -22,6 +22,9 @@ using namespace Simulator;
 
 namespace {
 
+constexpr int brokenProtocol = 1;
+constexpr int cannotServe = 2;
+
 void print(const std::string& line) {
     std::printf("%s\n", line.c_str());
     std::fflush(stdout);
@@ -38,7 +41,8 @@ void printSummary(const Line::Summary& summary) {
         print("  " + fault);
 }
 
-// The default slack of 50 µs would make a paced line slower than the wire.
+// Linux fires a thread's timers up to 50 µs late by default. A paced line would be slower than the
+// wire by that much in every reply.
 void sharpenTimers() { ::prctl(PR_SET_TIMERSLACK, 1UL); }
 
 sigset_t endSignals() {
@@ -79,20 +83,22 @@ Line::Summary serve(const ProgramOptions& options, const sigset_t& signals) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // Blocked before any thread begins, so that only `sigwait` sees them.
+    // Threads inherit the signal mask. Blocked before the first thread starts, the signals reach
+    // `sigwait` alone.
     const sigset_t signals = endSignals();
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    Cli::CommandLine commandLine("corvane-sim",
+                                 "A chain of simulated K7Q loudspeakers on a serial port or behind a bridge.",
+                                 Cli::Language::english);
+    ProgramOptions options;
+    addOptions(commandLine, options);
+    if (const auto status = commandLine.parse(argc, argv)) return *status;
     try {
-        const ProgramOptions options = parseOptions(argc, argv);
-        if (options.help) {
-            print(usage);
-            return 0;
-        }
         const Line::Summary summary = serve(options, signals);
         printSummary(summary);
-        return summary.faults.empty() ? 0 : 1;
+        return summary.faults.empty() ? 0 : brokenProtocol;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "corvane-sim: %s\n", error.what());
-        return 2;
+        commandLine.complain(error.what());
+        return cannotServe;
     }
 }

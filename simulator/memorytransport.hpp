@@ -9,7 +9,8 @@
 
 namespace Simulator {
 
-/// A transport straight into a simulated line, on the line's executor, in virtual or real time.
+/// A transport that hands bytes to a simulated line by function calls, on the line's executor, in
+/// virtual or real time.
 class MemoryTransport final : public Wendril::Transport {
 public:
     explicit MemoryTransport(std::shared_ptr<Line> line);

@@ -2,8 +2,11 @@
 
 #include "simulator/line.hpp"
 
+#include "cli/commandline.hpp"
+
 #include "Wendril/runtime/executor.hpp"
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,19 +21,17 @@ struct ProgramOptions {
         Wendril::Duration after;
     };
 
-    LineOptions line;
+    // A host in another process starts its time-out a little before the line sees the request.
+    LineOptions line{.hostJitter = 0.25, .wakeAhead = std::chrono::microseconds(80)};
     std::string ptyLink;  // empty: the pseudo-terminal's own path
     std::optional<std::uint16_t> tcpPort;
     std::string listenAddress = "127.0.0.1";
     std::vector<Mute> mutes;
     std::optional<Wendril::Duration> hangUp;
     bool log = false;
-    bool help = false;
 };
 
-extern const char* const usage;
-
-/// Throws std::invalid_argument that says which option is wrong and what is allowed.
-ProgramOptions parseOptions(int argc, char** argv);
+/// Adds the options of `corvane-sim`. Parsing fills `options`, which must outlive it.
+void addOptions(Cli::CommandLine& commandLine, ProgramOptions& options);
 
 }  // namespace Simulator

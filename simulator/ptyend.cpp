@@ -30,7 +30,7 @@ std::string hostDeviceOf(int board) {
     return name.data();
 }
 
-// Until the host opens it the terminal must not echo our bytes back at us.
+// A new terminal echoes. Until the host makes it raw, the line would receive its own replies.
 void makeRaw(int board) {
     termios settings{};
     if (::tcgetattr(board, &settings) != 0) fail("pseudo-terminal");
@@ -54,7 +54,8 @@ PtyEnd::PtyEnd(std::shared_ptr<Wendril::SerialQueue> queue, std::shared_ptr<Line
     if (board->number < 0) fail("pseudo-terminal");
     device = hostDeviceOf(board->number);
     makeRaw(board->number);
-    // Held open so that a host may close the port and open it again.
+    // While no descriptor is open on the host's side, every read on ours fails. Held open, the port
+    // survives a host that closes it and opens it again.
     hostSide = std::make_shared<Descriptor>(::open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     if (hostSide->number < 0) fail(device);
     if (!link.empty()) makeLink(device, link);
@@ -64,7 +65,8 @@ PtyEnd::PtyEnd(std::shared_ptr<Wendril::SerialQueue> queue, std::shared_ptr<Line
         const ssize_t count = ::read(board->number, bytes.data(), bytes.size());
         if (count > 0) line->receive(ByteView(bytes).first(static_cast<std::size_t>(count)));
     });
-    // What does not fit into a buffer that nobody empties is lost, as on a real line.
+    // When the host does not read, the terminal's buffer fills. What does not fit is lost, as on a
+    // real line.
     this->queue->post([board, line = this->line] {
         line->connect([board](ByteView bytes) {
             [[maybe_unused]] const ssize_t sent = ::write(board->number, bytes.data(), bytes.size());

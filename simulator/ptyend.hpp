@@ -10,18 +10,18 @@
 
 namespace Simulator {
 
-/// A simulated line as a serial port: a pseudo-terminal whose other side the host opens. The line
-/// must live on `queue`. Destroying the end hangs up.
+/// A simulated line behind a serial port: a pseudo-terminal whose other side the host opens.
+/// `queue` must be the line's executor. The destructor hangs up.
 class PtyEnd {
 public:
-    /// With a `link` path, makes it a symbolic link to the port; a symbolic link that is there
-    /// already is replaced, anything else is not. Throws std::system_error.
+    /// With a `link` path, makes it a symbolic link to the port. An existing symbolic link is
+    /// replaced, any other file is not. Throws std::system_error.
     PtyEnd(std::shared_ptr<Wendril::SerialQueue> queue, std::shared_ptr<Line> line, std::string link = {});
     ~PtyEnd();
     PtyEnd(const PtyEnd&) = delete;
     PtyEnd& operator=(const PtyEnd&) = delete;
 
-    /// What the host opens.
+    /// The path of the port for the host to open.
     const std::string& path() const { return link.empty() ? device : link; }
 
     /// Pulls the cable: the host's next read fails. From any thread.

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// What the host may send, and what a careful board engineer would say about it.
+// The rules of the protocol for the host's requests, and frames in words.
 namespace Simulator {
 
 /// Product and address of a broadcast.
@@ -19,7 +19,7 @@ bool isBroadcast(const Wendril::Frame& frame);
 /// content of its payload. None when it is exactly what the protocol asks for.
 std::optional<std::string> faultOf(const Wendril::Frame& request);
 
-/// How long the host waits for the reply; until then, or the reply, it must keep silent.
+/// The host's time-out for the reply. It must not send again before the reply or the time-out.
 Wendril::Duration replyTimeout(const Wendril::Frame& request);
 
 /// Whether the host takes `reply` for the answer to `request`.
@@ -28,8 +28,8 @@ bool answers(const Wendril::Frame& reply, const Wendril::Frame& request);
 /// The meaning of a frame in words, with the values that it carries.
 std::string meaningOf(const Wendril::Frame& frame, bool fromHost);
 
-/// Cuts the host's byte stream into requests, without the forgiveness of a real board: every byte
-/// that is not part of a well-formed frame is a fault.
+/// Splits the host's byte stream into requests. A real board skips bytes that belong to no
+/// well-formed frame; here they are faults.
 class RequestReader {
 public:
     struct Reading {

@@ -49,7 +49,7 @@ std::uint16_t portOf(int socket) {
 
 }  // namespace
 
-// The host now connected; confined to the queue.
+// The connection of the current host. Used on the queue only.
 struct TCPEnd::Connection : std::enable_shared_from_this<Connection> {
     Connection(std::weak_ptr<Wendril::SerialQueue> queue, std::shared_ptr<Line> line)
         : queue(std::move(queue))
@@ -69,7 +69,8 @@ struct TCPEnd::Connection : std::enable_shared_from_this<Connection> {
         });
     }
 
-    // The last bytes or the end of a host whose place is taken say nothing about the new one.
+    // An event of the previous host may still be queued when a new host has replaced it. It must
+    // not end the new connection.
     void receive(const std::shared_ptr<const Descriptor>& from) {
         if (from != host) return;
         std::array<std::uint8_t, 4096> bytes;

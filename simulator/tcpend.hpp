@@ -11,9 +11,8 @@
 
 namespace Simulator {
 
-/// A simulated line behind a Wi-Fi bridge: a TCP server that relays bytes for one host at a time;
-/// a new host takes the place of the last. The line must live on `queue`. Destroying the end hangs
-/// up.
+/// A simulated line behind a Wi-Fi bridge: a TCP server that relays bytes for one host at a time.
+/// A new host replaces the last. `queue` must be the line's executor. The destructor hangs up.
 class TCPEnd {
 public:
     /// Listens on a numeric IPv4 `address`; port 0 picks a free one. Throws std::system_error.
@@ -25,7 +24,7 @@ public:
 
     std::uint16_t port() const { return ownPort; }
 
-    /// Closes the connection and listens no more. From any thread.
+    /// Closes the connection and stops listening. From any thread.
     void hangUp();
 
 private:

@@ -10,7 +10,7 @@ using Wendril::Duration;
 using Wendril::TimePoint;
 using Wendril::UniqueFunction;
 
-// What is to be done, by due time. Entries due together keep the order in which they were set.
+// The posted work by due time. Work with the same due time keeps the order in which it was posted.
 class VirtualTime::Agenda {
 public:
     void add(TimePoint due, const void* executor, UniqueFunction work) {
@@ -27,7 +27,7 @@ public:
         return true;
     }
 
-    // Dropping work may post more, which is dropped at once.
+    // The destructor of dropped work may post new work; `ended` drops that, too.
     void end() {
         ended = true;
         entries.clear();

@@ -9,9 +9,9 @@
 
 namespace Simulator {
 
-/// A clock without a wall: runs everything that is due, in the order in which it was set, then
-/// jumps to the next due time. It never sleeps. The clock and all its executors belong to one
-/// thread. Work still undone when the clock ends is dropped.
+/// A simulated clock: it runs the work that is due, in the order in which it was posted, then jumps
+/// to the next due time. It never sleeps. The clock and its executors belong to one thread. Work
+/// that is not done when the clock is destroyed is dropped.
 class VirtualTime {
 public:
     VirtualTime();
@@ -19,7 +19,7 @@ public:
     VirtualTime(const VirtualTime&) = delete;
     VirtualTime& operator=(const VirtualTime&) = delete;
 
-    /// A serial executor on this clock. It may outlive the clock; it runs nothing then.
+    /// A serial executor on this clock. It may outlive the clock, and drops all work from then on.
     std::shared_ptr<Wendril::Executor> executor();
 
     Wendril::TimePoint now() const;
@@ -33,7 +33,7 @@ public:
     /// Runs until `done`, or nothing is left to do; says whether it is done.
     bool runUntil(const std::function<bool()>& done);
 
-    /// Runs all that is due within `duration`, and lets it pass.
+    /// Runs the work that is due within `duration`, and moves the clock on by it.
     void advance(Wendril::Duration duration);
 
     /// Runs `task` on an executor of its own to its end; returns or throws what it does.

@@ -15,7 +15,7 @@ namespace Tests {
 
 inline int newSocket(int flags) { return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0); }
 
-/// A TCP port of loopback that accepts nobody by itself.
+/// A listening TCP port on loopback. It never accepts a connection.
 struct Listener {
     explicit Listener(int backlog) {
         EXPECT_EQ(::bind(socket.number, address(), sizeof where), 0);
@@ -32,7 +32,7 @@ struct Listener {
     Wendril::Descriptor socket{newSocket(0)};
 };
 
-/// One whose queue is full: a connection to it hangs.
+/// A listener whose queue is full: a connection to it hangs.
 struct DeafListener : Listener {
     DeafListener()
         : Listener(0) {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -17,7 +16,7 @@
 
 namespace Tests {
 
-/// A program with its standard output and error in a pipe; ended with the object.
+/// A running program with its standard output and error in a pipe. The destructor kills it.
 class Process {
 public:
     explicit Process(std::vector<std::string> command) {
@@ -35,33 +34,34 @@ public:
             ::posix_spawn(&id, command[0].c_str(), &actions, nullptr, arguments.data(), environ);
         posix_spawn_file_actions_destroy(&actions);
         ::close(ends[1]);
-        output = ::fdopen(ends[0], "r");
+        output = ends[0];
         if (error != 0) throw std::runtime_error("cannot start " + command[0]);
     }
     ~Process() {
         end(SIGKILL);
-        std::fclose(output);
+        ::close(output);
     }
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
-    /// The next line, without its end; "" when there is none.
+    /// The next line, without its end; what is left when there is none.
     std::string line() {
-        std::string text;
-        for (int c = std::fgetc(output); c != EOF && c != '\n'; c = std::fgetc(output))
-            text += static_cast<char>(c);
+        std::size_t end = 0;
+        while ((end = unread.find('\n')) == unread.npos)
+            if (!read()) return std::exchange(unread, "");
+        std::string text = unread.substr(0, end);
+        unread.erase(0, end + 1);
         return text;
     }
 
-    /// Everything that it still prints, to its end.
+    /// All output from here to the end of the program.
     std::string rest() {
-        std::string text;
-        for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output))
-            text += static_cast<char>(c);
-        return text;
+        while (read()) {
+        }
+        return std::exchange(unread, "");
     }
 
-    /// Waits until the program handles that signal in a way of its own.
+    /// Waits until the program has a handler for that signal.
     void awaitHandlerOf(int signal) const {
         const std::string status = "/proc/" + std::to_string(id) + "/status";
         for (std::uint64_t caught = 0; (caught >> (signal - 1) & 1) == 0;) {
@@ -73,20 +73,46 @@ public:
         }
     }
 
-    /// Sends the signal, if any, and waits. The exit status; -1 after a signal that killed it.
+    /// Sends the signal, if any, and waits for the end. Returns the exit status, or -1 when a signal
+    /// killed the program. Output stays readable.
     int end(int signal = 0) {
         if (id == 0) return status;
         if (signal != 0) ::kill(id, signal);
+        // A program that has filled the pipe waits until somebody reads.
+        while (read()) {
+        }
         int raw = 0;
         ::waitpid(std::exchange(id, 0), &raw, 0);
         return status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     }
 
 private:
+    // Waits for more output; false at its end.
+    bool read() {
+        std::array<char, 4096> bytes;
+        const ssize_t count = ::read(output, bytes.data(), bytes.size());
+        if (count <= 0) return false;
+        unread.append(bytes.data(), static_cast<std::size_t>(count));
+        return true;
+    }
+
     pid_t id = 0;
     int status = 0;
-    std::FILE* output = nullptr;
+    int output = -1;
+    std::string unread;
 };
+
+struct Result {
+    int status;
+    std::string output;
+};
+
+/// Runs a shell command to its end.
+inline Result shell(const std::string& command) {
+    Process process({"/bin/sh", "-c", "exec " + command});
+    std::string output = process.rest();
+    return {process.end(), std::move(output)};
+}
 
 /// corvane-sim, up and serving.
 class SimulatorProcess : public Process {

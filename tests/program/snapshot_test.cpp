@@ -1,7 +1,9 @@
 #include "simulator/ptyend.hpp"
 #include "tests/simulatorprocess.hpp"
 
-#include "Wendril/client.hpp"
+#include "Wendril/fields.hpp"
+#include "Wendril/runtime/task.hpp"
+#include "Wendril/text.hpp"
 
 #include <gtest/gtest.h>
 
@@ -9,177 +11,118 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <future>
 #include <map>
-#include <memory>
-#include <set>
 
 using namespace Wendril;
 
 namespace {
 
-const std::vector<std::string> simpleFiles{"0-offline.png", "1-tom.png", "2-dinamica.png", "3-delay.png"};
-const std::vector<std::string> technicalFiles{"t0-MAIN.png", "t1-LIMITER.png", "t2-IN1.png",
-                                              "t3-IN2.png",  "t4-X-OVER.png",  "t5-OUT1.png",
-                                              "t6-OUT2.png", "t7-OUT3.png",    "t8-OUT4.png"};
+const std::vector<std::string> files{"0-offline.png", "1-tom.png",      "2-dinamica.png", "3-delay.png",
+                                     "t0-MAIN.png",   "t1-LIMITER.png", "t2-IN1.png",     "t3-IN2.png",
+                                     "t4-X-OVER.png", "t5-OUT1.png",    "t6-OUT2.png",    "t7-OUT3.png",
+                                     "t8-OUT4.png"};
 
 // A chain in real time, and a folder for the pictures.
 class SnapshotTest : public testing::Test {
 protected:
-    SnapshotTest() {
-        char name[] = "/tmp/corvane-snapshot-XXXXXX";
-        folder = ::mkdtemp(name);
-        connectChain(true);
-    }
     ~SnapshotTest() override { std::filesystem::remove_all(folder); }
 
     void connectChain(bool addressed) {
         line = std::make_shared<Simulator::Line>(
             queue, Simulator::LineOptions{.boards = 3, .addressed = addressed, .hostJitter = 0.25});
-        port = std::make_unique<Simulator::PtyEnd>(queue, line);
+        end = std::make_unique<Simulator::PtyEnd>(queue, line);
+        port = end->path();
     }
 
-    static void setUp(const std::string& folder, const std::string& port) {
-        ::setenv("CORVANE_SNAPSHOT", folder.c_str(), 1);
-        ::setenv("CORVANE_PORT", port.c_str(), 1);
+    // Runs the program to its end, without a screen; its exit status.
+    int run(const std::string& target) {
+        return Tests::shell("env -u DISPLAY CORVANE_SNAPSHOT=" + target + " CORVANE_PORT=" + port +
+                            " " CORVANE)
+            .status;
     }
 
-    // Runs the program to its end; its exit status.
-    int run() {
-        setUp(folder, port->path());
-        return Tests::Process({CORVANE}).end();
-    }
-
-    template <class Read>
-    auto onLine(Read read) {
-        std::promise<decltype(read())> result;
-        queue->post([&] { result.set_value(read()); });
-        return result.get_future().get();
-    }
-
-    QImage picture(const std::string& file) { return QImage(QString::fromStdString(folder + "/" + file)); }
-
-    void expectPictures() {
-        std::set<std::string> files;
-        for (const auto& entry : std::filesystem::directory_iterator(folder))
-            files.insert(entry.path().filename());
-        std::set<std::string> expected(simpleFiles.begin(), simpleFiles.end());
-        expected.insert(technicalFiles.begin(), technicalFiles.end());
-        EXPECT_EQ(files, expected);
+    // The pictures, all there and of the right size.
+    std::vector<QImage> pictures() {
+        std::vector<QImage> all;
         for (const std::string& file : files)
-            EXPECT_EQ(picture(file).size(), QSize(2560, 1640)) << file;
+            EXPECT_EQ(all.emplace_back(QString::fromStdString(folder + "/" + file)).size(), QSize(2560, 1640))
+                << file;
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 13);
+        return all;
     }
 
+    const std::string folder = ::mkdtemp(std::string("/tmp/corvane-snapshot-XXXXXX").data());
     const std::shared_ptr<SerialQueue> queue = std::make_shared<SerialQueue>("line");
     std::shared_ptr<Simulator::Line> line;
-    std::unique_ptr<Simulator::PtyEnd> port;
-    std::string folder;
+    std::unique_ptr<Simulator::PtyEnd> end;
+    std::string port = folder + "/no-port";
 };
 
-PeqValue band(std::string_view channel, int number, float gain, float q) {
-    const auto module = K7Q::module(K7Q::index(ModuleKind::peq, channel, number)).value();
-    PeqValue value = *ModuleValue::factory(module)->as<PeqValue>();
-    value.gain = gain;
-    value.q = q;
-    return value;
-}
+// Some of the settings that the run makes on every board, and how many modules it changes in all.
+constexpr std::pair<const char*, const char*> seeds[] = {
+    {"GAIN/In1", "db=-9 mute=0 phaseNormal=1"},
+    {"PEQ/Out0/2", "fc=135 gain=4 q=1.5 type=0 bypass=0"},
+    {"HPF/Out3", "fc=45 type=5 bypass=0"},
+    {"RMS_DRC/Out3", "threshold=6 ratio=4 hold=0 attack=20 release=300 knee=6"},
+    {"PEAK_DRC/Out3", "threshold=12 ratio=1 hold=0 release=119 knee=0"},
+    {"DELAY/Out2", "ms=2.5 bypass=0"},
+};
+constexpr int seededModules = 30;
 
-// All 92 settings of a board after the run.
-std::map<std::uint8_t, Bytes> seededBoard() {
-    std::map<std::uint8_t, Bytes> settings;
-    for (const ModuleRef& module : K7Q::modules())
-        if (const auto value = ModuleValue::factory(module)) settings[module.index] = value->encoded();
-    const auto put = [&settings](ModuleKind kind, std::string_view channel, int number, auto value) {
-        settings[K7Q::index(kind, channel, number)] = ModuleValue{value}.encoded();
-    };
-    for (const std::string_view input : K7Q::inputs) {
-        put(ModuleKind::gain, input, 0, GainValue{-9, false, true});
-        put(ModuleKind::peq, input, 0, PeqValue{100, 5, 0.7F, 1, false});
-        put(ModuleKind::peq, input, 2, PeqValue{1000, -1.5F, 1, 0, false});
-        put(ModuleKind::peq, input, 3, PeqValue{8000, 3, 0.7F, 2, false});
+// True when the link was cut while the settings were being written.
+Task<bool> hangUpOnceSeeding(std::shared_ptr<Simulator::Line> line, Simulator::PtyEnd* end) {
+    while (line->board(0).value(1).as<GainValue>()->db == 0) {
+        const bool waited = co_await sleepFor(std::chrono::milliseconds(5));
+        if (!waited) co_return false;
     }
-    put(ModuleKind::peq, "In0", 1, band("In0", 1, 3, 3));
-    for (const std::string_view output : K7Q::outputs) {
-        const auto compressor = K7Q::module(K7Q::index(ModuleKind::compressor, output, 0)).value();
-        DynamicsValue dynamics = *ModuleValue::factory(compressor)->as<DynamicsValue>();
-        dynamics.threshold = 6;
-        dynamics.ratio = 4;
-        dynamics.attack = 20;
-        dynamics.release = 300;
-        dynamics.knee = 6;
-        put(ModuleKind::compressor, output, 0, dynamics);
-        put(ModuleKind::limiterBypass, output, 0, false);
-        const auto limiter = K7Q::module(K7Q::index(ModuleKind::limiter, output, 0)).value();
-        LimiterValue limits = *ModuleValue::factory(limiter)->as<LimiterValue>();
-        limits.threshold = 12;
-        limits.release = K7Q::nearestTime(120);
-        put(ModuleKind::limiter, output, 0, limits);
-    }
-    put(ModuleKind::delay, "Out0", 0, DelayValue{1.2F, false});
-    put(ModuleKind::delay, "Out2", 0, DelayValue{2.5F, false});
-    put(ModuleKind::peq, "Out0", 2, band("Out0", 2, 4, 1.5F));
-    put(ModuleKind::peq, "Out0", 6, band("Out0", 6, -5, 3));
-    put(ModuleKind::hpf, "Out0", 0, FilterValue{120, 9, false});
-    put(ModuleKind::lpf, "Out0", 0, FilterValue{1800, 9, false});
-    put(ModuleKind::hpf, "Out1", 0, FilterValue{1800, 9, false});
-    put(ModuleKind::lpf, "Out2", 0, FilterValue{120, 7, false});
-    put(ModuleKind::hpf, "Out3", 0, FilterValue{45, 5, false});
-    return settings;
+    end->hangUp();
+    co_return true;
 }
 
 }  // namespace
 
 TEST_F(SnapshotTest, SetsUpTheChainAndDrawsEveryPage) {
     connectChain(false);
-    EXPECT_EQ(run(), 0);
-    expectPictures();
-    std::vector<QImage> pictures;
-    for (const auto& files : {simpleFiles, technicalFiles})
-        for (const std::string& file : files) {
-            EXPECT_EQ(std::ranges::count(pictures, picture(file)), 0) << file << " shows a page twice";
-            pictures.push_back(picture(file));
-        }
+    EXPECT_EQ(run(folder), 0);
+    const auto drawn = pictures();
+    for (const QImage& picture : drawn)
+        EXPECT_EQ(std::ranges::count(drawn, picture), 1) << "a page is drawn twice";
 
-    const std::map<std::uint8_t, Bytes> expected = seededBoard();
-    for (std::size_t board = 0; board < 3; ++board) {
-        const std::map<std::uint8_t, Bytes> held = onLine([&] {
-            std::map<std::uint8_t, Bytes> settings;
-            for (const auto& [module, bytes] : expected)
-                settings[module] = line->board(board).stored(module);
-            return settings;
-        });
-        for (const auto& [module, bytes] : expected)
-            EXPECT_EQ(held.at(module), bytes) << "board " << board << " module " << int(module);
-        const auto preset = onLine([&] { return line->board(board).preset(2); });
+    std::promise<void> idle;
+    queue->post([&idle] { idle.set_value(); });
+    idle.get_future().wait();  // the line does nothing more
+    EXPECT_EQ(line->summary().faults, std::vector<std::string>{});
+    for (std::size_t position = 0; position < 3; ++position) {
+        const Simulator::Board& board = line->board(position);
+        const auto& preset = board.preset(2);
         ASSERT_TRUE(preset);
-        EXPECT_EQ(std::string(preset->name.begin(), preset->name.begin() + 7), "Igreja ");
-        for (const auto& [module, bytes] : expected)
-            EXPECT_EQ(preset->settings.at(module), bytes) << "preset, module " << int(module);
+        EXPECT_EQ(fieldText(preset->name), "Igreja");
+        std::map<std::string, std::string> changes;
+        for (const auto& [module, bytes] : preset->settings) {
+            EXPECT_EQ(board.stored(module), bytes) << int(module);
+            const ModuleRef ref = K7Q::module(module).value();
+            if (bytes != ModuleValue::factory(ref)->encoded())
+                changes[labelOf(ref)] = fieldsText(board.value(module));
+        }
+        EXPECT_EQ(changes.size(), seededModules);
+        for (const auto& [module, fields] : seeds)
+            EXPECT_EQ(changes[module], fields) << module;
     }
-    EXPECT_EQ(onLine([&] { return line->summary().faults; }), std::vector<std::string>{});
 }
 
-TEST_F(SnapshotTest, EndsWithoutAChainAndDrawsThat) {
-    setUp(folder, folder + "/no-port");
-    EXPECT_EQ(Tests::Process({CORVANE}).end(), 0);
-    expectPictures();
-}
-
-TEST_F(SnapshotTest, EndsWhereNoPictureCanBeWritten) {
-    setUp("/proc/no-folder", "");
-    EXPECT_EQ(Tests::Process({CORVANE}).end(), 0);
+TEST_F(SnapshotTest, EndsWithoutAChain) {
+    EXPECT_EQ(run(folder), 0);
+    pictures();
+    EXPECT_EQ(run("/proc/no-folder"), 0) << "where no picture can be written";
 }
 
 TEST_F(SnapshotTest, EndsWithAChainThatHangsUpInTheMiddle) {
-    // Seeding has begun once the volume has reached the first board.
-    std::function<void()> look = [&] {
-        if (line->board(0).value(1) == ModuleValue{GainValue{-9, false, true}}) return port->hangUp();
-        queue->postAfter(std::chrono::milliseconds(5), [&] { look(); });
-    };
-    queue->post([&] { look(); });
-    EXPECT_EQ(run(), 0);
-    expectPictures();
+    connectChain(true);
+    auto hangingUp = spawn(queue, hangUpOnceSeeding(line, end.get()));
+    EXPECT_EQ(run(folder), 0);
+    hangingUp.requestStop();
+    EXPECT_TRUE(hangingUp.get());
+    pictures();
 }

@@ -3,8 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
-#include <string>
+#include <tuple>
 #include <vector>
 
 namespace Simulator {
@@ -16,9 +17,15 @@ using namespace std::chrono_literals;
 struct LineTest : testing::Test {
     void start(const LineOptions& options = {}) {
         line = std::make_shared<Line>(time.executor(), options);
-        line->connect([this](ByteView bytes) {
-            arrivals.push_back(time.elapsed());
-            for (Frame& frame : parser.feed(bytes))
+        replies.clear();
+        bytes.clear();
+        waited = 0;
+        pieces = 0;
+        line->connect([this](ByteView data) {
+            waited += std::chrono::duration<double, std::milli>(time.now() - sent).count();
+            ++pieces;
+            append(bytes, data);
+            for (Frame& frame : parser.feed(data))
                 replies.push_back(std::move(frame));
         });
     }
@@ -28,155 +35,134 @@ struct LineTest : testing::Test {
             FrameCodec::encode(frame, false, frame.function() == Fun::netStart ? Bytes{0} : Bytes{}));
     }
 
-    std::size_t faults() const { return line->summary().faults.size(); }
-
     VirtualTime time;
     std::shared_ptr<Line> line;
     FrameParser parser;
     std::vector<Frame> replies;
-    std::vector<Duration> arrivals;
+    Bytes bytes;
+    TimePoint sent{};   // when the host sent its request
+    double waited = 0;  // ms from then to each piece that came, in all
+    int pieces = 0;
 };
 
-Frame ping(std::uint8_t address) { return {9, address, Fun::linkStatus, Bytes(8)}; }
-Frame gainWrite(Bytes value) {
+Frame ping(int address) { return {9, static_cast<std::uint8_t>(address), Fun::linkStatus, Bytes(8)}; }
+Frame gainWrite(const Bytes& value) {
     Bytes payload{0, 3, 0, 0};
-    payload.insert(payload.end(), value.begin(), value.end());
-    return {9, 1, Fun::moduleSet, std::move(payload)};
+    append(payload, value);
+    return {9, 1, Fun::moduleSet, payload};
 }
 
 TEST_F(LineTest, EveryWayToBreakTheProtocolIsReported) {
-    const Bytes good = FrameCodec::encode(ping(1), false, {});
-    Bytes badChecksum = good;
-    badChecksum.back() ^= 1;
-    Bytes reserved = good;
-    reserved[6] = 1;
-    Bytes longCount = good;
-    longCount[8] = 65;
-    Bytes noiseBefore = good;
-    noiseBefore.insert(noiseBefore.begin(), {1, 2, 3});
     const auto encoded = [](const Frame& frame) { return FrameCodec::encode(frame, false, {}); };
-    const struct {
-        const char* what;
-        Bytes bytes;
-    } cases[] = {
-        {"wrong checksum", badChecksum},
-        {"reserved bytes", reserved},
-        {"word count", longCount},
-        {"outside a frame", noiseBefore},
-        {"addressing without its stray byte", encoded({255, 255, Fun::netStart, {}})},
-        {"short ping", encoded({9, 1, Fun::linkStatus, Bytes(4)})},
-        {"ping with content", encoded({9, 1, Fun::linkStatus, Bytes(8, 1)})},
-        {"wrong length for the module", encoded(gainWrite(Bytes(16)))},
-        {"no such module", encoded({9, 1, Fun::moduleGet, {0, 99, 0, 0}})},
-        {"write to a meter", encoded({9, 1, Fun::moduleSet, {0, 93, 0, 0}})},
-        {"module header", encoded({9, 1, Fun::moduleGet, {0, 93, 1, 0}})},
-        {"no preset slot", encoded({9, 1, Fun::presetLoad, {32, 0, 0, 0}})},
-        {"name request without spaces", encoded({9, 1, Fun::presetName, Bytes(24)})},
-        {"address 255", encoded({255, 255, Fun::netAddressSet, {255, 0, 0, 0}})},
-        {"another product", encoded({8, 1, Fun::linkStatus, Bytes(8)})},
-        {"a broadcast read", encoded({255, 255, Fun::moduleGet, {0, 93, 0, 0}})},
-        {"a command that hosts do not send", encoded({9, 1, Fun::groupSet, {}})},
-        {"an unknown command", encoded({9, 1, 200, 0, 0, {}})},
-        {"a group", encoded({9, 1, 2, 1, 0, Bytes(8)})},
+    const Bytes good = encoded(ping(1));
+    const auto changed = [&good](std::size_t at, std::uint8_t value) {
+        Bytes bytes = good;
+        bytes[at] = value;
+        return bytes;
     };
-    for (const auto& [what, bytes] : cases) {
+    const std::pair<const char*, Bytes> cases[] = {
+        {"wrong checksum", changed(23, 1)},
+        {"reserved bytes not zero", changed(6, 1)},
+        {"impossible word count", changed(8, 65)},
+        {"bytes outside a frame", Bytes{1, 2, 3}},
+        {"a frame broken off", encoded({255, 255, Fun::netStart, {}})},  // its stray byte is missing
+        {"payload of 4 bytes instead of 8", encoded({9, 1, Fun::linkStatus, Bytes(4)})},
+        {"ping payload not zero", encoded({9, 1, Fun::linkStatus, Bytes(8, 1)})},
+        {"payload of 20 bytes instead of 12", encoded(gainWrite(Bytes(16)))},
+        {"no module 99", encoded({9, 1, Fun::moduleGet, {0, 99, 0, 0}})},
+        {"write to the meter VU/In0", encoded({9, 1, Fun::moduleSet, {0, 93, 0, 0}})},
+        {"module header not zero", encoded({9, 1, Fun::moduleGet, {0, 93, 1, 0}})},
+        {"no preset slot 32", encoded({9, 1, Fun::presetLoad, {32, 0, 0, 0}})},
+        {"name field of a name request not spaces", encoded({9, 1, Fun::presetName, Bytes(24)})},
+        {"not an address", encoded({255, 255, Fun::netAddressSet, {255, 0, 0, 0}})},
+        {"addressing command not broadcast", encoded({9, 1, Fun::netAddressSet, {1, 0, 0, 0}})},
+        {"no board of product 8", encoded({8, 1, Fun::linkStatus, Bytes(8)})},
+        {"broadcast address with a product", encoded({9, 255, Fun::linkStatus, Bytes(8)})},
+        {"function 5 is no broadcast", encoded({255, 255, Fun::moduleGet, {0, 93, 0, 0}})},
+        {"function 54 is not for the host to send", encoded({9, 1, Fun::groupSet, {}})},
+        {"group bytes not zero", encoded({9, 1, 2, 1, 0, Bytes(8)})},
+    };
+    for (const auto& [fault, sentBytes] : cases) {
         start();
-        line->receive(bytes);
-        time.advance(200ms);
-        line->receive(good);  // a frame still open shows by now
-        EXPECT_GE(faults(), 1U) << what;
-        EXPECT_FALSE(line->summary().requests.empty()) << what;
+        line->receive(sentBytes);
+        time.advance(5s);     // the longest time-out of a host
+        line->receive(good);  // shows a frame that is still open
+        ASSERT_EQ(line->summary().faults.size(), 1U) << fault;
+        EXPECT_TRUE(line->summary().faults[0].starts_with(fault)) << line->summary().faults[0];
+        EXPECT_FALSE(line->summary().requests.empty()) << fault;
     }
 }
 
 TEST_F(LineTest, ARequestBeforeTheReplyOrTheTimeoutIsAFault) {
-    start({.boards = 1, .turnaround = 10ms});
-    send(ping(1));
-    time.advance(5ms);
-    send(ping(1));
-    EXPECT_EQ(faults(), 1U);
-    time.advance(100ms);
-    send(ping(1));  // both were answered
-    time.advance(100ms);
-    send(ping(7));  // nobody there: the host waits 200 ms
-    time.advance(199ms);
-    send(ping(7));
-    EXPECT_EQ(faults(), 2U);
-    time.advance(200ms);
-    send(ping(7));
-    EXPECT_EQ(faults(), 2U);
+    for (const auto& [address, pause, faults] :
+         {std::tuple{1, 9ms, 1U}, {1, 11ms, 0U}, {7, 199ms, 1U}, {7, 201ms, 0U}}) {  // nobody is 7
+        start({.boards = 1, .turnaround = 10ms});
+        send(ping(address));
+        time.advance(pause);
+        send(ping(address));
+        EXPECT_EQ(line->summary().faults.size(), faults) << address << " after " << pause.count() << " ms";
+    }
 }
 
-TEST_F(LineTest, APacedLineTakesTheTimeOfItsBytes) {
-    start({.boards = 1, .pace = true, .turnaround = 3ms});
-    send(ping(1));
-    time.runUntilIdle();
-    ASSERT_EQ(arrivals.size(), 1U);
-    const double ms = std::chrono::duration<double, std::milli>(arrivals[0]).count();
-    EXPECT_NEAR(ms, (24 + 24) * 10 / 115.2 + 3, 1e-3);
-}
-
-TEST_F(LineTest, FaultsOfTheLineComeAsOftenAsAskedFor) {
+TEST_F(LineTest, RepliesAreAsSlowAndAsFaultyAsAskedFor) {
+    constexpr double wireTime = 24 * 10 / 115.2;  // ms of a ping or its reply
     const struct {
         const char* what;
         LineOptions options;
         double repliesPerPing;
+        double bytesPerPing;
+        double meanWait;  // ms
     } cases[] = {
-        {"lost", {.boards = 1, .lose = 0.25}, 0.75},
-        {"corrupt", {.boards = 1, .corrupt = 1}, 0.34},  // flips in header bytes go unnoticed
-        {"twice", {.boards = 1, .duplicate = 0.5}, 1.5},
-        {"noise", {.boards = 1, .noise = 1}, 1.0},
-        {"late", {.boards = 1, .late = 0.5, .delay = 100ms}, 1.0},
+        {"paced", {.boards = 1, .pace = true, .turnaround = 3ms}, 1, 24, 2 * wireTime + 3},
+        {"lost", {.boards = 1, .lose = 0.25}, 0.75, 18, 0},
+        // A flipped bit in the header's group and reserved bytes goes unnoticed.
+        {"corrupt", {.boards = 1, .corrupt = 1}, 0.34, 24, 0},
+        {"twice", {.boards = 1, .duplicate = 0.5}, 1.5, 36, wireTime / 3},
+        {"noise", {.boards = 1, .noise = 1}, 1, 24 + 6.5, 0},
+        {"late", {.boards = 1, .late = 0.5, .delay = 100ms}, 1, 24, 50},
     };
     constexpr int pings = 2000;
-    for (const auto& [what, options, expected] : cases) {
-        start(options);
-        replies.clear();
+    for (const auto& c : cases) {
+        start(c.options);
         for (int i = 0; i < pings; ++i) {
+            sent = time.now();
             send(ping(1));
             time.advance(1s);
         }
-        EXPECT_NEAR(static_cast<double>(replies.size()) / pings, expected, 0.06) << what;
+        EXPECT_NEAR(double(replies.size()) / pings, c.repliesPerPing, 0.06) << c.what;
+        EXPECT_NEAR(double(bytes.size()) / pings, c.bytesPerPing, 0.5) << c.what;
+        EXPECT_NEAR(waited / pieces, c.meanWait, c.options.late > 0 ? 3 : 0.1) << c.what;
     }
 }
 
-TEST_F(LineTest, ARefusedWriteChangesNothingAndADeadBoardIsSilent) {
-    start({.boards = 2, .refuse = 1});
-    const ModuleValue before = line->board(0).value(3);
-    send(gainWrite(Bytes{0, 0, 0, 0x40, 1, 1, 0, 0}));
-    ASSERT_EQ(replies.size(), 1U);
-    EXPECT_NE(replies[0].payload[0], 0);
-    EXPECT_EQ(line->board(0).value(3), before);
-    line->mute(1);
-    send(ping(2));
-    EXPECT_EQ(replies.size(), 1U);
-}
-
-TEST_F(LineTest, ValuesAreStoredByteForByte) {
-    start();
-    const Bytes odd{1, 2, 3, 4, 2, 0x80, 0x7F, 0xFF};
-    send(gainWrite(odd));
-    EXPECT_EQ(line->board(0).stored(3), odd);
-    send({9, 1, Fun::moduleGet, {0, 3, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0}});
-    EXPECT_EQ(Bytes(replies.back().payload.begin() + 4, replies.back().payload.end()), odd);
-}
-
-TEST_F(LineTest, TheMusicIsTheSameForTheSameSeedAndMoves) {
-    start({.seed = 4});
-    const auto other = std::make_shared<Line>(time.executor(), LineOptions{.seed = 4});
-    float low = 0;
-    float high = -200;
-    for (int reading = 0; reading < 333; ++reading) {
-        const double seconds = 0.06 * reading;
-        const auto levels = line->board(1).levels(seconds);
-        EXPECT_EQ(levels, other->board(1).levels(seconds));
-        low = std::min(low, levels[0]);
-        high = std::max(high, levels[0]);
+TEST_F(LineTest, AWriteIsStoredByteForByteOrRefused) {
+    for (const double refuse : {0, 1}) {
+        start({.refuse = refuse});
+        const Bytes odd{1, 2, 3, 4, 2, 0x80, 0x7F, 0xFF};
+        send(gainWrite(odd));
+        EXPECT_EQ(replies.at(0).payload[0] == 0, refuse == 0);
+        EXPECT_EQ(line->board(0).stored(3) == odd, refuse == 0);
     }
-    EXPECT_GT(high - low, 6);
-    EXPECT_LT(high, 6);
-    EXPECT_GT(low, -60);
-    EXPECT_NE(line->board(0).levels(1), line->board(1).levels(1));
+}
+
+TEST_F(LineTest, TheMusicMovesAndIsTheSameForTheSameSeed) {
+    const auto play = [this](const LineOptions& options, std::uint8_t board) {
+        start(options);
+        std::vector<float> piece;
+        for (int reading = 0; reading < 333; ++reading) {
+            send({9, board, Fun::moduleGet, {0, K7Q::meterIndex, 0, 0}});
+            piece.push_back(f32(replies.back().payload, 4));
+            time.advance(60ms);
+        }
+        return piece;
+    };
+    const auto piece = play({.seed = 4}, 2);
+    const auto [low, high] = std::ranges::minmax(piece);
+    EXPECT_TRUE(high - low > 6 && high < 6 && low > -60) << low << " to " << high;
+    EXPECT_EQ(play({.seed = 4}, 2), piece);
+    EXPECT_NE(play({.seed = 5}, 2), piece);
+    EXPECT_NE(play({.seed = 4}, 1), piece);
+    EXPECT_EQ(play({.still = true, .seed = 4}, 2), std::vector<float>(piece.size(), piece.front()));
 }
 
 }  // namespace

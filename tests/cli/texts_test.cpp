@@ -1,0 +1,101 @@
+#include "cli/modules.hpp"
+
+#include "cli/link.hpp"
+#include "cli/numbers.hpp"
+#include "cli/output.hpp"
+#include "tests/chain.hpp"
+
+#include "Wendril/fields.hpp"
+#include "Wendril/limits.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using namespace Cli;
+using namespace Wendril;
+using Tests::failureOf;
+
+TEST(ModulesTest, AModuleIsNamedByItsLabelOrItsNumber) {
+    EXPECT_EQ(parseModule("peq/out2/4").index, K7Q::index(ModuleKind::peq, "Out2", 4));
+    for (const ModuleRef& ref : K7Q::modules()) {
+        EXPECT_EQ(parseModule(labelOf(ref)), ref);
+        EXPECT_EQ(parseModule(std::to_string(ref.index)), ref);
+    }
+}
+
+TEST(ModulesTest, FieldsAreSetByNameAndTheOthersStay) {
+    ModuleValue value{GainValue{1, false, true}};
+    for (const char* const change : {"db=-3,5", "mute=1"})
+        parseChange(parseModule("GAIN/In0"), change)(value);
+    EXPECT_EQ(value, (ModuleValue{GainValue{-3.5F, true, true}}));
+}
+
+TEST(ModulesTest, WhatAModuleCannotTakeIsRefusedWithWhatItTakes) {
+    const char* const cases[][3] = {
+        {"99", "db=0", "não há módulo 99; os números vão de 1 a 98"},
+        {"PEQ/In0/4", "gain=0", "PEQ/In0/0 a PEQ/In0/3"},
+        {"REVERB/In0", "db=0", "GAIN"},
+        {"GAIN/In0", "db=6.1", "vai de -60 a 6"},
+        {"GAIN/Out0", "db=15.1", "vai de -60 a 15"},
+        {"GAIN/In0", "db=nan", "vai de"},
+        {"GAIN/In0", "db=", "precisa de um número"},
+        {"GAIN/In0", "mute=2", "0 ou 1"},
+        {"GAIN/In0", "level=1", "os campos são db, mute, phaseNormal"},
+        {"GAIN/In0", "db", "campo=valor"},
+        {"PEQ/In0/0", "fc=20.5", "número inteiro"},
+        {"PEQ/In0/0", "type=3", "peak"},
+        {"HPF/Out0", "type=99", "Linkwitz 24 dB"},
+        {"RMS_DRC/Out0", "attack=96", "o mais próximo é 95"},
+        {"VU/In0", "db=1", "medidor"},
+    };
+    for (const auto& [module, change, named] : cases) {
+        const std::string failure = failureOf([&] { parseChange(parseModule(module), change); });
+        EXPECT_NE(failure.find(named), std::string::npos) << module << " " << change << ": " << failure;
+    }
+}
+
+TEST(ModulesTest, EveryNumberOfEveryModuleHasItsLimits) {
+    for (const ModuleRef& ref : K7Q::modules()) {
+        auto value = ModuleValue::factory(ref);
+        if (!value) continue;
+        forEachField(*value, [&ref]<class Field>(const std::string& name, const Field&) {
+            if constexpr (std::is_same_v<Field, float> || std::is_same_v<Field, std::uint32_t>) {
+                const Limits limits = limitsOf(ref.kind, name, ref.channel);
+                const auto refusal = [&](double number) {
+                    return failureOf([&] { parseChange(ref, name + "=" + numberText(number)); });
+                };
+                EXPECT_EQ(refusal(limits.lowest), "");
+                EXPECT_EQ(refusal(limits.highest), "");
+                EXPECT_NE(refusal(limits.highest + 1), "") << labelOf(ref) << " " << name;
+                EXPECT_NE(refusal(limits.lowest - 1), "") << labelOf(ref) << " " << name;
+            }
+        });
+    }
+}
+
+TEST(EndpointTest, ABridgeIsAHostWithOrWithoutAPort) {
+    EXPECT_EQ(Endpoint::ofBridge("10.0.0.7"), (Endpoint{"", "10.0.0.7", 8899}));
+    EXPECT_EQ(Endpoint::ofBridge("bridge.local:23"), (Endpoint{"", "bridge.local", 23}));
+    EXPECT_EQ(Endpoint::ofBridge("::1"), (Endpoint{"", "::1", 8899}));
+    EXPECT_EQ(Endpoint::ofBridge("[::1]:23"), (Endpoint{"", "::1", 23}));
+    for (const char* const text :
+         {"", ":8899", "host:", "host:0", "host:65536", "host:80x", "[]:1", "[::1]23"})
+        EXPECT_NE(failureOf([text] { Endpoint::ofBridge(text); }), "") << text;
+}
+
+TEST(OutputTest, ColumnsAlignAlsoUnderLettersOfTwoBytes) {
+    EXPECT_EQ(table({"nº", "nome", "dB"}, {{"7", "São João", "-3"}, {"12", "Festa", "0"}}),
+              "nº  nome      dB\n"
+              "7   São João  -3\n"
+              "12  Festa     0\n");
+}
+
+TEST(OutputTest, NumbersReadTheSameInEveryProgram) {
+    EXPECT_EQ(fixed(-0.25, 2), "-0.25");
+    EXPECT_EQ(fixed(std::numeric_limits<double>::max(), 0).size(), 309U);
+    EXPECT_EQ(fixed(std::numeric_limits<double>::quiet_NaN(), 1), "-");
+    EXPECT_EQ(jsonOf(ModuleValue{MixerValue{-3.3F, true, false}}).dump(),
+              R"({"db":-3.3,"mute":true,"phaseNormal":false})");
+    EXPECT_EQ(jsonOf(std::numeric_limits<float>::infinity()).dump(), "null");
+}
