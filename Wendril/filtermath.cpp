@@ -250,7 +250,7 @@ std::optional<Section> peqCoefficients(double fc, double gain, double q, std::ui
     const auto normalised = [](double b0, double b1, double b2, double a0, double a1, double a2) {
         return Section{b0 / a0, b1 / a0, b2 / a0, a1 / a0, a2 / a0};
     };
-    const auto shape = peqType(type);
+    const auto shape = peqTypeFromRaw(type);
     if (!shape) return std::nullopt;
     if (*shape == PeqType::peak)
         return normalised(1 + alpha * amplitude, -2 * cosine, 1 - alpha * amplitude,  //

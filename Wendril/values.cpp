@@ -98,7 +98,7 @@ struct Encoding {
 
 }  // namespace
 
-std::optional<PeqType> peqType(std::uint8_t raw) {
+std::optional<PeqType> peqTypeFromRaw(std::uint8_t raw) {
     if (raw > static_cast<std::uint8_t>(PeqType::highShelf)) return std::nullopt;
     return static_cast<PeqType>(raw);
 }

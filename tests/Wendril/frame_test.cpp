@@ -115,7 +115,7 @@ TEST(FrameParserTest, ReservedBytesAndUnknownFunctionsAreAccepted) {
     EXPECT_EQ(frames[0], Frame(9, 1, 201, 3, 4, {}));
     EXPECT_FALSE(frames[0].function().has_value());
     for (const int unknown : {0, 4, 14, 48, 51, 53, 55, 255})
-        EXPECT_FALSE(funOf(static_cast<std::uint8_t>(unknown)).has_value()) << unknown;
+        EXPECT_FALSE(funFromRaw(static_cast<std::uint8_t>(unknown)).has_value()) << unknown;
 }
 
 // Whatever the stream and its cuts, the parser finds the same frames and never holds more than

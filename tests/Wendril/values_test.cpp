@@ -41,8 +41,8 @@ TEST(ProfileTest, ModulesHaveTheNumbersOfTheBoard) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(K7Q::index(c.kind, c.channel, c.band), c.number);
-    EXPECT_EQ(moduleKind("RMS_DRC"), ModuleKind::compressor);
-    EXPECT_FALSE(moduleKind("rms_drc") || moduleKind(""));
+    EXPECT_EQ(moduleKindFromRaw("RMS_DRC"), ModuleKind::compressor);
+    EXPECT_FALSE(moduleKindFromRaw("rms_drc") || moduleKindFromRaw(""));
 }
 
 TEST(ProfileDeathTest, AModuleThatTheBoardLacksStopsTheProgram) {
@@ -105,7 +105,7 @@ TEST(ValueTest, AnyByteButZeroIsTrueAndIsSentAsOne) {
     EXPECT_EQ(ModuleValue::decode(ModuleKind::gateBypass, Bytes{0, 1, 0, 0}), ModuleValue{true});
     EXPECT_EQ(ModuleValue::decode(ModuleKind::limiterBypass, Bytes(4)), ModuleValue{false});
     EXPECT_EQ(ModuleValue::decode(ModuleKind::peq, Bytes(16, 200))->encoded()[12], 200);
-    EXPECT_FALSE(peqType(3).has_value());
+    EXPECT_FALSE(peqTypeFromRaw(3).has_value());
 }
 
 TEST(ValueTest, DefaultsAreThoseOfTheBoard) {
