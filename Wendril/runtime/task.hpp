@@ -124,8 +124,9 @@ struct TaskResult<void> {
 /// The task starts later than the call that makes it, so its parameters go by value. The exception is a
 /// task that is awaited in the expression that makes it.
 ///
-/// g++ 12 destroys what a braced list creates in an expression with `co_await` twice. Where a task
-/// takes such an argument it gets a name first: `auto task = f({1, 2}); co_await std::move(task);`.
+/// g++ 12 destroys an aggregate twice that is created in an expression with `co_await` and that owns
+/// something: a braced list, or a lambda with such captures. Where a task takes one, the task gets a name
+/// first: `auto task = f({1, name}); co_await std::move(task);`.
 template <class T = void>
 class [[nodiscard]] Task {
 public:
