@@ -192,6 +192,7 @@ TEST_F(BusTest, DroppingTheBusEndsItsRequestsWithoutACallOfTheCloseHandler) {
     open();
     auto first = start(1, 1);
     auto queued = start(2);
+    client.bus.reset();
     bus.reset();
     transport->onData(wire(frameOf(2)));
     EXPECT_EQ(after(0ms, first) + after(0ms, queued), closed + closed);

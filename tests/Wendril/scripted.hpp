@@ -46,8 +46,14 @@ public:
     int closes = 0;
 };
 
-/// A closed bus and a client before such a far end, in virtual time.
+/// A bus and a client with such a far end, in virtual time; closed without an `answer`.
 struct Scripted {
+    explicit Scripted(ScriptedTransport::Answer answer = {}) {
+        if (!answer) return;
+        transport->answer = std::move(answer);
+        run(bus->open());
+    }
+
     template <class T>
     T run(Task<T> task) {
         return time.run(std::move(task));
@@ -56,6 +62,7 @@ struct Scripted {
     Simulator::VirtualTime time;
     std::shared_ptr<ScriptedTransport> transport = std::make_shared<ScriptedTransport>(time.executor());
     std::shared_ptr<Bus> bus = std::make_shared<Bus>(transport);
+    K7QClient client{bus, K7Q::productID};
 };
 
 }  // namespace Tests
