@@ -3,10 +3,10 @@
 #include "Wendril/runtime/stream.hpp"
 
 #include <algorithm>
-#include <atomic>
 #include <deque>
+#include <mutex>
 #include <optional>
-#include <thread>
+#include <stop_token>
 #include <utility>
 
 namespace Wendril {
@@ -32,8 +32,8 @@ std::uint8_t functionOf(ByteView frame) { return frame.size() >= 4 ? frame[3] : 
 
 }  // namespace
 
-// The bus's state, confined to its executor. Requests keep it alive to their end; the pump, the
-// timers and the transport's callbacks hold it weakly.
+// The bus's state, confined to its executor. A request shares it until it ends. The pump, the timer
+// and the transport's callbacks refer to it weakly, so that they do not keep a dropped bus alive.
 class Bus::Core : public std::enable_shared_from_this<Core> {
 public:
     Core(std::shared_ptr<Transport> transport, std::shared_ptr<Executor> executor)
@@ -53,34 +53,8 @@ public:
     void abandon();
 
 private:
-    // The request now waiting for its reply. It lives in the request's coroutine.
-    struct Waiter {
-        Waiter(Core& core, const Match& match)
-            : core(core)
-            , match(match) {}
-        ~Waiter() {
-            if (core.waiter == this) core.waiter = nullptr;
-        }
-        Waiter(const Waiter&) = delete;
-        Waiter& operator=(const Waiter&) = delete;
-
-        Core& core;
-        const Match& match;
-        TimePoint deadline;
-        std::weak_ptr<OneShotEvent> place;  // owned by the alarm
-        std::optional<Frame> reply;
-        bool closed = false;
-    };
-
-    // The timer of whoever waits: set anew only when it rings before the deadline of that time. One
-    // for each attempt would leave thousands a second behind on a fast line.
-    struct Alarm {
-        TimePoint due;
-        std::shared_ptr<OneShotEvent> place;
-    };
-
-    // A request's turn on the line. Awaiting it waits for the line; its end, however it comes,
-    // passes the line on.
+    // Passes the line on at the end of its scope, if it holds the line by then. It is made before the
+    // request waits for the line, so that a request destroyed while it waits passes the line on, too.
     class LineLock {
     public:
         explicit LineLock(Core& core)
@@ -91,17 +65,6 @@ private:
         LineLock(const LineLock&) = delete;
         LineLock& operator=(const LineLock&) = delete;
 
-        bool await_ready() {
-            if (core.busy) return false;
-            core.busy = holdsLine = true;
-            return true;
-        }
-        template <detail::OfThisRuntime Promise>
-        void await_suspend(std::coroutine_handle<Promise> task) {
-            core.queue.push_back({this, Continuation(task.promise())});
-        }
-        void await_resume() const noexcept {}
-
         bool holdsLine = false;
 
     private:
@@ -109,51 +72,78 @@ private:
     };
 
     struct Queued {
-        LineLock* turn;
+        LineLock* lock;
         Continuation caller;
     };
 
-    // Marks the time during which the transport may block the executor.
-    class Blocking {
-    public:
-        explicit Blocking(Core& core)
-            : core(core) {
-            core.blocked = true;
+    // The attempt that waits for its reply. It lives in the coroutine of `exchange`.
+    struct Waiter {
+        Waiter(Core& core, const Match& match, TimePoint deadline)
+            : core(core)
+            , match(match)
+            , deadline(deadline) {
+            core.waiter = this;
         }
-        ~Blocking() { core.blocked = false; }
-        Blocking(const Blocking&) = delete;
-        Blocking& operator=(const Blocking&) = delete;
+        ~Waiter() {
+            if (core.waiter == this) core.waiter = nullptr;
+        }
+        Waiter(const Waiter&) = delete;
+        Waiter& operator=(const Waiter&) = delete;
 
-    private:
         Core& core;
+        const Match& match;
+        const TimePoint deadline;
+        std::weak_ptr<OneShotEvent> ended;  // owned by the timer
+        std::optional<Frame> reply;
+        bool closed = false;
     };
 
-    static Task<void> pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chunks, std::uint64_t period);
+    // One timer serves all attempts. When it fires early it is re-armed for the current deadline, so
+    // that a fast line does not pile up timers.
+    struct Timer {
+        TimePoint due;
+        std::shared_ptr<OneShotEvent> attemptEnded;
+    };
 
-    void unblock();
+    auto acquire(LineLock& lock) {
+        return detail::Suspension{[this, &lock](TaskContext& task) {
+                                      if (std::exchange(busy, true)) {
+                                          queue.push_back({&lock, Continuation(task)});
+                                          return true;
+                                      }
+                                      lock.holdsLine = true;
+                                      return false;
+                                  },
+                                  [] {}};
+    }
     void release();
-    void send(const Bytes& frame);
-    void expect(Waiter& next, Duration timeout);
-    void ingest(const Bytes& chunk);
-    void set(const std::shared_ptr<Alarm>& alarm, TimePoint due);
-    void ring(const std::shared_ptr<Alarm>& alarm);
+    Task<std::optional<Frame>> exchange(const Bytes& frame, Duration timeout, const Match& match);
+    void startTimer(Waiter& attempt);
+    void arm(const std::shared_ptr<Timer>& timer, TimePoint due);
+    void expire(const std::shared_ptr<Timer>& timer);
     void resumeWaiter();
-    void closed(std::uint64_t endedPeriod, const std::exception_ptr& error);
+    static Task<void> pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chunks,
+                           std::uint64_t generation);
+    void ingest(const Bytes& chunk);
+    std::stop_token tokenForOpening();
+    void stopTransport();
+    void closed(std::uint64_t endedGeneration, const std::exception_ptr& error);
 
     const std::shared_ptr<Transport> transport;
     const std::shared_ptr<Executor> executor;
     FrameParser parser;
     Waiter* waiter = nullptr;
-    std::weak_ptr<Alarm> currentAlarm;
+    std::weak_ptr<Timer> currentTimer;
     bool busy = false;
     std::deque<Queued> queue;
     bool isOpen = false;
-    std::uint64_t period = 0;  // counts the openings: a late report of an earlier one is ignored
+    std::uint64_t generation = 0;  // counts the openings: reports and bytes of an earlier one are ignored
     Logger logger;
     CloseHandler closeHandler;
-    std::atomic<bool> blocked = false;
-    std::atomic<bool> abandoned = false;
-    std::atomic<std::uint64_t> closings = 0;  // counts the requests to close
+
+    std::mutex mutex;
+    std::stop_source openings;  // guarded by mutex, as is the next; stops the openings asked for so far
+    bool abandoned = false;
 };
 
 Task<void> Bus::Core::setLogger(std::shared_ptr<Core> self, Logger logger) {
@@ -166,85 +156,60 @@ Task<void> Bus::Core::onClose(std::shared_ptr<Core> self, CloseHandler handler) 
     self->closeHandler = std::move(handler);
 }
 
-// A close that is asked for after the opening wins over it, however far the opening is.
 Task<void> Bus::Core::open(std::shared_ptr<Core> self) {
-    const std::uint64_t closingsBefore = self->closings;
+    const std::stop_token stop = self->tokenForOpening();
     co_await resumeOn(self->executor);
     if (self->isOpen) co_return;
-    const std::uint64_t period = ++self->period;
+    if (stop.stop_requested()) throw BusError::closed();
+    const std::uint64_t generation = ++self->generation;
     const auto stream = makeStream<Bytes>();
     auto onData = [writer = stream.first](ByteView data) { writer.push(Bytes(data.begin(), data.end())); };
     auto onClose = [writer = stream.first, weakCore = std::weak_ptr(self),
-                    period](const std::exception_ptr& error) {
+                    generation](const std::exception_ptr& error) {
         writer.finish();
         const auto core = weakCore.lock();
         if (!core) return;
-        core->executor->post([weakCore, period, error] {
-            if (const auto core = weakCore.lock()) core->closed(period, error);
+        core->executor->post([weakCore, generation, error] {
+            if (const auto core = weakCore.lock()) core->closed(generation, error);
         });
     };
-    {
-        const Blocking mark(*self);
-        if (self->abandoned || self->closings != closingsBefore) throw BusError::closed();
-        self->transport->open(std::move(onData), std::move(onClose));
-    }
+    self->transport->cancellableOpen(std::move(onData), std::move(onClose), stop);
     self->parser.reset();
     self->isOpen = true;
-    spawn(self->executor, pump(self, stream.second, period));
+    spawn(self->executor, pump(self, stream.second, generation));
 }
 
 Task<void> Bus::Core::close(std::shared_ptr<Core> self) {
-    self->unblock();
+    self->stopTransport();
     co_await resumeOn(self->executor);
     self->transport->close();
-    self->closed(self->period, nullptr);
+    self->closed(self->generation, nullptr);
 }
 
-// The owner is gone: nobody is left to be told.
+// The owner is gone, so logger and close handler are not called any more.
 void Bus::Core::abandon() {
-    abandoned = true;
-    unblock();
+    {
+        const std::scoped_lock lock(mutex);
+        abandoned = true;
+    }
+    stopTransport();
     executor->post([self = shared_from_this()] {
         self->logger = nullptr;
         self->closeHandler = nullptr;
         self->transport->close();
-        self->closed(self->period, nullptr);
+        self->closed(self->generation, nullptr);
     });
 }
 
 Task<Frame> Bus::Core::request(std::shared_ptr<Core> self, Bytes frame, Duration timeout, int retries,
                                Match match) {
     co_await resumeOn(self->executor);
-    LineLock turn(*self);
-    co_await turn;
+    LineLock lock(*self);
+    co_await self->acquire(lock);
     for (int resendsLeft = std::max(retries, 0);; --resendsLeft) {
-        Waiter waiter(*self, match);
-        self->send(frame);
-        self->expect(waiter, timeout);
-        if (auto* const place = waiter.place.lock().get()) co_await place->park();
-        if (waiter.reply) co_return *std::move(waiter.reply);
-        if (waiter.closed) throw BusError::closed();
+        auto reply = co_await self->exchange(frame, timeout, match);
+        if (reply) co_return *std::move(reply);
         if (resendsLeft == 0) throw BusError::timeout(functionOf(frame));
-    }
-}
-
-Task<void> Bus::Core::pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chunks, std::uint64_t period) {
-    for (;;) {
-        const std::optional<Bytes> chunk = co_await chunks.next();
-        if (!chunk) co_return;
-        const auto core = weakCore.lock();
-        if (!core || !core->isOpen || core->period != period) co_return;
-        core->ingest(*chunk);
-    }
-}
-
-// Ends an `open` or `write` that holds the executor: closing the transport from here makes it
-// return. It may be about to begin and not have seen the first close, so there are a few.
-void Bus::Core::unblock() {
-    ++closings;
-    for (int attempt = 0; attempt < 100 && blocked; ++attempt) {
-        transport->close();
-        std::this_thread::sleep_for(std::chrono::microseconds(100));
     }
 }
 
@@ -255,42 +220,62 @@ void Bus::Core::release() {
     }
     Queued next = std::move(queue.front());
     queue.pop_front();
-    next.turn->holdsLine = true;
+    next.lock->holdsLine = true;
     std::move(next.caller).post();
 }
 
-void Bus::Core::send(const Bytes& frame) {
+// One attempt: sends `frame` and waits for its reply. None when the time-out comes first. The
+// references are to the coroutine of `request`, which awaits this one.
+Task<std::optional<Frame>> Bus::Core::exchange(const Bytes& frame, Duration timeout, const Match& match) {
     if (!isOpen) throw BusError::closed();
     if (logger) logger("-> " + hex(frame));
-    const Blocking mark(*this);
     transport->write(frame);
+    Waiter attempt(*this, match, timeAfter(executor->now(), timeout));
+    startTimer(attempt);
+    // The event owns the task that waits for it. If that task shared the event, neither would ever end.
+    if (OneShotEvent* const ended = attempt.ended.lock().get()) co_await ended->wait();
+    if (attempt.closed) throw BusError::closed();
+    co_return std::move(attempt.reply);
 }
 
-void Bus::Core::expect(Waiter& next, Duration timeout) {
-    waiter = &next;
-    next.deadline = executor->now() + timeout;
-    auto place = std::make_shared<OneShotEvent>();
-    next.place = place;
-    auto alarm = currentAlarm.lock();
-    if (!alarm || alarm->due > next.deadline) {
-        alarm = std::make_shared<Alarm>();
-        currentAlarm = alarm;
-        set(alarm, next.deadline);
+void Bus::Core::startTimer(Waiter& attempt) {
+    auto ended = std::make_shared<OneShotEvent>();
+    attempt.ended = ended;
+    auto timer = currentTimer.lock();
+    if (!timer || timer->due > attempt.deadline) {
+        timer = std::make_shared<Timer>();
+        currentTimer = timer;
+        arm(timer, attempt.deadline);
     }
-    alarm->place = std::move(place);
+    timer->attemptEnded = std::move(ended);
 }
 
-void Bus::Core::set(const std::shared_ptr<Alarm>& alarm, TimePoint due) {
-    alarm->due = due;
-    executor->postAfter(due - executor->now(), [alarm, weakCore = weak_from_this()] {
-        if (const auto core = weakCore.lock()) core->ring(alarm);
+void Bus::Core::arm(const std::shared_ptr<Timer>& timer, TimePoint due) {
+    timer->due = due;
+    executor->postAfter(due - executor->now(), [timer, weakCore = weak_from_this()] {
+        if (const auto core = weakCore.lock()) core->expire(timer);
     });
 }
 
-void Bus::Core::ring(const std::shared_ptr<Alarm>& alarm) {
-    if (!waiter || currentAlarm.lock() != alarm) return;
-    if (waiter->deadline > executor->now()) return set(alarm, waiter->deadline);
+void Bus::Core::expire(const std::shared_ptr<Timer>& timer) {
+    if (!waiter || currentTimer.lock() != timer) return;
+    if (waiter->deadline > executor->now()) return arm(timer, waiter->deadline);
     resumeWaiter();
+}
+
+void Bus::Core::resumeWaiter() {
+    if (const auto ended = std::exchange(waiter, nullptr)->ended.lock()) ended->set();
+}
+
+Task<void> Bus::Core::pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chunks,
+                           std::uint64_t generation) {
+    for (;;) {
+        const std::optional<Bytes> chunk = co_await chunks.next();
+        if (!chunk) co_return;
+        const auto core = weakCore.lock();
+        if (!core || !core->isOpen || core->generation != generation) co_return;
+        core->ingest(*chunk);
+    }
 }
 
 void Bus::Core::ingest(const Bytes& chunk) {
@@ -302,12 +287,27 @@ void Bus::Core::ingest(const Bytes& chunk) {
     });
 }
 
-void Bus::Core::resumeWaiter() {
-    if (const auto place = std::exchange(waiter, nullptr)->place.lock()) place->resume();
+std::stop_token Bus::Core::tokenForOpening() {
+    const std::scoped_lock lock(mutex);
+    return openings.get_token();
 }
 
-void Bus::Core::closed(std::uint64_t endedPeriod, const std::exception_ptr& error) {
-    if (!isOpen || endedPeriod != period) return;
+// Ends an `open` or `write` of the transport that holds the executor, and the openings that have been
+// asked for and have not begun. Called from any thread, and returns at once. Only an abandoned bus
+// stops the openings of the future as well.
+void Bus::Core::stopTransport() {
+    std::stop_source stopped;
+    {
+        const std::scoped_lock lock(mutex);
+        stopped = openings;
+        if (!abandoned) openings = std::stop_source();
+    }
+    stopped.request_stop();
+    transport->close();
+}
+
+void Bus::Core::closed(std::uint64_t endedGeneration, const std::exception_ptr& error) {
+    if (!isOpen || endedGeneration != generation) return;
     isOpen = false;
     if (waiter) {
         waiter->closed = true;

@@ -39,11 +39,11 @@ private:
 };
 
 /// One request at a time on a half-duplex line: sends, waits for the reply that the caller
-/// recognises, resends after a time-out. Requests are served strictly in the order in which they
-/// came.
+/// recognises, resends after a time-out. Requests get the line in the order in which they ask for it.
 ///
 /// All state lives on `executor`; the operations may be started on any executor. Dropping the bus
-/// closes it: whoever waits gets `closed`. A request is not cut short by anything else.
+/// closes it. A request ends with its reply, its time-out or the closing of the bus: stopping the task
+/// that made it does not end it sooner.
 class Bus {
 public:
     using Logger = std::function<void(std::string line)>;
@@ -68,14 +68,16 @@ public:
     /// a clean end of the link, else with the transport's error. Replaces any earlier handler.
     Task<void> onClose(CloseHandler handler);
 
-    /// Throws what the transport's `open` throws; the bus stays closed then.
+    /// Throws what the transport's `open` throws; the bus stays closed then. A `close` that starts
+    /// after it also ends it, however far it has got.
     Task<void> open();
 
-    /// Fails a waiting request with `closed` at once, also one whose transport blocks.
+    /// Ends an `open` or `write` of the transport that blocks. The waiting request fails with `closed`
+    /// at once, those behind it as they get the line.
     Task<void> close();
 
-    /// Ends the bus for good, from any thread and without waiting, as dropping it does: for an owner
-    /// that shares it with requests.
+    /// Closes the bus for good, as dropping it does: from any thread, without waiting, without a call of
+    /// the close handler. For an owner whose requests share the bus and would keep it open.
     void abandon();
 
     /// Sends `frame` (encoded) up to `retries` + 1 times, waiting `timeout` for each, and returns

@@ -45,7 +45,7 @@ Bus::Match replyFrom(std::uint8_t address, Fun fun) {
     return [=](const Frame& frame) { return frame.fun == codeOf(fun) && frame.address == address; };
 }
 
-Bus::Match replyOfAnyone(Fun fun) {
+Bus::Match replyFromAny(Fun fun) {
     return [=](const Frame& frame) { return frame.fun == codeOf(fun); };
 }
 
@@ -65,7 +65,7 @@ Bus::Match ackFrom(std::uint8_t address, Fun fun) {
     return [=](const Frame& frame) { return frame.address == address && acknowledges(frame, fun); };
 }
 
-Bus::Match ackOfAnyone(Fun fun) {
+Bus::Match ackFromAny(Fun fun) {
     return [=](const Frame& frame) { return acknowledges(frame, fun); };
 }
 
@@ -100,14 +100,13 @@ Task<Frame> broadcast(const K7QClient& client, const Command& command, Bytes pay
                                std::move(match));
 }
 
-// The operations, as coroutines that own a copy of their client: it may be gone when they run. They
-// name each exchange before awaiting it, so that no temporary lives across the wait.
+// The operations are coroutines outside the class, each with a copy of its client: the client that was
+// called may be gone by the time they run.
 
 Task<bool> pingOf(K7QClient client, std::uint8_t address, Duration timeout) {
-    auto exchange =
-        send(client, address, {Fun::linkStatus, timeout, 0}, Bytes(8), replyFrom(address, Fun::linkStatus));
     try {
-        co_await std::move(exchange);
+        co_await send(client, address, {Fun::linkStatus, timeout, 0}, Bytes(8),
+                      replyFrom(address, Fun::linkStatus));
         co_return true;
     } catch (const std::exception&) {
         co_return false;
@@ -115,8 +114,7 @@ Task<bool> pingOf(K7QClient client, std::uint8_t address, Duration timeout) {
 }
 
 Task<DeviceInfo> infoOf(K7QClient client, std::uint8_t address) {
-    auto exchange = send(client, address, infoCommand, {}, replyFrom(address, Fun::devInfo));
-    const Frame reply = co_await std::move(exchange);
+    const Frame reply = co_await send(client, address, infoCommand, {}, replyFrom(address, Fun::devInfo));
     auto info = DeviceInfo::parse(reply.payload);
     if (!info) throw BusError::rejected(codeOf(Fun::devInfo));
     co_return *std::move(info);
@@ -126,22 +124,20 @@ Task<std::vector<DeviceInfo>> scanOf(K7QClient client, std::uint8_t first, std::
     std::vector<DeviceInfo> found;
     for (int address = first; address <= last; ++address) {
         const auto target = static_cast<std::uint8_t>(address);
-        const bool answers = co_await client.ping(target, scanTimeout);
-        if (!answers) continue;
+        if (!co_await client.ping(target, scanTimeout)) continue;
         try {
             found.push_back(co_await client.info(target));
         } catch (const std::exception&) {
-            continue;  // it answers but cannot say what it is
+            continue;  // it answers a ping, but with no identity it cannot be shown
         }
     }
     co_return found;
 }
 
-// Who is next in the chain; every failure is silence.
+// The identity of the next board that has no address. Any failure counts as no answer.
 Task<std::optional<DeviceInfo>> identify(K7QClient client) {
-    auto exchange = broadcast(client, identifyCommand, {}, {}, replyOfAnyone(Fun::devInfo));
     try {
-        const Frame reply = co_await std::move(exchange);
+        const Frame reply = co_await broadcast(client, identifyCommand, {}, {}, replyFromAny(Fun::devInfo));
         co_return DeviceInfo::parse(reply.payload);
     } catch (const std::exception&) {
         co_return std::nullopt;
@@ -149,25 +145,22 @@ Task<std::optional<DeviceInfo>> identify(K7QClient client) {
 }
 
 // The boards answer in chain order: one that has taken an address falls silent on identify, so
-// each round reaches the next board. The chain ends where two rounds in a row find nobody.
+// each round reaches the next board. Two rounds in a row without an answer are the end of the chain.
 Task<std::vector<DeviceInfo>> assignAddressesOf(K7QClient client, int maxDevices) {
     constexpr std::array<std::uint8_t, 1> startStray{0x00};
-    auto starting = broadcast(client, startCommand, {}, startStray, ackOfAnyone(Fun::netStart));
-    co_await std::move(starting);
+    co_await broadcast(client, startCommand, {}, startStray, ackFromAny(Fun::netStart));
     std::vector<DeviceInfo> found;
     bool secondChance = true;
     const auto wanted = static_cast<std::size_t>(std::clamp(maxDevices, 0, 254));
     while (found.size() < wanted) {
-        auto identifying = identify(client);
-        std::optional<DeviceInfo> next = co_await std::move(identifying);
+        std::optional<DeviceInfo> next = co_await identify(client);
         if (!next) {
             if (!std::exchange(secondChance, false)) break;
             continue;
         }
         const auto address = static_cast<std::uint8_t>(found.size() + 1);
-        auto setting =
-            broadcast(client, setAddressCommand, {address, 0, 0, 0}, {}, ackOfAnyone(Fun::netAddressSet));
-        co_await std::move(setting);
+        co_await broadcast(client, setAddressCommand, numberPayload(address), {},
+                           ackFromAny(Fun::netAddressSet));
         next->address = address;
         found.push_back(*std::move(next));
         secondChance = true;
@@ -179,8 +172,8 @@ Task<std::vector<DeviceInfo>> assignAddressesOf(K7QClient client, int maxDevices
 Task<ModuleValue> readOf(K7QClient client, std::uint8_t address, ModuleRef ref) {
     Bytes payload = moduleHeader(ref.index);
     if (const auto factory = ModuleValue::factory(ref)) append(payload, factory->encoded());
-    auto exchange = send(client, address, readCommand, std::move(payload), moduleReply(address, ref.index));
-    const Frame reply = co_await std::move(exchange);
+    const Frame reply =
+        co_await send(client, address, readCommand, std::move(payload), moduleReply(address, ref.index));
     const ByteView bytes(reply.payload);
     const auto value = ModuleValue::decode(ref.kind, bytes.subspan(std::min(headerBytes, bytes.size())));
     if (!value) throw BusError::rejected(codeOf(Fun::moduleGet));
@@ -190,8 +183,8 @@ Task<ModuleValue> readOf(K7QClient client, std::uint8_t address, ModuleRef ref) 
 Task<void> writeOf(K7QClient client, std::uint8_t address, ModuleRef ref, ModuleValue value) {
     Bytes payload = moduleHeader(ref.index);
     append(payload, value.encoded());
-    auto exchange = send(client, address, writeCommand, std::move(payload), ackFrom(address, Fun::moduleSet));
-    const Frame reply = co_await std::move(exchange);
+    const Frame reply =
+        co_await send(client, address, writeCommand, std::move(payload), ackFrom(address, Fun::moduleSet));
     if (u8(reply.payload, 0) != 0) throw BusError::rejected(codeOf(Fun::moduleSet));
 }
 
@@ -201,18 +194,15 @@ Task<ModuleValues> readAllOf(K7QClient client, std::uint8_t address, K7QClient::
                          [](const ModuleRef& ref) { return ref.kind != ModuleKind::vu; });
     ModuleValues values;
     for (const ModuleRef& ref : settable) {
-        auto reading = client.read(address, ref);
-        ModuleValue value = co_await std::move(reading);
-        values.insert_or_assign(ref.index, std::move(value));
+        values.insert_or_assign(ref.index, co_await client.read(address, ref));
         if (progress) progress(static_cast<double>(values.size()) / static_cast<double>(settable.size()));
     }
     co_return values;
 }
 
 Task<std::vector<float>> metersOf(K7QClient client, std::uint8_t address) {
-    auto exchange = send(client, address, metersCommand, moduleHeader(K7Q::meterIndex),
-                         moduleReply(address, K7Q::meterIndex));
-    const Frame reply = co_await std::move(exchange);
+    const Frame reply = co_await send(client, address, metersCommand, moduleHeader(K7Q::meterIndex),
+                                      moduleReply(address, K7Q::meterIndex));
     std::vector<float> levels;
     for (std::size_t at = headerBytes;
          at + 4 <= reply.payload.size() && levels.size() < K7Q::meterChannels.size(); at += 4)
@@ -221,8 +211,8 @@ Task<std::vector<float>> metersOf(K7QClient client, std::uint8_t address) {
 }
 
 Task<K7QClient::PresetInfo> presetInfoOf(K7QClient client, std::uint8_t address) {
-    auto exchange = send(client, address, presetInfoCommand, {}, replyFrom(address, Fun::presetInfoGet));
-    const Frame reply = co_await std::move(exchange);
+    const Frame reply =
+        co_await send(client, address, presetInfoCommand, {}, replyFrom(address, Fun::presetInfoGet));
     co_return K7QClient::PresetInfo{u32(reply.payload, 0), u32(reply.payload, 4), u32(reply.payload, 8)};
 }
 
@@ -231,16 +221,15 @@ Task<std::string> presetNameOf(K7QClient client, std::uint8_t address, std::uint
         return frame.fun == codeOf(Fun::presetName) && frame.address == address &&
                u32(frame.payload, 0) == number;
     };
-    auto exchange = send(client, address, presetNameCommand, namedSlot(number, ""), std::move(match));
-    const Frame reply = co_await std::move(exchange);
+    const Frame reply =
+        co_await send(client, address, presetNameCommand, namedSlot(number, ""), std::move(match));
     const ByteView payload(reply.payload);
     const ByteView name = payload.subspan(std::min(headerBytes, payload.size()));
     co_return fieldText(name.first(std::min(nameBytes, name.size())));
 }
 
 Task<void> changePreset(K7QClient client, std::uint8_t address, Command command, Bytes payload) {
-    auto exchange = send(client, address, command, std::move(payload), ackOfAnyone(command.fun));
-    co_await std::move(exchange);
+    co_await send(client, address, command, std::move(payload), ackFromAny(command.fun));
 }
 
 template <std::size_t width>

@@ -32,9 +32,9 @@ struct DeviceInfo {
 /// Module number to value.
 using ModuleValues = std::map<std::uint8_t, ModuleValue>;
 
-/// The command set of a K7Q board. A small value: copies talk through the same bus. Operations may
-/// be started on any executor and throw the bus's errors (BusError, or the transport's write error)
-/// where nothing else is said; those of several requests take the line for each one separately.
+/// The command set of a K7Q board. A small value: copies share the bus. Operations may be started on
+/// any executor and throw the bus's errors (BusError, or the transport's write error) where nothing
+/// else is said. Between the requests of one operation others may be sent.
 class K7QClient {
 public:
     using Progress = std::function<void(double fraction)>;
@@ -46,7 +46,7 @@ public:
     /// Whether the speaker answers within `timeout`; any failure is a no.
     Task<bool> ping(std::uint8_t address, Duration timeout) const;
 
-    /// Throws `rejected` for a reply too short.
+    /// The speaker's identity. Throws `rejected` for a reply that is too short.
     Task<DeviceInfo> info(std::uint8_t address) const;
 
     /// The speakers that answer between the two addresses, both included, in ascending order. Each
@@ -57,7 +57,7 @@ public:
     /// identities with the new addresses. When a step fails, speakers already addressed keep theirs.
     Task<std::vector<DeviceInfo>> assignAddresses(int maxDevices) const;
 
-    /// Throws `rejected` for a reply that is no value of the module's kind.
+    /// The value of one module. Throws `rejected` for a reply that is no value of the module's kind.
     Task<ModuleValue> read(std::uint8_t address, ModuleRef ref) const;
 
     /// `value` must be of the module's kind. Throws `rejected` when the board refuses it.

@@ -45,21 +45,4 @@ std::vector<double> frequencies(std::size_t count, double from, double to);
 std::vector<double> response(std::span<const PeqValue> peq, const Crossover& crossover,
                              std::span<const double> at);
 
-/// H(z) = (b0 + b1/z + b2/z²) / (1 + a1/z + a2/z²); b2 = a2 = 0 in a section of first order.
-struct Section {
-    double b0;
-    double b1;
-    double b2;
-    double a1;
-    double a2;
-
-    bool operator==(const Section&) const = default;
-};
-
-/// The cascade of a crossover filter; empty for a code without sections (above 15).
-std::vector<Section> passSections(bool highPass, double fc, std::uint8_t code);
-
-/// The biquad of an equaliser band; none for a type that is no PeqType.
-std::optional<Section> peqCoefficients(double fc, double gain, double q, std::uint8_t type);
-
 }  // namespace Wendril::FilterMath

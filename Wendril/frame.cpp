@@ -30,7 +30,7 @@ std::uint32_t wordAt(const std::uint8_t* bytes) {
 
 }  // namespace
 
-std::optional<Fun> funOf(std::uint8_t raw) {
+std::optional<Fun> funFromRaw(std::uint8_t raw) {
     if (!knownCodes[raw]) return std::nullopt;
     return static_cast<Fun>(raw);
 }
@@ -107,14 +107,14 @@ std::uint32_t checksum(ByteView data, std::size_t words) {
 
 std::vector<Frame> FrameParser::feed(ByteView data) {
     constexpr std::size_t shortest = FrameCodec::headerBytes + FrameCodec::checksumBytes;
-    constexpr std::size_t readAtOnce = 4096;  // what arrives together, as a rule
+    constexpr std::size_t readAtOnce = 4096;  // a transport delivers no more in one piece
     std::vector<Frame> frames;
     frames.reserve(std::min(data.size(), readAtOnce) / shortest);
     feed(data, [&frames](Frame& frame) { frames.push_back(std::move(frame)); });
     return frames;
 }
 
-// Bytes are copied only where a frame spans two chunks; otherwise `data` is parsed where it lies.
+// Copies bytes only where a frame spans two chunks. Otherwise `data` is parsed where it is.
 ByteView FrameParser::join(ByteView data) {
     if (buffer.empty()) return data;
     append(buffer, data);

@@ -34,8 +34,8 @@ enum class Fun : std::uint8_t {
     groupSet = 54,
 };
 
-/// The function code of that value; none for a byte that is no known code.
-std::optional<Fun> funOf(std::uint8_t raw);
+/// The function code of that raw value; none for a byte that is no known code.
+std::optional<Fun> funFromRaw(std::uint8_t raw);
 
 /// One protocol frame. The payload is a whole number of 32-bit words, 256 bytes at most when received.
 struct Frame {
@@ -52,7 +52,7 @@ struct Frame {
           std::uint8_t gmember, Bytes payload);
 
     /// Absent when `fun` is no known code; such a frame is still received and logged.
-    std::optional<Fun> function() const { return funOf(fun); }
+    std::optional<Fun> function() const { return funFromRaw(fun); }
 
     bool operator==(const Frame&) const = default;
 };
@@ -88,15 +88,14 @@ std::uint32_t checksum(ByteView data, std::size_t words);
 
 }  // namespace FrameCodec
 
-/// Cuts a received byte stream into frames. One parser serves one stream; it is a plain value and
-/// belongs to whoever feeds it. Noise, impossible lengths and bad checksums are dropped silently:
-/// one byte at a time, up to the next head.
+/// Cuts a received byte stream into frames. One parser serves one stream, on one thread at a time. Noise,
+/// impossible lengths and bad checksums are dropped silently: one byte, and then up to the next head.
 class FrameParser {
 public:
     /// Every frame that `data` completes, in stream order.
     std::vector<Frame> feed(ByteView data);
 
-    /// The same without a list: `sink` is called with each frame (`Frame&`, free to be moved from).
+    /// The same without a list: calls `sink` with each frame, a `Frame&` that it may move from.
     template <class Sink>
     requires std::is_invocable_v<Sink&, Frame&>
     void feed(ByteView data, Sink sink) {
@@ -109,8 +108,8 @@ public:
     /// Forgets an incomplete frame.
     void reset() { buffer.clear(); }
 
-    /// Received bytes that have not yet formed a frame: empty, or beginning with a head and shorter
-    /// than the frame that it announces.
+    /// Received bytes that are not a whole frame yet: empty, or beginning with a head and shorter than
+    /// the frame that this head announces.
     const Bytes& pending() const { return buffer; }
 
 private:

@@ -2,14 +2,16 @@
 
 #include "Wendril/profile.hpp"
 
+#include <cstdint>
 #include <stdexcept>
 #include <string_view>
+#include <type_traits>
 
-// What the board's settings may be. Every range, default and step of the program comes from here.
+// The ranges, defaults and steps of the board's settings, for the library and every program on it.
 namespace Wendril {
 
-/// The range of one number in a module's value, its default and the step that controls move it by.
-/// Times move along K7Q::timeSteps instead, and have the step 0.
+/// The range of one number in a module's value, its default and the step by which a control changes it.
+/// The step is 0 for a time, which takes the values of K7Q::timeSteps.
 struct Limits {
     double lowest;
     double highest;
@@ -18,7 +20,7 @@ struct Limits {
     std::string_view unit;  // "dB", "Hz", "ms"; empty for a plain number
 };
 
-/// Whether a channel is an input; of a crosspoint ("In1-Out2"), no.
+/// Whether a channel is an input. A crosspoint ("In1-Out2") is not.
 constexpr bool isInput(std::string_view channel) {
     return channel == K7Q::inputs[0] || channel == K7Q::inputs[1];
 }
@@ -42,8 +44,8 @@ constexpr Limits holdTime{0, K7Q::timeSteps.back(), 0, 0, "ms"};
 constexpr Limits attackTime{1, K7Q::timeSteps.back(), 45, 0, "ms"};
 constexpr Limits releaseTime{1, K7Q::timeSteps.back(), 724, 0, "ms"};
 
-// The default frequency of an equaliser band is that of a band which the board has not reported as
-// one; by ModuleValue::factory each band has a frequency of its own.
+// The bands of an equaliser have different default frequencies (ModuleValue::factory). The one here
+// stands for a band whose value is not known.
 constexpr LimitsRow limitsTable[] = {
     {ModuleKind::gain, "db", {-60, 6, 0, 0.1, "dB"}, Side::inputs},
     {ModuleKind::gain, "db", {-60, 15, 0, 0.1, "dB"}, Side::outputs},
@@ -75,8 +77,14 @@ constexpr LimitsRow limitsTable[] = {
 
 }  // namespace detail
 
-/// The limits of a field of that kind of module, named as `forEachField` names it. A field that is
-/// no number of that kind does not compile in a constant and throws std::invalid_argument elsewhere.
+/// Whether a field of a module's value, as `forEachField` visits them, has limits: a number does, a
+/// switch or a type code (a byte) does not.
+template <class Field>
+constexpr bool isLimited = std::is_same_v<Field, float> || std::is_same_v<Field, std::uint32_t>;
+
+/// The limits of a field of that kind of module, by the name that `forEachField` gives it. For a name
+/// that is no number of that kind a constant expression does not compile, and a call throws
+/// std::invalid_argument.
 constexpr Limits limitsOf(ModuleKind kind, std::string_view field, std::string_view channel) {
     for (const detail::LimitsRow& row : detail::limitsTable) {
         if (row.kind != kind || row.field != field) continue;

@@ -28,9 +28,9 @@ const std::array<ModuleKindName, 12> moduleKindNames{{
 
 std::string_view nameOf(ModuleKind kind) { return moduleKindNames.at(static_cast<std::size_t>(kind)).name; }
 
-std::optional<ModuleKind> moduleKind(std::string_view name) {
+std::optional<ModuleKind> moduleKindFromRaw(std::string_view raw) {
     for (const auto& entry : moduleKindNames)
-        if (entry.name == name) return entry.kind;
+        if (entry.name == raw) return entry.kind;
     return std::nullopt;
 }
 
@@ -84,7 +84,7 @@ std::optional<Number> decimal(std::string_view text) {
 ModuleRef parsed(std::string_view entry) {
     const auto fields = split(entry, ",");
     if (fields.size() >= 4) {
-        const auto kind = moduleKind(fields[0]);
+        const auto kind = moduleKindFromRaw(fields[0]);
         const auto number = decimal<std::uint8_t>(fields[2]);
         const auto band = decimal<int>(fields[3]);
         if (kind && number && band) return {*kind, std::string(fields[1]), *number, *band};
@@ -129,6 +129,8 @@ std::uint8_t index(ModuleKind kind, std::string_view channel, int band) {
 }
 
 std::uint32_t nearestTime(double ms) {
+    // Within the steps, so that no difference of two of them is lost beside a huge time.
+    ms = std::clamp(ms, double{timeSteps.front()}, double{timeSteps.back()});
     std::uint32_t best = timeSteps.front();
     for (const std::uint32_t step : timeSteps)
         if (std::abs(step - ms) < std::abs(best - ms)) best = step;

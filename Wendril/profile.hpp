@@ -26,7 +26,8 @@ enum class ModuleKind : std::uint8_t {
     vu,
 };
 
-/// The twelve kinds with their names in the module map ("RMS_DRC"), in declaration order.
+/// The twelve kinds in declaration order, with their raw values: their names in the module map
+/// ("RMS_DRC").
 struct ModuleKindName {
     ModuleKind kind;
     std::string_view name;
@@ -35,8 +36,8 @@ extern const std::array<ModuleKindName, 12> moduleKindNames;
 
 std::string_view nameOf(ModuleKind kind);
 
-/// The kind of that exact name; none for any other text.
-std::optional<ModuleKind> moduleKind(std::string_view name);
+/// The kind of that raw value, its exact name in the module map; none for any other text.
+std::optional<ModuleKind> moduleKindFromRaw(std::string_view raw);
 
 /// One module of the board.
 struct ModuleRef {
@@ -86,7 +87,8 @@ std::optional<ModuleRef> module(std::uint8_t index);
 /// The number of a module. A kind, channel and band that the board lacks stop the program.
 std::uint8_t index(ModuleKind kind, std::string_view channel, int band);
 
-/// The entry of `timeSteps` closest to `ms`; of two equally close ones the smaller.
+/// The entry of `timeSteps` closest to `ms`; of two equally close ones the smaller, and 1 for what is
+/// not a number.
 std::uint32_t nearestTime(double ms);
 
 }  // namespace K7Q

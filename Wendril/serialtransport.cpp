@@ -49,7 +49,7 @@ int configure(int descriptor, int baudRate) {
     return 0;
 }
 
-// Waits for room in the output buffer without holding a core.
+// Waits for room in the output buffer, at most half a millisecond: `close` may end the line meanwhile.
 void waitForRoom(int descriptor) {
     constexpr timespec pause{0, 500'000};
     pollfd entry{descriptor, POLLOUT, 0};
@@ -58,8 +58,9 @@ void waitForRoom(int descriptor) {
 
 bool tryAgain(int error) { return error == EAGAIN || error == EINTR; }
 
-// A terminal whose other side has gone reads as EIO or as the end of file, whichever the reader
-// meets first; its settings tell the two ends of file apart. 0 for a clean one.
+// Why a line reads as the end of file: 0 when it has simply ended. A terminal whose other side has
+// hung up reads as EIO or as the end of file, depending on the moment; in the latter case asking for
+// its settings fails with the reason.
 int hangUpError(int descriptor) {
     termios settings{};
     return ::tcgetattr(descriptor, &settings) == 0 ? 0 : errno;
@@ -74,7 +75,7 @@ bool isSerialPort(std::string_view name) {
 
 }  // namespace
 
-// The open line: held by the transport and, weakly, by the watch on its descriptor.
+// The open line. The transport owns it; the watch on its descriptor refers to it weakly.
 class SerialTransport::Line {
 public:
     void start(std::shared_ptr<Descriptor> opened, SerialQueue& queue, SerialQueue::Ready ready) {
@@ -88,12 +89,13 @@ public:
         return descriptor;
     }
 
-    // The watch's end drops the last reference and closes the descriptor on the queue. False when
-    // the line was closed already.
+    // The descriptor itself is closed on the queue, by the end of the watch, which holds the last
+    // reference to it. False when the line was closed already.
     bool stop(SerialQueue& queue) {
         const std::scoped_lock lock(mutex);
         if (!descriptor) return false;
-        // A terminal stays exclusive as long as anyone has it open, so the claim is given back.
+        // A terminal stays exclusive until its last descriptor is closed, of any process. Without this
+        // nobody could open it again while another program holds one.
         ::ioctl(descriptor->number, TIOCNXCL);
         queue.unwatch(watch);
         descriptor.reset();

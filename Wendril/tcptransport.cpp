@@ -13,6 +13,7 @@
 #include <atomic>
 #include <cerrno>
 #include <mutex>
+#include <stop_token>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -22,10 +23,10 @@ namespace Wendril {
 
 namespace {
 
-// An opening in progress: what `close` raises to end it.
+// An opening in progress. Raising `cancelled` ends it.
 struct Opening {
     explicit Opening(Duration limit)
-        : deadline(std::chrono::steady_clock::now() + limit) {}
+        : deadline(timeAfter(std::chrono::steady_clock::now(), limit)) {}
 
     Wakeup cancelled;
     const TimePoint deadline;
@@ -81,16 +82,17 @@ void await(const Opening& opening, int descriptor, short events, const std::stri
     for (;;) {
         const Duration left = opening.deadline - std::chrono::steady_clock::now();
         if (left <= Duration::zero()) throw TransportError::open(target, ETIMEDOUT);
-        const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(left).count();
+        constexpr Duration longestPoll = std::chrono::hours(1);
+        const auto wait = std::chrono::ceil<std::chrono::milliseconds>(std::min(left, longestPoll));
         std::array<pollfd, 2> entries{{{opening.cancelled.descriptor(), POLLIN, 0}, {descriptor, events, 0}}};
-        if (::poll(entries.data(), entries.size(), static_cast<int>(milliseconds)) < 0) continue;
+        if (::poll(entries.data(), entries.size(), static_cast<int>(wait.count())) < 0) continue;
         if (entries[0].revents != 0) throw TransportError::notOpen();
         if (entries[1].revents != 0) return;
     }
 }
 
-// A resolver may block for longer than anyone waits, so it works on a thread of its own. That
-// thread shares nothing with the transport but this record, and may outlive it.
+// The system's resolver cannot be interrupted and may block for longer than the opening may last, so
+// it runs on a thread of its own. That thread may outlive the transport: this record is all they share.
 struct Resolution {
     Wakeup done;
     std::atomic<bool> complete = false;
@@ -132,7 +134,7 @@ std::shared_ptr<Descriptor> connectTo(const Address& address, const Opening& ope
     return socket;
 }
 
-// A host may have several addresses (localhost: ::1 and 127.0.0.1); the first that accepts counts.
+// A host may have several addresses (localhost: ::1 and 127.0.0.1). The first that accepts is used.
 std::shared_ptr<Descriptor> connectToAny(const std::vector<Address>& addresses, const Opening& opening,
                                          const std::string& target) {
     std::system_error refusal = systemError(EADDRNOTAVAIL);
@@ -148,7 +150,7 @@ std::shared_ptr<Descriptor> connectToAny(const std::vector<Address>& addresses, 
 
 }  // namespace
 
-// The connection: held by the transport and, weakly, by the watch on its socket.
+// The connection. The transport owns it; the watch on its socket refers to it weakly.
 class TCPTransport::Link : public std::enable_shared_from_this<Link> {
 public:
     std::shared_ptr<const Opening> beginOpening(Duration limit) {
@@ -188,7 +190,7 @@ public:
         if (!outgoing.empty()) queue.setEvents(watch, POLLIN | POLLOUT);
     }
 
-    // Cancels an opening, or ends the connection and gives back whom to tell.
+    // Cancels an opening, or ends the connection and returns the handler to call.
     OnClose stop(SerialQueue& queue) {
         const std::scoped_lock lock(mutex);
         if (opening) std::exchange(opening, nullptr)->cancelled.raise();
@@ -252,8 +254,13 @@ TCPTransport::~TCPTransport() { close(); }
 std::string TCPTransport::name() const { return host + ":" + std::to_string(port); }
 
 void TCPTransport::open(OnData onData, OnClose onClose) {
+    cancellableOpen(std::move(onData), std::move(onClose), {});
+}
+
+void TCPTransport::cancellableOpen(OnData onData, OnClose onClose, std::stop_token stop) {
     close();
     const auto opening = link->beginOpening(openLimit);
+    const std::stop_callback cancel(std::move(stop), [&opening] { opening->cancelled.raise(); });
     const auto addresses = resolve(host, port, *opening, name());
     auto socket = connectToAny(addresses, *opening, name());
     if (!link->start(opening, std::move(socket), serialQueue, std::move(onData), std::move(onClose)))

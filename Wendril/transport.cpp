@@ -30,6 +30,10 @@ TransportError::TransportError(Case errorCase, int errorNumber, std::string text
     , errorNumber(errorNumber)
     , text(std::make_shared<const std::string>(std::move(text))) {}
 
+void Transport::cancellableOpen(OnData onData, OnClose onClose, std::stop_token) {
+    open(std::move(onData), std::move(onClose));
+}
+
 std::string describe(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);

@@ -8,6 +8,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -40,12 +41,12 @@ private:
 
 /// Moves raw bytes between the computer and the first speaker of the chain. `open`, `write` and
 /// `close` may be called from any thread; `close` also ends an `open` or `write` that blocks in
-/// another. The callbacks come from `queue`, one at a time.
+/// another. The callbacks run on `queue`, one at a time.
 class Transport {
 public:
     using OnData = std::function<void(ByteView data)>;
 
-    /// Told the error that ended the link; null when it was closed or ended cleanly. It may come
+    /// Gets the error that ended the link; null when it was closed or ended cleanly. It may be called
     /// after `close`, and more than once.
     using OnClose = std::function<void(std::exception_ptr error)>;
 
@@ -56,6 +57,11 @@ public:
 
     /// Throws what kept the link from opening; the transport is closed then.
     virtual void open(OnData onData, OnClose onClose) = 0;
+
+    /// `open`, for a transport whose opening may block: it ends with `notOpen` when `stop` is requested,
+    /// also when that was before. So a request to stop is not lost where a `close` would be: just before
+    /// the opening begins. By default the same as `open`.
+    virtual void cancellableOpen(OnData onData, OnClose onClose, std::stop_token stop);
 
     /// Throws TransportError (`notOpen`, or `write`, which leaves the link open).
     virtual void write(ByteView data) = 0;
@@ -118,6 +124,7 @@ public:
     /// ends it at once with `notOpen`. Refusals and resolver failures are std::system_error with
     /// the system's text; a time-out is `TransportError::open` with ETIMEDOUT.
     void open(OnData onData, OnClose onClose) override;
+    void cancellableOpen(OnData onData, OnClose onClose, std::stop_token stop) override;
 
     /// Returns at once; what the connection does not take yet follows from the queue.
     void write(ByteView data) override;

@@ -1,8 +1,9 @@
 #include "Wendril/values.hpp"
 
+#include "Wendril/fields.hpp"
+#include "Wendril/limits.hpp"
 #include "Wendril/runtime/contract.hpp"
 
-#include <algorithm>
 #include <array>
 #include <span>
 
@@ -11,18 +12,28 @@ namespace Wendril {
 namespace {
 
 // Bytes of each value on the wire; a shorter reply is not a value. A meter has none.
-constexpr struct {
-    ModuleKind kind;
-    std::size_t bytes;
-} wireSizes[] = {
-    {ModuleKind::gain, 8},          {ModuleKind::peq, 16},        {ModuleKind::hpf, 8},
-    {ModuleKind::lpf, 8},           {ModuleKind::compressor, 24}, {ModuleKind::limiter, 20},
-    {ModuleKind::limiterBypass, 4}, {ModuleKind::gate, 24},       {ModuleKind::gateBypass, 4},
-    {ModuleKind::mixer, 8},         {ModuleKind::delay, 8},       {ModuleKind::vu, 0},
-};
-
 std::size_t wireSize(ModuleKind kind) {
-    return std::ranges::find(wireSizes, kind, [](const auto& row) { return row.kind; })->bytes;
+    switch (kind) {
+    case ModuleKind::limiterBypass:
+    case ModuleKind::gateBypass:
+        return 4;
+    case ModuleKind::gain:
+    case ModuleKind::hpf:
+    case ModuleKind::lpf:
+    case ModuleKind::mixer:
+    case ModuleKind::delay:
+        return 8;
+    case ModuleKind::peq:
+        return 16;
+    case ModuleKind::limiter:
+        return 20;
+    case ModuleKind::compressor:
+    case ModuleKind::gate:
+        return 24;
+    case ModuleKind::vu:
+        break;
+    }
+    return 0;
 }
 
 constexpr std::array<std::uint32_t, 4> inputBands{81, 329, 1336, 5422};
@@ -30,7 +41,7 @@ constexpr std::array<std::uint32_t, 10> outputBands{38, 71, 135, 255, 482, 912, 
 
 std::uint32_t defaultFrequency(const ModuleRef& ref) {
     const std::span<const std::uint32_t> bands =
-        ref.channel.starts_with("In") ? std::span<const std::uint32_t>(inputBands) : outputBands;
+        isInput(ref.channel) ? std::span<const std::uint32_t>(inputBands) : outputBands;
     if (ref.band < 0 || static_cast<std::size_t>(ref.band) >= bands.size())
         contractBroken("the equaliser of " + ref.channel + " has no band " + std::to_string(ref.band));
     return bands[static_cast<std::size_t>(ref.band)];
@@ -42,6 +53,35 @@ bool routedByDefault(std::string_view crosspoint) {
     for (const std::string_view name : open)
         if (name == crosspoint) return true;
     return false;
+}
+
+// The default of a module with its numbers still 0: what is not in the table of limits.
+std::optional<ModuleValue> switchesByDefault(const ModuleRef& ref) {
+    constexpr std::uint8_t bessel12 = 3;  // slope code
+    switch (ref.kind) {
+    case ModuleKind::gain:
+        return ModuleValue{GainValue{.phaseNormal = true}};
+    case ModuleKind::peq:
+        return ModuleValue{PeqValue{.type = static_cast<std::uint8_t>(PeqType::peak)}};
+    case ModuleKind::hpf:
+    case ModuleKind::lpf:
+        return ModuleValue{FilterValue{.type = bessel12, .bypass = true}};
+    case ModuleKind::compressor:
+    case ModuleKind::gate:
+        return ModuleValue{DynamicsValue{}};
+    case ModuleKind::limiter:
+        return ModuleValue{LimiterValue{}};
+    case ModuleKind::limiterBypass:
+    case ModuleKind::gateBypass:
+        return ModuleValue{true};
+    case ModuleKind::mixer:
+        return ModuleValue{MixerValue{.mute = !routedByDefault(ref.channel), .phaseNormal = true}};
+    case ModuleKind::delay:
+        return ModuleValue{DelayValue{.bypass = true}};
+    case ModuleKind::vu:
+        break;
+    }
+    return std::nullopt;
 }
 
 // Builds one record, field by field.
@@ -98,38 +138,21 @@ struct Encoding {
 
 }  // namespace
 
-std::optional<PeqType> peqType(std::uint8_t raw) {
+std::optional<PeqType> peqTypeFromRaw(std::uint8_t raw) {
     if (raw > static_cast<std::uint8_t>(PeqType::highShelf)) return std::nullopt;
     return static_cast<PeqType>(raw);
 }
 
 std::optional<ModuleValue> ModuleValue::factory(const ModuleRef& ref) {
-    switch (ref.kind) {
-    case ModuleKind::gain:
-        return ModuleValue{GainValue{.phaseNormal = true}};
-    case ModuleKind::peq:
-        return ModuleValue{PeqValue{.fc = defaultFrequency(ref), .q = 3}};
-    case ModuleKind::hpf:
-        return ModuleValue{FilterValue{.fc = 20, .type = 3, .bypass = true}};
-    case ModuleKind::lpf:
-        return ModuleValue{FilterValue{.fc = 22000, .type = 3, .bypass = true}};
-    case ModuleKind::compressor:
-        return ModuleValue{DynamicsValue{.threshold = 22, .ratio = 1, .attack = 45, .release = 724}};
-    case ModuleKind::limiter:
-        return ModuleValue{LimiterValue{.threshold = 24, .ratio = 1, .release = 724}};
-    case ModuleKind::gate:
-        return ModuleValue{DynamicsValue{.threshold = -120, .ratio = 100, .attack = 45, .release = 724}};
-    case ModuleKind::limiterBypass:
-    case ModuleKind::gateBypass:
-        return ModuleValue{true};
-    case ModuleKind::mixer:
-        return ModuleValue{MixerValue{.mute = !routedByDefault(ref.channel), .phaseNormal = true}};
-    case ModuleKind::delay:
-        return ModuleValue{DelayValue{.bypass = true}};
-    case ModuleKind::vu:
-        break;
-    }
-    return std::nullopt;
+    std::optional<ModuleValue> value = switchesByDefault(ref);
+    if (!value) return std::nullopt;
+    forEachField(*value, [&ref](const char* name, auto& field) {
+        using Field = std::remove_reference_t<decltype(field)>;
+        if constexpr (isLimited<Field>)
+            field = static_cast<Field>(limitsOf(ref.kind, name, ref.channel).standard);
+    });
+    if (auto* const band = std::get_if<PeqValue>(&value->value)) band->fc = defaultFrequency(ref);
+    return value;
 }
 
 std::optional<ModuleValue> ModuleValue::decode(ModuleKind kind, ByteView bytes) {

@@ -20,7 +20,7 @@ struct GainValue {
 enum class PeqType : std::uint8_t { peak = 0, lowShelf = 1, highShelf = 2 };
 
 /// The shape of that raw value; none from 3 up.
-std::optional<PeqType> peqType(std::uint8_t raw);
+std::optional<PeqType> peqTypeFromRaw(std::uint8_t raw);
 
 struct PeqValue {
     std::uint32_t fc = 0;  // centre or corner

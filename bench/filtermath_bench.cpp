@@ -1,4 +1,5 @@
 #include "Wendril/filtermath.hpp"
+#include "Wendril/sections.hpp"
 
 #include <benchmark/benchmark.h>
 

@@ -77,7 +77,8 @@ void parseInto(const ModuleRef& module, const std::string& field, const std::str
                std::uint8_t& target) {
     const auto code = parseNumber<std::uint8_t>(text);
     if (module.kind == ModuleKind::peq) {
-        if (!code || !peqType(*code)) refuse(field + " aceita 0 (peak), 1 (low shelf) ou 2 (high shelf)");
+        if (!code || !peqTypeFromRaw(*code))
+            refuse(field + " aceita 0 (peak), 1 (low shelf) ou 2 (high shelf)");
     } else if (!code || std::ranges::none_of(FilterMath::slopes,
                                              [&](const auto& slope) { return slope.code == *code; }))
         refuse(field + " aceita " + slopeList());

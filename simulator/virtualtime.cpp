@@ -53,7 +53,7 @@ public:
 
     void post(UniqueFunction work) override { agenda->add(agenda->now, this, std::move(work)); }
     void postAfter(Duration delay, UniqueFunction work) override {
-        agenda->add(agenda->now + delay, this, std::move(work));
+        agenda->add(Wendril::timeAfter(agenda->now, delay), this, std::move(work));
     }
     bool isCurrent() const override { return agenda->current == this; }
     TimePoint now() const override { return agenda->now; }
@@ -85,7 +85,7 @@ bool VirtualTime::runUntil(const std::function<bool()>& done) {
 }
 
 void VirtualTime::advance(Duration duration) {
-    const TimePoint end = now() + duration;
+    const TimePoint end = Wendril::timeAfter(now(), duration);
     while (agenda->runNext(end)) {
     }
     agenda->now = end;

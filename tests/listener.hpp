@@ -6,6 +6,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 
 #include <array>
@@ -31,6 +32,23 @@ struct Listener {
         .sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
     Wendril::Descriptor socket{newSocket(0)};
 };
+
+/// Whether the process's own far end of `connection` sends small packets at once.
+inline bool sendsWithoutDelay(int connection) {
+    sockaddr_in far{};
+    socklen_t size = sizeof far;
+    ::getpeername(connection, reinterpret_cast<sockaddr*>(&far), &size);
+    for (int number = 3; number < 1024; ++number) {
+        sockaddr_in own{};
+        int noDelay = 0;
+        socklen_t optionSize = sizeof noDelay;
+        if (::getsockname(number, reinterpret_cast<sockaddr*>(&own), &(size = sizeof own)) == 0 &&
+            own.sin_port == far.sin_port &&
+            ::getsockopt(number, IPPROTO_TCP, TCP_NODELAY, &noDelay, &optionSize) == 0)
+            return noDelay != 0;
+    }
+    return false;
+}
 
 /// A listener whose queue is full: a connection to it hangs.
 struct DeafListener : Listener {

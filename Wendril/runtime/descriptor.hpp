@@ -4,8 +4,9 @@
 
 namespace Wendril {
 
-/// Owns an open descriptor and closes it. Shared by all who read, write or watch it, it is closed
-/// by the last of them, so its number is never used again under a running call.
+/// Owns an open descriptor and closes it. Everything that reads, writes or watches the descriptor shares
+/// ownership. So it is closed by the last of them, and the system cannot give its number to another file
+/// while a call still uses it.
 class Descriptor {
 public:
     explicit Descriptor(int number)

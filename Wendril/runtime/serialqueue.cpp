@@ -20,8 +20,8 @@ namespace Wendril {
 
 namespace {
 
-// A chain of hand-overs on one queue costs no system call between its links; the limit keeps a
-// flood of work from starving descriptors and timers.
+// Functions that post others to the same queue run in rounds without a system call between them. The
+// limit gives descriptors and timers their turn when the functions never end.
 constexpr int roundsBetweenPolls = 64;
 
 timespec toTimespec(Duration duration) {
@@ -44,11 +44,11 @@ public:
         drop();
     }
 
-    void post(UniqueFunction work) {
+    void post(UniqueFunction function) {
         bool wake = false;
         {
             const std::scoped_lock lock(mutex);
-            posted.push_back(std::move(work));
+            posted.push_back(std::move(function));
             wake = std::exchange(asleep, false);
         }
         if (wake) wakeup.raise();
@@ -61,9 +61,9 @@ public:
 
     bool isCurrent() const { return current == this; }
 
-    // Timers and watches belong to the loop's thread; other threads post their way to it.
-    void addTimer(TimePoint due, UniqueFunction work) {
-        timers.emplace_hint(timers.end(), due, std::move(work));
+    // Timers and watches belong to the loop's thread. Other threads post a function that calls these.
+    void addTimer(TimePoint due, UniqueFunction function) {
+        timers.emplace_hint(timers.end(), due, std::move(function));
     }
 
     void addWatch(WatchId id, int descriptor, short events, Ready ready) {
@@ -89,7 +89,7 @@ private:
     struct Watch {
         int descriptor;
         short events;
-        std::shared_ptr<Ready> ready;  // shared with the dispatch, which may end its own watch
+        std::shared_ptr<Ready> ready;  // kept by `dispatch` during a call that ends this watch
     };
 
     bool runPosted() {
@@ -98,10 +98,10 @@ private:
             std::swap(posted, batch);
         }
         if (batch.empty()) return false;
-        for (UniqueFunction& work : batch) {
+        for (UniqueFunction& function : batch) {
             if (stopped.load(std::memory_order_relaxed)) break;
-            work();
-            work = {};
+            function();
+            function = {};
         }
         batch.clear();
         return true;
@@ -156,8 +156,8 @@ private:
         }
     }
 
-    // Dropped work may own objects whose end posts or drops more, so each list is emptied from
-    // outside itself.
+    // A dropped function may hold objects that post others or set timers as they are destroyed. So the
+    // lists that these calls change are moved away before they are destroyed, until they stay empty.
     void drop() {
         watches.clear();
         while (!timers.empty()) {
@@ -184,8 +184,7 @@ private:
 
     // The rest belongs to the loop's thread.
     std::vector<UniqueFunction> batch;
-    std::multimap<TimePoint, UniqueFunction>
-        timers;  // those due together fire in the order in which they were set
+    std::multimap<TimePoint, UniqueFunction> timers;  // of equal times in the order of setting
     std::unordered_map<WatchId, Watch> watches;
     std::vector<pollfd> pollList;
     std::vector<WatchId> pollIds;
@@ -201,8 +200,8 @@ SerialQueue::SerialQueue(const std::string& name)
     ::pthread_setname_np(thread.native_handle(), name.substr(0, longestThreadName).c_str());
 }
 
-// From its own work the queue cannot wait for its thread, which ends by itself once that work
-// returns; it owns the loop.
+// A function that runs on the queue and destroys it cannot wait for the queue's thread. The thread
+// shares the loop and ends by itself once that function has returned.
 SerialQueue::~SerialQueue() {
     loop->stop();
     if (loop->isCurrent())
@@ -211,13 +210,14 @@ SerialQueue::~SerialQueue() {
         thread.join();
 }
 
-void SerialQueue::post(UniqueFunction work) { loop->post(std::move(work)); }
+void SerialQueue::post(UniqueFunction function) { loop->post(std::move(function)); }
 
-void SerialQueue::postAfter(Duration delay, UniqueFunction work) {
-    const TimePoint due = now() + delay;
-    if (isCurrent()) return loop->addTimer(due, std::move(work));
-    loop->post(
-        [loop = loop.get(), due, work = std::move(work)]() mutable { loop->addTimer(due, std::move(work)); });
+void SerialQueue::postAfter(Duration delay, UniqueFunction function) {
+    const TimePoint due = timeAfter(now(), delay);
+    if (isCurrent()) return loop->addTimer(due, std::move(function));
+    loop->post([loop = loop.get(), due, function = std::move(function)]() mutable {
+        loop->addTimer(due, std::move(function));
+    });
 }
 
 bool SerialQueue::isCurrent() const { return loop->isCurrent(); }

@@ -10,9 +10,9 @@
 
 namespace Wendril {
 
-/// An executor with a name and a thread of its own, built round one `poll` loop: posted work,
-/// timers and descriptors to watch. Destroying it ends the loop after the piece of work in hand;
-/// what it has not run is dropped. It may be destroyed from its own work.
+/// An executor with a name and a thread of its own, built round one `poll` loop: posted functions,
+/// timers and descriptors to watch. Destroying it ends the loop after the function that is running; the
+/// others are dropped. It may be destroyed from a function that it runs.
 class SerialQueue final : public Executor {
 public:
     using WatchId = std::uint64_t;
@@ -20,20 +20,20 @@ public:
     /// Called on the queue with the `poll` events that are set (POLLIN, POLLOUT, POLLERR, POLLHUP).
     using Ready = std::function<void(short events)>;
 
-    /// `name` is what debuggers show for the thread.
+    /// Debuggers show `name` for the thread.
     explicit SerialQueue(const std::string& name);
     ~SerialQueue() override;
     SerialQueue(const SerialQueue&) = delete;
     SerialQueue& operator=(const SerialQueue&) = delete;
 
-    void post(UniqueFunction work) override;
-    void postAfter(Duration delay, UniqueFunction work) override;
+    void post(UniqueFunction function) override;
+    void postAfter(Duration delay, UniqueFunction function) override;
     bool isCurrent() const override;
     TimePoint now() const override;
 
     /// Calls `ready` whenever `descriptor` has one of `events`, level-triggered; errors and hang-up
     /// always count. `ready` is destroyed on the queue once the watch has ended, so a descriptor
-    /// that it owns is never closed under a running read. From any thread, as are the next two.
+    /// that it owns is never closed during a read. This and the next two may be called from any thread.
     WatchId watch(int descriptor, short events, Ready ready);
 
     /// Changes the events of a watch; nothing when it has ended.

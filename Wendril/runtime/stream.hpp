@@ -19,7 +19,7 @@ struct StreamState {
     bool finished = false;
     Continuation reader;
 
-    // Applies a change and resumes the reader if it waits.
+    // Changes the state and resumes the reader if it waits.
     template <class Change>
     void update(Change change) {
         Continuation woken;

@@ -15,12 +15,13 @@ Continuation& Continuation::operator=(Continuation&& other) noexcept {
     return *this;
 }
 
-// The root owns the task that it awaits, that one the next, and so on down to the suspended one.
+// The root owns the task that it awaits, which owns the next, and so on down to the suspended one.
 Continuation::~Continuation() {
     if (task) task->root().handle.destroy();
 }
 
-// The task may run, end and be gone before the executor's `post` returns.
+// Another thread may run the task to its end before the executor's `post` returns, and with it drop the
+// last reference to the executor but this one.
 void Continuation::post() && {
     const auto executor = task->executor;
     executor->post(std::move(*this));
@@ -44,26 +45,26 @@ void resumeAwaiter(TaskContext& finished) noexcept {
 
 }  // namespace detail
 
-bool OneShotEvent::admit(TaskContext& task) {
+bool OneShotEvent::suspend(TaskContext& task) {
     const std::scoped_lock lock(mutex);
-    if (resumed) return false;
-    parked = Continuation(task);
+    if (isSet) return false;
+    waiting = Continuation(task);
     return true;
 }
 
-void OneShotEvent::resume() {
+void OneShotEvent::set() {
     Continuation task;
     {
         const std::scoped_lock lock(mutex);
-        resumed = true;
-        task = std::move(parked);
+        isSet = true;
+        task = std::move(waiting);
     }
     if (task) std::move(task).post();
 }
 
 namespace {
 
-// A task of its own knows its executor and its root as its awaiter does.
+// Gives a task its own context, whose executor and root are those of its awaiter.
 auto contextOfTask(TaskContext*& context) {
     return detail::Suspension{[&context](TaskContext& task) {
                                   context = &task;
@@ -84,16 +85,16 @@ Task<bool> sleepFor(Duration duration) {
     TaskContext* context = nullptr;
     co_await contextOfTask(context);
     const std::stop_token stop = context->root().stop;
-    std::weak_ptr<OneShotEvent> place;
+    std::weak_ptr<OneShotEvent> over;
     {
-        auto parking = std::make_shared<OneShotEvent>();
-        place = parking;
-        context->executor->postAfter(duration, [parking = std::move(parking)] { parking->resume(); });
+        auto timerOwned = std::make_shared<OneShotEvent>();
+        over = timerOwned;
+        context->executor->postAfter(duration, [over = std::move(timerOwned)] { over->set(); });
     }
-    const std::stop_callback wake(stop, [place] {
-        if (const auto parking = place.lock()) parking->resume();
+    const std::stop_callback wake(stop, [over] {
+        if (const auto event = over.lock()) event->set();
     });
-    if (OneShotEvent* const parking = place.lock().get()) co_await parking->park();
+    if (OneShotEvent* const event = over.lock().get()) co_await event->wait();
     co_return !stop.stop_requested();
 }
 

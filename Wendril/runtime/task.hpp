@@ -25,9 +25,9 @@ struct TaskContext {
     TaskContext& root();
 };
 
-/// The right to resume one suspended task, once. Whoever holds it keeps the task and all that await
-/// it alive: dropped unused, it destroys them all, so an executor that ends with work undone, or a
-/// stream that nobody will ever fill, leaks nothing.
+/// The right to resume one suspended task, once. It owns that task and those that await it, and
+/// destroys them when it is dropped unused. So neither an executor that ends before its functions have
+/// run leaks a task, nor a stream that is dropped while one waits for it.
 class Continuation {
 public:
     Continuation() = default;
@@ -52,8 +52,9 @@ private:
 
 namespace detail {
 
-/// The coroutine that takes over when the running one has suspended. Handing over through this
-/// slot, not through calls, keeps chains of any length off the stack in every build.
+/// The coroutine that this thread resumes next, as soon as the running one has suspended. One that
+/// resumed the next by a call would need a stack as deep as the chain of tasks is long; the compiler
+/// turns such calls into jumps only in optimised builds.
 inline thread_local std::coroutine_handle<> handOver;
 
 void resumeAwaiter(TaskContext& finished) noexcept;
@@ -61,9 +62,9 @@ void resumeAwaiter(TaskContext& finished) noexcept;
 template <class Promise>
 concept OfThisRuntime = std::is_base_of_v<TaskContext, Promise>;
 
-/// Something a task can await: `suspend` is given the task's context and says whether the task has
-/// to wait (then it must have passed on its continuation), `resume` gives the result. Both are
-/// small lambdas whose captures outlive the wait.
+/// Something that a task can await, made of two functions. `suspend` gets the context of the task and
+/// returns whether the task has to wait; if so, it has put the task's Continuation where it will be
+/// resumed from. `resume` returns the result of the wait. What they refer to outlives the wait.
 template <class Suspend, class Resume>
 struct Suspension {
     Suspend suspend;
@@ -116,11 +117,16 @@ struct TaskResult<void> {
 
 }  // namespace detail
 
-/// A lazy coroutine with one awaiter. It starts when it is awaited, on its awaiter's executor, and
-/// sticks to it: whatever it awaits, it resumes there. `resumeOn` moves it, and only it: its
-/// awaiter resumes on its own executor again.
+/// A coroutine with one awaiter. It starts when it is awaited, on its awaiter's executor, and resumes
+/// there after everything that it awaits itself. `resumeOn` moves this one task to another executor;
+/// its awaiter still resumes on its own.
 ///
-/// Parameters go by value: a reference may be dead when the task runs.
+/// The task starts later than the call that makes it, so its parameters go by value. The exception is a
+/// task that is awaited in the expression that makes it.
+///
+/// g++ 12 destroys an aggregate twice that is created in an expression with `co_await` and that owns
+/// something: a braced list, or a lambda with such captures. Where a task takes one, the task gets a name
+/// first: `auto task = f({1, name}); co_await std::move(task);`.
 template <class T = void>
 class [[nodiscard]] Task {
 public:
@@ -186,24 +192,24 @@ inline auto resumeOn(const std::shared_ptr<Executor>& executor) {
 /// The token of the spawned task that the awaiting one belongs to.
 Task<std::stop_token> currentStopToken();
 
-/// A place for one suspended task that several may race to resume, from any thread: the first
-/// wins, also when it comes before the task is parked. It is owned by the one event that is sure
-/// to come (a timer); the task and the others refer to it weakly.
+/// Something that happens once and that one task can wait for. Any thread may `set` it; only the first
+/// call has an effect. The event owns the task that waits for it. So its owner must be something that is
+/// sure to set or drop it, such as a timer, and all others refer to it weakly.
 class OneShotEvent {
 public:
-    /// Suspends the awaiting task until `resume`.
-    auto park() {
-        return detail::Suspension{[this](TaskContext& task) { return admit(task); }, [] {}};
+    /// Suspends the awaiting task until `set`; not at all when that has been called.
+    auto wait() {
+        return detail::Suspension{[this](TaskContext& task) { return suspend(task); }, [] {}};
     }
 
-    void resume();
+    void set();
 
 private:
-    bool admit(TaskContext& task);
+    bool suspend(TaskContext& task);
 
     std::mutex mutex;
-    bool resumed = false;
-    Continuation parked;
+    bool isSet = false;
+    Continuation waiting;
 };
 
 /// Sleeps on the task's executor. False when the task is asked to stop, before or meanwhile.
@@ -211,8 +217,8 @@ Task<bool> sleepFor(Duration duration);
 
 namespace detail {
 
-/// How a spawned task ended, between its executor and whoever waits. The result is handed over, not
-/// shared: the waiter is the last to hold an exception.
+/// How a spawned task ended: set by its executor, taken by the thread that waits. Taking moves the
+/// result out, so that an exception is destroyed on that thread and not on both at a time.
 template <class T>
 class Outcome {
 public:
@@ -222,6 +228,11 @@ public:
         const std::scoped_lock lock(mutex);
         result = std::move(outcome);
         settled.notify_all();
+    }
+
+    bool waitUntil(TimePoint limit) {
+        std::unique_lock lock(mutex);
+        return settled.wait_until(lock, limit, [this] { return result.has_value(); });
     }
 
     bool isSettled() const {
@@ -253,7 +264,7 @@ public:
     const char* what() const noexcept override { return "the executor of the task has ended"; }
 };
 
-/// A task at work by itself. Dropping this neither ends nor cancels it.
+/// A task that runs by itself. Dropping this neither ends nor cancels it.
 template <class T>
 class Spawned {
 public:
@@ -266,6 +277,12 @@ public:
 
     bool isDone() const { return outcome->isSettled(); }
 
+    /// Blocks until it ends, for `duration` at most; returns whether it has ended. Not from its own
+    /// executor.
+    bool waitFor(Duration duration) {
+        return outcome->waitUntil(timeAfter(std::chrono::steady_clock::now(), duration));
+    }
+
     /// Blocks until it ends; returns or throws what it does, or TaskDropped. Once only, and not
     /// from its own executor.
     T get() { return outcome->take(); }
@@ -277,8 +294,8 @@ private:
 
 namespace detail {
 
-/// The outermost coroutine of a spawned task: owned by the continuation that will resume it next,
-/// and by itself while it runs.
+/// The outermost coroutine of a spawned task. While it is suspended, the continuation that will resume it
+/// owns it; it frees itself when it ends.
 struct Root {
     struct promise_type : TaskContext {
         Root get_return_object() {
@@ -294,8 +311,8 @@ struct Root {
     TaskContext* context;
 };
 
-/// A task and where its end is reported: what it came to, or TaskDropped if it came to nothing.
-/// What the task held is gone before its outcome shows.
+/// A task and the outcome that it reports at the end of its life: its result, its error, or TaskDropped
+/// when it is destroyed before it has ended. Whatever the task holds is destroyed before the report.
 template <class T>
 struct DetachedTask {
     DetachedTask(Task<T> task, std::shared_ptr<Outcome<T>> outcome)
@@ -315,16 +332,16 @@ struct DetachedTask {
 };
 
 template <class T>
-Root rootOf(DetachedTask<T> errand) {
+Root rootOf(DetachedTask<T> detached) {
     try {
         if constexpr (std::is_void_v<T>) {
-            co_await std::move(errand.task);
-            errand.result.template emplace<0>();
+            co_await std::move(detached.task);
+            detached.result.template emplace<0>();
         } else {
-            errand.result.template emplace<0>(co_await std::move(errand.task));
+            detached.result.template emplace<0>(co_await std::move(detached.task));
         }
     } catch (...) {
-        errand.result = std::current_exception();
+        detached.result = std::current_exception();
     }
 }
 

@@ -8,8 +8,8 @@
 
 namespace Wendril {
 
-/// A piece of work to run once: any callable without arguments, also one that can only be moved.
-/// Dropping it unrun destroys what it holds. Small callables need no allocation.
+/// A function without arguments and result, to be called once. Unlike std::function it may hold a
+/// callable that can only be moved. Small callables need no allocation.
 class UniqueFunction {
 public:
     UniqueFunction() = default;

@@ -30,7 +30,7 @@ void Wakeup::raise() const {
     }
 }
 
-// What one read leaves behind keeps the pipe readable, so nothing is missed.
+// Bytes that one read leaves in the pipe keep it readable, so no call of `raise` is lost.
 void Wakeup::clear() const {
     char bytes[64];
     while (::read(readEnd, bytes, sizeof bytes) < 0 && errno == EINTR) {

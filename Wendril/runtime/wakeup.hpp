@@ -2,8 +2,8 @@
 
 namespace Wendril {
 
-/// A pipe that wakes a thread out of `poll`. `raise` may be called from any thread; raises before
-/// a `clear` count as one.
+/// A pipe that ends the `poll` of a thread. `raise` may be called from any thread; `clear` takes back all
+/// calls before it.
 class Wakeup {
 public:
     /// Throws std::system_error when the process has no descriptors left.

@@ -1,6 +1,5 @@
 #include "Wendril/transport.hpp"
 
-#include "Wendril/client.hpp"
 #include "simulator/ptyend.hpp"
 #include "simulator/tcpend.hpp"
 #include "tests/chain.hpp"
@@ -8,14 +7,14 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/socket.h>
-#include <unistd.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <termios.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <future>
-#include <memory>
 #include <optional>
 #include <thread>
 
@@ -24,29 +23,21 @@ namespace {
 
 using namespace Tests;
 
-// A chain of three speakers in real time, behind a pseudo-terminal or a TCP port.
-struct RealChain {
-    std::shared_ptr<SerialQueue> queue = std::make_shared<SerialQueue>("line");
-    std::shared_ptr<Simulator::Line> line;
-    std::optional<Simulator::PtyEnd> pty;
-    std::optional<Simulator::TCPEnd> tcp;
+const auto ignoreData = [](ByteView) {};
+const auto ignoreClose = [](const std::exception_ptr&) {};
 
-    explicit RealChain(Simulator::LineOptions options = {}) {
+// A chain in real time, behind a pseudo-terminal or a TCP port.
+struct RealChain {
+    explicit RealChain(bool overTcp, Simulator::LineOptions options = {}) {
         options.hostJitter = 0.5;
         line = std::make_shared<Simulator::Line>(queue, options);
+        if (overTcp)
+            transport = std::make_shared<TCPTransport>("127.0.0.1", tcp.emplace(queue, line, 0).port());
+        else
+            transport = std::make_shared<SerialTransport>(pty.emplace(queue, line).path(), K7Q::baudRate);
+        bus = std::make_shared<Bus>(transport);
+        client.emplace(bus, K7Q::productID);
     }
-
-    std::shared_ptr<Transport> serial() {
-        pty.emplace(queue, line);
-        return std::make_shared<SerialTransport>(pty->path(), K7Q::baudRate);
-    }
-
-    std::shared_ptr<Transport> bridge() {
-        tcp.emplace(queue, line, 0);
-        return std::make_shared<TCPTransport>("127.0.0.1", tcp->port());
-    }
-
-    std::shared_ptr<Transport> make(bool overTcp) { return overTcp ? bridge() : serial(); }
 
     void hangUp() {
         pty.reset();
@@ -58,29 +49,19 @@ struct RealChain {
         queue->post([&] { summary.set_value(line->summary()); });
         return summary.get_future().get();
     }
-};
-
-struct RealLink {
-    explicit RealLink(std::shared_ptr<Transport> transport)
-        : bus(std::make_shared<Bus>(std::move(transport)))
-        , client(bus, K7Q::productID) {
-        run(bus->onClose([this](const std::exception_ptr& error) {
-            closed.set_value(error ? describe(error) : "clean");
-        }));
-        run(bus->open());
-    }
-    ~RealLink() { run(bus->close()); }
-    RealLink(const RealLink&) = delete;
-    RealLink& operator=(const RealLink&) = delete;
 
     template <class T>
     T run(Task<T> task) {
         return spawn(bus->executor, std::move(task)).get();
     }
 
-    std::promise<std::string> closed;
+    const std::shared_ptr<SerialQueue> queue = std::make_shared<SerialQueue>("line");
+    std::shared_ptr<Simulator::Line> line;
+    std::optional<Simulator::PtyEnd> pty;
+    std::optional<Simulator::TCPEnd> tcp;
+    std::shared_ptr<Transport> transport;
     std::shared_ptr<Bus> bus;
-    K7QClient client;
+    std::optional<K7QClient> client;
 };
 
 struct TransportTest : testing::TestWithParam<bool> {};
@@ -89,55 +70,52 @@ INSTANTIATE_TEST_SUITE_P(Links, TransportTest, testing::Bool(),
                          [](const auto& info) { return info.param ? "Tcp" : "Serial"; });
 
 TEST_P(TransportTest, ASpeakerIsReadWrittenAndReadAgainAfterReopening) {
-    RealChain chain;
-    const auto transport = chain.make(GetParam());
+    RealChain chain(GetParam());
     for (int opening = 0; opening < 2; ++opening) {
-        RealLink link(transport);
-        EXPECT_EQ(link.run(link.client.readAll(2, nullptr)).size(), 92U);
+        chain.run(chain.bus->open());
+        EXPECT_EQ(chain.run(chain.client->readAll(2, nullptr)).size(), 92U);
         const ModuleValue value{DelayValue{static_cast<float>(1.5 * opening), false}};
-        link.run(link.client.write(2, K7Q::module(89).value(), value));
-        EXPECT_EQ(link.run(link.client.read(2, K7Q::module(89).value())), value);
+        chain.run(chain.client->write(2, K7Q::module(89).value(), value));
+        EXPECT_EQ(chain.run(chain.client->read(2, K7Q::module(89).value())), value);
+        chain.run(chain.bus->close());
     }
     EXPECT_TRUE(chain.summary().faults.empty());
 }
 
 TEST_P(TransportTest, TheEndOfTheFarSideIsReportedAndEndsAWaitingRequest) {
-    RealChain chain({.boards = 1, .lose = 1});
-    RealLink link(chain.make(GetParam()));
-    const std::string name = link.bus->transport->name();
-    auto waiting = spawn(link.bus->executor, link.client.presetInfo(1));
+    RealChain chain(GetParam(), {.boards = 1, .lose = 1});
+    std::promise<std::string> report;
+    chain.run(chain.bus->onClose(
+        [&report](const std::exception_ptr& error) { report.set_value(error ? describe(error) : "clean"); }));
+    chain.run(chain.bus->open());
+    auto waiting = spawn(chain.bus->executor, chain.client->presetInfo(1));
     while (chain.summary().requests.empty())
         std::this_thread::yield();
     chain.hangUp();
-    const std::string report = link.closed.get_future().get();
+    const std::string pulled =
+        "Não foi possível abrir /dev/pts/" + chain.transport->name() + ": Input/output error";
+    EXPECT_EQ(report.get_future().get(), GetParam() ? "clean" : pulled);
     EXPECT_EQ(failureOf([&] { waiting.get(); }), "Conexão fechada");
-    EXPECT_EQ(report,
-              GetParam() ? "clean" : "Não foi possível abrir /dev/pts/" + name + ": Input/output error");
-    EXPECT_EQ(failureOf([&] { link.run(link.client.info(1)); }), "Conexão fechada");
-    EXPECT_EQ(failureOf([&] { link.bus->transport->write(Bytes(4)); }), "Conexão fechada");
+    EXPECT_EQ(failureOf([&] { chain.transport->write(Bytes(4)); }), "Conexão fechada");
 }
 
-// Dropped at every moment: while opening, writing, waiting, closing. Nothing may hang, leak or
-// touch what is gone.
+// While it opens, writes, waits or closes: nothing may hang, leak or use what has been destroyed.
 TEST_P(TransportTest, ALinkMayBeDroppedAtAnyMoment) {
-    RealChain chain;
-    const auto makeTransport = [&] { return chain.make(GetParam()); };
     for (int moment = 0; moment < 60; ++moment) {
-        auto bus = std::make_shared<Bus>(makeTransport());
-        const K7QClient client(bus, K7Q::productID);
-        auto opening = spawn(bus->executor, bus->open());
-        auto reading = spawn(bus->executor, client.readAll(1, nullptr));
-        auto pinging = spawn(bus->executor, client.ping(200, 5s));
-        if (moment % 3 == 1) spawn(bus->executor, bus->close());
+        RealChain chain(GetParam());
+        const auto executor = chain.bus->executor;
+        auto opening = spawn(executor, chain.bus->open());
+        auto reading = spawn(executor, chain.client->readAll(1, nullptr));
+        auto pinging = spawn(executor, chain.client->ping(200, 5s));
+        if (moment % 3 == 1) spawn(executor, chain.bus->close());
         for (int spin = 0; spin < moment * 400; ++spin)
             std::atomic_signal_fence(std::memory_order_seq_cst);
-        const auto executor = bus->executor;
         if (moment % 2)
-            spawn(executor, bus->close());
+            spawn(executor, chain.bus->close());
         else
-            client.bus->transport->close();
+            chain.transport->close();
         failureOf([&] { opening.get(); });
-        spawn(executor, bus->close()).get();
+        chain.run(chain.bus->close());
         failureOf([&] { reading.get(); });
         EXPECT_FALSE(pinging.get());
     }
@@ -150,10 +128,10 @@ TEST(SerialTransportTest, OnlyPortsOfAdaptersAreOffered) {
          {"cu.usbserial-2", "cu.Bluetooth-Incoming-Port", "tty.usbserial-2", "cu.debug-console",
           "cu.usbserial-10", "cu.BLTH", "ttyS0", "ttyUSB1", "ttyACM0", "xttyUSB0"})
         std::ofstream(directory / name) << "";
-    const std::string prefix = directory.string() + "/";
-    EXPECT_EQ(SerialTransport::availablePorts(directory.string()),
-              (std::vector<std::string>{prefix + "cu.usbserial-10", prefix + "cu.usbserial-2",
-                                        prefix + "ttyACM0", prefix + "ttyUSB1"}));
+    std::string offered;
+    for (const std::string& port : SerialTransport::availablePorts(directory.string()))
+        offered += std::filesystem::relative(port, directory).string() + " ";
+    EXPECT_EQ(offered, "cu.usbserial-10 cu.usbserial-2 ttyACM0 ttyUSB1 ");
     std::filesystem::remove_all(directory);
     EXPECT_TRUE(SerialTransport::availablePorts(directory.string()).empty());
 }
@@ -161,81 +139,114 @@ TEST(SerialTransportTest, OnlyPortsOfAdaptersAreOffered) {
 TEST(SerialTransportTest, FailuresToOpenSayWhyAndLeaveItClosed) {
     SerialTransport missing("/dev/no-such-port", 115200);
     EXPECT_EQ(missing.name(), "no-such-port");
-    EXPECT_EQ(failureOf([&] { missing.open([](ByteView) {}, [](const std::exception_ptr&) {}); }),
+    EXPECT_EQ(failureOf([&] { missing.open(ignoreData, ignoreClose); }),
               "Não foi possível abrir /dev/no-such-port: No such file or directory");
     SerialTransport noTerminal("/dev/null", 115200);
-    EXPECT_EQ(failureOf([&] { noTerminal.open([](ByteView) {}, [](const std::exception_ptr&) {}); }),
+    EXPECT_EQ(failureOf([&] { noTerminal.open(ignoreData, ignoreClose); }),
               "Não foi possível configurar /dev/null: Inappropriate ioctl for device");
     EXPECT_EQ(failureOf([&] { noTerminal.write({}); }), "Conexão fechada");
 }
 
-// Nobody reads the far side, so the write fills every buffer and waits; closing ends it.
+TEST(SerialTransportTest, ALineIsOpenedRawAt115200EmptyAndForOneProgramOnly) {
+    const Descriptor farSide(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    ASSERT_EQ(::grantpt(farSide.number) | ::unlockpt(farSide.number), 0);
+    const std::string path = ::ptsname(farSide.number);
+    const Descriptor terminal(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    termios settings{};
+    ::tcgetattr(terminal.number, &settings);
+    const termios cooked = settings;
+    ::cfmakeraw(&settings);
+    ::tcsetattr(terminal.number, TCSANOW, &settings);
+    EXPECT_EQ(::write(farSide.number, "old", 3), 3);
+    pollfd arrival{terminal.number, POLLIN, 0};
+    ::poll(&arrival, 1, -1);
+    settings = cooked;
+    settings.c_iflag |= ISTRIP | IXON | ICRNL;
+    settings.c_cflag = (settings.c_cflag | CSTOPB | CRTSCTS) & ~static_cast<tcflag_t>(CLOCAL);
+    ::cfsetspeed(&settings, B9600);
+    ::tcsetattr(terminal.number, TCSANOW, &settings);
+
+    SerialTransport transport(path, K7Q::baudRate);
+    std::promise<std::string> received;
+    transport.open([&](ByteView data) { received.set_value({data.begin(), data.end()}); }, ignoreClose);
+    ::tcgetattr(terminal.number, &settings);
+    EXPECT_EQ(settings.c_iflag & (ISTRIP | IXON | ICRNL), 0U);
+    EXPECT_EQ(settings.c_oflag & OPOST, 0U);
+    EXPECT_EQ(settings.c_lflag & (ICANON | ECHO | ISIG), 0U);
+    EXPECT_EQ(settings.c_cflag & (CSIZE | CSTOPB | PARENB | CREAD | CLOCAL | CRTSCTS), CS8 | CREAD | CLOCAL);
+    EXPECT_EQ(::cfgetispeed(&settings), B115200);
+    EXPECT_EQ(::cfgetospeed(&settings), B115200);
+    int exclusive = 0;
+    ::ioctl(terminal.number, TIOCGEXCL, &exclusive);
+    EXPECT_EQ(exclusive, 1);
+    EXPECT_EQ(::write(farSide.number, "new", 3), 3);
+    EXPECT_EQ(received.get_future().get(), "new");
+    transport.close();
+    ::ioctl(terminal.number, TIOCGEXCL, &exclusive);
+    EXPECT_EQ(exclusive, 0);
+}
+
+// Nobody reads the far side, so the write fills every buffer and waits.
 TEST(SerialTransportTest, AWriteThatWaitsForRoomEndsWithTheLine) {
-    RealChain chain;
-    const auto transport = chain.serial();
-    transport->open([](ByteView) {}, [](const std::exception_ptr&) {});
+    const RealChain chain(false);
+    chain.transport->open(ignoreData, ignoreClose);
     std::promise<void> release;
     chain.queue->post([blocked = release.get_future().share()] { blocked.wait(); });
-    auto writing =
-        std::async(std::launch::async, [&] { return failureOf([&] { transport->write(Bytes(1 << 20)); }); });
-    transport->close();
+    auto writing = std::async(std::launch::async,
+                              [&] { return failureOf([&] { chain.transport->write(Bytes(1 << 20)); }); });
+    chain.transport->close();
     EXPECT_EQ(writing.get(), "Conexão fechada");
     release.set_value();
 }
 
 TEST(TCPTransportTest, ARefusedConnectionFailsAtOnceWithTheSystemsText) {
-    TCPTransport transport("127.0.0.1", 1);
-    EXPECT_EQ(transport.name(), "127.0.0.1:1");
-    EXPECT_THROW(transport.open([](ByteView) {}, [](const std::exception_ptr&) {}), std::system_error);
-    TCPTransport byName("localhost", 1);
-    EXPECT_EQ(failureOf([&] { byName.open([](ByteView) {}, [](const std::exception_ptr&) {}); }),
-              "Connection refused");
+    for (const std::string host : {"127.0.0.1", "localhost"}) {
+        TCPTransport transport(host, 1);
+        EXPECT_EQ(transport.name(), host + ":1");
+        EXPECT_EQ(failureOf([&] { transport.open(ignoreData, ignoreClose); }), "Connection refused");
+    }
     TCPTransport unknown("no-such-host.invalid", 1);
-    EXPECT_THROW(unknown.open([](ByteView) {}, [](const std::exception_ptr&) {}), std::system_error);
+    EXPECT_THROW(unknown.open(ignoreData, ignoreClose), std::system_error);
 }
 
-TEST(TCPTransportTest, ABridgeThatDoesNotAnswerIsGivenUp) {
+TEST(TCPTransportTest, AConnectThatHangsEndsInTimeOrWithTheClosingOfItsBus) {
     const DeafListener deaf;
-    TCPTransport transport("127.0.0.1", deaf.port(), 100ms);
-    EXPECT_EQ(failureOf([&] { transport.open([](ByteView) {}, [](const std::exception_ptr&) {}); }),
+    TCPTransport brief("127.0.0.1", deaf.port(), 100ms);
+    EXPECT_EQ(failureOf([&] { brief.open(ignoreData, ignoreClose); }),
               "Não foi possível abrir 127.0.0.1:" + std::to_string(deaf.port()) + ": Connection timed out");
-}
-
-// More than any socket buffer holds, to a bridge that begins to read only then.
-TEST(TCPTransportTest, WhatTheConnectionDoesNotTakeAtOnceFollowsInOrder) {
-    const Listener listener(1);
-    TCPTransport transport("127.0.0.1", listener.port());
-    transport.open([](ByteView) {}, [](const std::exception_ptr&) {});
-    Bytes sent(16U << 20);
-    for (std::size_t i = 0; i < sent.size(); ++i)
-        sent[i] = static_cast<std::uint8_t>(i * 31 >> 3);
-    const std::size_t half = sent.size() / 2;
-    transport.write(ByteView(sent).first(half));
-    transport.write(ByteView(sent).subspan(half));
-    const Descriptor bridge(::accept4(listener.socket.number, nullptr, nullptr, SOCK_CLOEXEC));
-    Bytes received(sent.size());
-    EXPECT_EQ(::recv(bridge.number, received.data(), received.size(), MSG_WAITALL),
-              static_cast<ssize_t>(received.size()));
-    EXPECT_TRUE(received == sent);
-}
-
-TEST(TCPTransportTest, ClosingTheBusEndsAConnectThatHangs) {
-    const DeafListener deaf;
-    const auto before = std::chrono::steady_clock::now();
+    std::stop_source stopped;
+    stopped.request_stop();
+    const auto endless = std::make_shared<TCPTransport>("127.0.0.1", deaf.port(), Duration::max());
+    EXPECT_EQ(failureOf([&] { endless->cancellableOpen(ignoreData, ignoreClose, stopped.get_token()); }),
+              "Conexão fechada");
     for (const bool drop : {false, true}) {
-        auto bus = std::make_shared<Bus>(std::make_shared<TCPTransport>("127.0.0.1", deaf.port()));
+        auto bus = std::make_shared<Bus>(endless);
         const auto caller = std::make_shared<SerialQueue>("caller");
         auto opening = spawn(caller, bus->open());
-        std::promise<void> begun;
-        bus->executor->postAfter(0ms, [&] { begun.set_value(); });
         if (drop)
             bus.reset();
         else
             spawn(caller, bus->close()).get();
         EXPECT_EQ(failureOf([&] { opening.get(); }), "Conexão fechada");
-        if (bus) begun.get_future().wait();
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - before, TCPTransport::connectLimit);
+}
+
+// More than any socket buffer holds, to a bridge that begins to read only then.
+TEST(TCPTransportTest, WhatTheConnectionDoesNotTakeAtOnceFollowsInOrderAndWithoutDelay) {
+    const Listener listener(1);
+    TCPTransport transport("127.0.0.1", listener.port());
+    transport.open(ignoreData, ignoreClose);
+    const Descriptor bridge(::accept4(listener.socket.number, nullptr, nullptr, SOCK_CLOEXEC));
+    EXPECT_TRUE(sendsWithoutDelay(bridge.number));
+    Bytes sent(16U << 20);
+    for (std::size_t i = 0; i < sent.size(); ++i)
+        sent[i] = static_cast<std::uint8_t>(i * 31 >> 3);
+    transport.write(ByteView(sent).first(sent.size() / 2));
+    transport.write(ByteView(sent).subspan(sent.size() / 2));
+    Bytes received(sent.size());
+    EXPECT_EQ(::recv(bridge.number, received.data(), received.size(), MSG_WAITALL),
+              static_cast<ssize_t>(received.size()));
+    EXPECT_TRUE(received == sent);
 }
 
 }  // namespace

@@ -1,129 +1,171 @@
 #include "Wendril/values.hpp"
 
 #include "Wendril/fields.hpp"
-#include "Wendril/frame.hpp"
-#include "Wendril/profile.hpp"
+#include "Wendril/limits.hpp"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+#include <map>
 #include <unordered_set>
 
 namespace Wendril {
 namespace {
 
-TEST(ProfileTest, TheMapHoldsEveryModuleUnderItsNumber) {
+using enum ModuleKind;
+
+TEST(ProfileTest, ModulesHaveTheNumbersOfTheBoard) {
     const auto& modules = K7Q::modules();
     ASSERT_EQ(modules.size(), 98U);
+    EXPECT_EQ(std::unordered_set<ModuleRef>(modules.begin(), modules.end()).size(), 98U);
     for (std::size_t i = 0; i < modules.size(); ++i) {
         EXPECT_EQ(modules[i].index, i + 1);
         EXPECT_EQ(K7Q::module(modules[i].index), modules[i]);
         EXPECT_EQ(K7Q::index(modules[i].kind, modules[i].channel, modules[i].band), i + 1);
     }
     EXPECT_FALSE(K7Q::module(0) || K7Q::module(99) || K7Q::module(255));
-    const std::unordered_set<ModuleRef> distinct(modules.begin(), modules.end());
-    EXPECT_EQ(distinct.size(), 98U);
-}
-
-TEST(ProfileTest, ModulesHaveTheNumbersOfTheBoard) {
-    const struct {
-        ModuleKind kind;
-        const char* channel;
-        int band;
-        int number;
-    } cases[] = {
-        {ModuleKind::gain, "In0", 0, 1},        {ModuleKind::peq, "In1", 3, 14},
-        {ModuleKind::peq, "Out3", 9, 54},       {ModuleKind::hpf, "Out0", 0, 55},
-        {ModuleKind::lpf, "Out3", 0, 62},       {ModuleKind::compressor, "Out0", 0, 63},
-        {ModuleKind::limiter, "Out3", 0, 70},   {ModuleKind::limiterBypass, "Out2", 0, 73},
-        {ModuleKind::gate, "In0", 0, 75},       {ModuleKind::gateBypass, "In1", 0, 78},
-        {ModuleKind::mixer, "In1-Out0", 0, 80}, {ModuleKind::mixer, "In0-Out3", 0, 85},
-        {ModuleKind::delay, "Out3", 0, 92},     {ModuleKind::vu, "In0", 0, 93},
+    // The first and the last of every kind.
+    const std::map<int, std::string> labels{
+        {1, "GAIN/In0"},        {6, "GAIN/Out3"},       {7, "PEQ/In0/0"},          {14, "PEQ/In1/3"},
+        {15, "PEQ/Out0/0"},     {54, "PEQ/Out3/9"},     {55, "HPF/Out0"},          {58, "HPF/Out3"},
+        {59, "LPF/Out0"},       {62, "LPF/Out3"},       {63, "RMS_DRC/Out0"},      {66, "RMS_DRC/Out3"},
+        {67, "PEAK_DRC/Out0"},  {70, "PEAK_DRC/Out3"},  {71, "PEAK_DRC_BPS/Out0"}, {74, "PEAK_DRC_BPS/Out3"},
+        {75, "NG/In0"},         {76, "NG/In1"},         {77, "NG_BPS/In0"},        {78, "NG_BPS/In1"},
+        {79, "MIXER/In0-Out0"}, {80, "MIXER/In1-Out0"}, {86, "MIXER/In1-Out3"},    {87, "DELAY/In0"},
+        {92, "DELAY/Out3"},     {93, "VU/In0"},         {98, "VU/Out3"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(K7Q::index(c.kind, c.channel, c.band), c.number);
-    EXPECT_EQ(moduleKind("RMS_DRC"), ModuleKind::compressor);
-    EXPECT_FALSE(moduleKind("rms_drc") || moduleKind(""));
+    for (const auto& [number, label] : labels)
+        EXPECT_EQ(labelOf(modules.at(static_cast<std::size_t>(number - 1))), label);
+    EXPECT_EQ(moduleKindFromRaw("RMS_DRC"), ModuleKind::compressor);
+    EXPECT_FALSE(moduleKindFromRaw("rms_drc") || moduleKindFromRaw("") || peqTypeFromRaw(3));
+    EXPECT_EQ(peqTypeFromRaw(2), PeqType::highShelf);
 }
 
 TEST(ProfileDeathTest, AModuleThatTheBoardLacksStopsTheProgram) {
     EXPECT_DEATH(K7Q::index(ModuleKind::peq, "In0", 4), "no module PEQ In0 band 4");
-    EXPECT_DEATH(ModuleValue::factory({ModuleKind::peq, "In0", 7, 4}), "In0 has no band 4");
+    EXPECT_DEATH(ModuleValue::factory({peq, "In0", 7, 4}), "In0 has no band 4");
 }
 
 TEST(ProfileTest, TimesSnapToTheBoardsSteps) {
+    const double infinity = std::numeric_limits<double>::infinity();
     const struct {
         double ms;
         std::uint32_t step;
-    } cases[] = {{96, 95},   {96.6, 97}, {0.2, 1},     {-3, 1},       {5000, 2895},
-                 {724, 724}, {104, 103}, {2533, 2171}, {2533.1, 2895}};
+    } cases[] = {{96, 95},         {96.6, 97},     {0.2, 1},          {-3, 1},        {5000, 2895},
+                 {724, 724},       {104, 103},     {2533, 2171},      {2533.1, 2895}, {1e19, 2895},
+                 {infinity, 2895}, {-infinity, 1}, {std::nan(""), 1}, {290, 290},     {1086, 1086}};
     for (const auto& [ms, step] : cases)
         EXPECT_EQ(K7Q::nearestTime(ms), step) << ms;
-    EXPECT_EQ(K7Q::timeSteps[95], 97U);
-    EXPECT_EQ(K7Q::timeSteps[94], 95U);
-    EXPECT_EQ(K7Q::timeSteps.back(), 2895U);
 }
 
 TEST(ValueTest, ValuesHaveTheirBytesOnTheWire) {
     const struct {
+        ModuleKind kind;
         ModuleValue value;
         const char* bytes;
     } cases[] = {
-        {{GainValue{-6, true, false}}, "00 00 C0 C0 01 00 00 00"},
-        {{PeqValue{1000, 3, 1.5F, 2, false}}, "E8 03 00 00 00 00 40 40 00 00 C0 3F 02 00 00 00"},
-        {{FilterValue{120, 9, true}}, "78 00 00 00 09 01 00 00"},
-        {{DynamicsValue{-2, 4, 1, 2, 3, 4}},
+        {gain, {GainValue{-6, true, false}}, "00 00 C0 C0 01 00 00 00"},
+        {peq, {PeqValue{1000, 3, 1.5F, 200, true}}, "E8 03 00 00 00 00 40 40 00 00 C0 3F C8 01 00 00"},
+        {hpf, {FilterValue{120, 9, true}}, "78 00 00 00 09 01 00 00"},
+        {gate,
+         {DynamicsValue{-2, 4, 1, 2, 3, 4}},
          "00 00 00 C0 00 00 80 40 01 00 00 00 02 00 00 00 03 00 00 00 04 00 00 00"},
-        {{LimiterValue{-2, 4, 1, 3, 4}}, "00 00 00 C0 00 00 80 40 01 00 00 00 03 00 00 00 04 00 00 00"},
-        {{true}, "01 00 00 00"},
-        {{MixerValue{0, false, true}}, "00 00 00 00 00 01 00 00"},
-        {{DelayValue{2.5F, false}}, "00 00 20 40 00 00 00 00"},
+        {limiter,
+         {LimiterValue{-2, 4, 1, 3, 4}},
+         "00 00 00 C0 00 00 80 40 01 00 00 00 03 00 00 00 04 00 00 00"},
+        {gateBypass, {true}, "01 00 00 00"},
+        {mixer, {MixerValue{0, false, true}}, "00 00 00 00 00 01 00 00"},
+        {delay, {DelayValue{2.5F, false}}, "00 00 20 40 00 00 00 00"},
     };
-    for (const auto& [value, bytes] : cases)
+    for (const auto& [kind, value, bytes] : cases) {
         EXPECT_EQ(hex(value.encoded()), bytes);
+        EXPECT_EQ(ModuleValue::decode(kind, value.encoded()), value);
+    }
+    EXPECT_EQ(ModuleValue::decode(ModuleKind::gain, Bytes{0, 0, 0, 0, 2, 0x80, 0, 0}),
+              (ModuleValue{GainValue{0, true, true}}));
+    EXPECT_EQ(ModuleValue::decode(ModuleKind::limiterBypass, Bytes{0, 1, 0, 0}), ModuleValue{true});
 }
 
-TEST(ValueTest, EveryDefaultReadsBackFromItsBytesAndFromLongerReplies) {
+TEST(ValueTest, DefaultsAreThoseOfTheBoardAndReadBackFromRepliesLongEnough) {
+    std::map<ModuleKind, std::string> defaults{
+        {gain, "db=0 mute=0 phaseNormal=1"},
+        {hpf, "fc=20 type=3 bypass=1"},
+        {lpf, "fc=22000 type=3 bypass=1"},
+        {compressor, "threshold=22 ratio=1 hold=0 attack=45 release=724 knee=0"},
+        {limiter, "threshold=24 ratio=1 hold=0 release=724 knee=0"},
+        {limiterBypass, "bypass=1"},
+        {gate, "threshold=-120 ratio=100 hold=0 attack=45 release=724 knee=0"},
+        {gateBypass, "bypass=1"},
+        {delay, "ms=0 bypass=1"},
+    };
+    const std::vector<int> inputBands{81, 329, 1336, 5422};
+    const std::vector<int> outputBands{38, 71, 135, 255, 482, 912, 1724, 3258, 6158, 11639};
+    const std::set<std::string> open{"In0-Out0", "In1-Out1", "In0-Out2", "In1-Out3"};
     for (const ModuleRef& ref : K7Q::modules()) {
         const auto factory = ModuleValue::factory(ref);
-        ASSERT_EQ(factory.has_value(), ref.kind != ModuleKind::vu);
-        if (!factory) {
-            EXPECT_FALSE(ModuleValue::decode(ref.kind, Bytes(32)).has_value());
-            continue;
-        }
-        Bytes bytes = factory->encoded();
-        EXPECT_EQ(ModuleValue::decode(ref.kind, bytes), factory) << labelOf(ref);
+        Bytes bytes = factory ? factory->encoded() : Bytes(32);
         EXPECT_FALSE(ModuleValue::decode(ref.kind, ByteView(bytes).first(bytes.size() - 1)).has_value());
         bytes.resize(40, 0xEE);
         EXPECT_EQ(ModuleValue::decode(ref.kind, bytes), factory) << labelOf(ref);
+        if (!factory) continue;
+        const auto& bands = isInput(ref.channel) ? inputBands : outputBands;
+        defaults[mixer] =
+            open.contains(ref.channel) ? "db=0 mute=0 phaseNormal=1" : "db=0 mute=1 phaseNormal=1";
+        if (ref.kind == peq)
+            defaults[peq] = "fc=" + std::to_string(bands.at(static_cast<std::size_t>(ref.band))) +
+                            " gain=0 q=3 type=0 bypass=0";
+        EXPECT_EQ(fieldsText(*factory), defaults.at(ref.kind)) << labelOf(ref);
     }
 }
 
-TEST(ValueTest, AnyByteButZeroIsTrueAndIsSentAsOne) {
-    const auto gain = ModuleValue::decode(ModuleKind::gain, Bytes{0, 0, 0, 0, 2, 0x80, 0, 0});
-    ASSERT_EQ(gain, (ModuleValue{GainValue{0, true, true}}));
-    EXPECT_EQ(hex(gain->encoded()), "00 00 00 00 01 01 00 00");
-    EXPECT_EQ(ModuleValue::decode(ModuleKind::gateBypass, Bytes{0, 1, 0, 0}), ModuleValue{true});
-    EXPECT_EQ(ModuleValue::decode(ModuleKind::limiterBypass, Bytes(4)), ModuleValue{false});
-    EXPECT_EQ(ModuleValue::decode(ModuleKind::peq, Bytes(16, 200))->encoded()[12], 200);
-    EXPECT_FALSE(peqType(3).has_value());
-}
-
-TEST(ValueTest, DefaultsAreThoseOfTheBoard) {
-    const auto text = [](ModuleKind kind, const char* channel, int band = 0) {
-        return fieldsText(ModuleValue::factory(K7Q::module(K7Q::index(kind, channel, band)).value()).value());
+TEST(LimitsTest, EveryNumberHasTheRangeOfTheBoard) {
+    const struct {
+        ModuleKind kind;
+        const char* fields;
+        const char* channel;
+        double lowest;
+        double highest;
+    } rows[] = {
+        {gain, "db", "In1", -60, 6},
+        {gain, "db", "Out0", -60, 15},
+        {mixer, "db", "In0-Out0", -60, 6},
+        {peq, "fc", "In0", 20, 22000},
+        {peq, "gain", "In0", -12, 12},
+        {peq, "q", "Out3", 0.3, 50},
+        {hpf, "fc", "Out0", 20, 22000},
+        {lpf, "fc", "Out0", 20, 22000},
+        {compressor, "threshold", "Out0", -20, 22},
+        {compressor, "ratio", "Out0", 1, 20},
+        {compressor, "knee", "Out0", 0, 30},
+        {compressor, "attack", "Out0", 1, 2895},
+        {compressor, "release", "Out0", 1, 2895},
+        {limiter, "threshold", "Out0", -20, 24},
+        {limiter, "knee", "Out0", 0, 30},
+        {limiter, "release", "Out0", 1, 2895},
+        {gate, "threshold", "In0", -120, -60},
+        {gate, "attack", "In0", 1, 2895},
+        {delay, "ms", "In0", 0, 5},
     };
-    EXPECT_EQ(text(ModuleKind::gain, "In0"), "db=0 mute=0 phaseNormal=1");
-    EXPECT_EQ(text(ModuleKind::peq, "Out3", 9), "fc=11639 gain=0 q=3 type=0 bypass=0");
-    EXPECT_EQ(text(ModuleKind::peq, "In1", 0), "fc=81 gain=0 q=3 type=0 bypass=0");
-    EXPECT_EQ(text(ModuleKind::lpf, "Out0"), "fc=22000 type=3 bypass=1");
-    EXPECT_EQ(text(ModuleKind::compressor, "Out0"),
-              "threshold=22 ratio=1 hold=0 attack=45 release=724 knee=0");
-    EXPECT_EQ(text(ModuleKind::limiter, "Out0"), "threshold=24 ratio=1 hold=0 release=724 knee=0");
-    EXPECT_EQ(text(ModuleKind::gate, "In0"), "threshold=-120 ratio=100 hold=0 attack=45 release=724 knee=0");
-    EXPECT_EQ(text(ModuleKind::limiterBypass, "Out1"), "bypass=1");
-    EXPECT_EQ(text(ModuleKind::mixer, "In1-Out0"), "db=0 mute=1 phaseNormal=1");
-    EXPECT_EQ(text(ModuleKind::mixer, "In1-Out3"), "db=0 mute=0 phaseNormal=1");
-    EXPECT_EQ(text(ModuleKind::delay, "In1"), "ms=0 bypass=1");
+    for (const auto& [kind, field, channel, lowest, highest] : rows) {
+        const Limits limits = limitsOf(kind, field, channel);
+        EXPECT_EQ(std::pair(limits.lowest, limits.highest), std::pair(lowest, highest))
+            << nameOf(kind) << field;
+    }
+    for (const ModuleRef& ref : K7Q::modules()) {
+        if (ref.kind == vu) continue;
+        auto value = ModuleValue::factory(ref).value();
+        forEachField(value, [&ref](const char* name, auto field) {
+            if constexpr (!isLimited<decltype(field)>) {
+                EXPECT_THROW(limitsOf(ref.kind, name, ref.channel), std::invalid_argument) << name;
+            } else {
+                const Limits limits = limitsOf(ref.kind, name, ref.channel);
+                EXPECT_TRUE(limits.lowest <= field && field <= limits.highest) << labelOf(ref) << name;
+                EXPECT_TRUE(limits.unit == "ms" || limits.step > 0) << labelOf(ref) << name;
+            }
+        });
+    }
+    EXPECT_TRUE(isInput("In1") && !isInput("Out0") && !isInput("In0-Out0"));
 }
 
 }  // namespace
