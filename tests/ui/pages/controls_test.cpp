@@ -2,12 +2,14 @@
 
 #include "Wendril/fields.hpp"
 #include "Wendril/limits.hpp"
-#include "ui/kit/knob.hpp"
 #include "ui/kit/panel.hpp"
+#include "ui/kit/timeknob.hpp"
 
 #include <gtest/gtest.h>
 
 #include <QRegularExpression>
+
+#include <cmath>
 
 using namespace Tests;
 
@@ -125,7 +127,8 @@ State with(State state, const std::vector<ModuleRef>& modules, const QString& fi
 
 double numberOf(const Kit::ValueControl& control) {
     const bool isTime = dynamic_cast<const Kit::TimeKnob*>(&control);
-    return isTime ? K7Q::timeSteps.at(static_cast<std::size_t>(std::lround(control.value()))) : control.value();
+    return isTime ? K7Q::timeSteps.at(static_cast<std::size_t>(std::lround(control.value())))
+                  : control.value();
 }
 
 QString placeOf(const QString& page, const QWidget& control) {

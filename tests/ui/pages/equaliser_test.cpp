@@ -2,6 +2,7 @@
 
 #include "Wendril/filtermath.hpp"
 #include "ui/kit/scrubfield.hpp"
+#include "ui/kit/theme.hpp"
 
 #include <gtest/gtest.h>
 
@@ -36,7 +37,7 @@ TEST(EqualiserTest, HandlesAndCurveShowTheBandsAndTheCrossover) {
     desk.set(Kind::peq, "Out0", 9, {PeqValue{500, 6, 2, 0, false}});
     desk.set(Kind::peq, "Out0", 1, {PeqValue{90, 3, 2, 0, true}});
     const auto levelAt = [&desk](double hz) {
-        const auto& freqs = Kit::EqPlot::freqs();
+        const auto& freqs = Kit::EQPlot::freqs();
         const auto at = std::ranges::lower_bound(freqs, hz) - freqs.begin();
         return desk.graph().shownCurves().at(0).db.at(std::size_t(at));
     };

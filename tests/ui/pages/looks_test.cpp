@@ -1,5 +1,6 @@
 #include "tests/ui/pages/desk.hpp"
 
+#include "ui/kit/theme.hpp"
 #include "ui/kit/backdrop.hpp"
 #include "ui/kit/iconbutton.hpp"
 #include "ui/kit/knob.hpp"
@@ -57,7 +58,7 @@ TEST(LooksTest, ButtonsShowTheirTitleIconAndState) {
 TEST(LooksTest, KnobsHaveTheirSizeAndLabels) {
     Desk desk;
     for (const auto& [page, name, look] :
-         {std::tuple{"TOM", "Graves", Kit::KnobLook{160, true, "-12", "+12"}},
+         {std::tuple{"TOM", "Graves", Kit::Knob::Look{160, true, "-12", "+12"}},
           {"DINÂMICA", "Threshold", {150, false, "-20", "+22"}},
           {"DINÂMICA", "Ratio", {150, false, "1", "20"}},
           {"DINÂMICA", "Knee", {96}},

@@ -110,7 +110,7 @@ QLayout* ToneView::meters() {
 QLayout* ToneView::knobs() {
     Limits limits = limitsOf(ModuleKind::peq, "gain", K7Q::inputs.front());
     limits.step = toneStep;
-    Kit::KnobLook look = labelledKnob(160, limits);
+    Kit::Knob::Look look = labelledKnob(160, limits);
     look.bipolar = true;
     auto* const row = new QHBoxLayout;
     for (const auto& [band, title] : toneKnobs) {
