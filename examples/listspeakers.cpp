@@ -11,7 +11,8 @@ using namespace Wendril;
 // Runs on the queue. Only this task is suspended while it waits for a reply.
 Task<void> printSpeakers(K7QClient client) {
     const ModuleRef gain = K7Q::module(K7Q::index(ModuleKind::gain, "In0", 0)).value();
-    const std::vector<DeviceInfo> speakers = co_await client.scan(1, 16);
+    // An address without a speaker takes 200 ms; a whole chain has the addresses 1 to 16.
+    const std::vector<DeviceInfo> speakers = co_await client.scan(1, 3);
     for (const DeviceInfo& speaker : speakers) {
         const ModuleValue value = co_await client.read(speaker.address, gain);
         std::printf("%d %s %s: %+.1f dB\n", speaker.address, speaker.model.c_str(), speaker.serial.c_str(),

@@ -1,11 +1,11 @@
 #include "tests/ui/pages/desk.hpp"
 
-#include "ui/kit/theme.hpp"
 #include "ui/kit/backdrop.hpp"
 #include "ui/kit/iconbutton.hpp"
 #include "ui/kit/knob.hpp"
 #include "ui/kit/panel.hpp"
 #include "ui/kit/pillbutton.hpp"
+#include "ui/kit/theme.hpp"
 #include "ui/pages/shell/statuslabel.hpp"
 #include "ui/pages/technical/filterrow.hpp"
 #include "ui/pages/technical/peqrow.hpp"

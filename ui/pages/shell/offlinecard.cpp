@@ -1,9 +1,9 @@
 #include "ui/pages/shell/offlinecard.hpp"
 
 #include "ui/kit/caption.hpp"
-#include "ui/pages/shared/bind.hpp"
 #include "ui/kit/pillbutton.hpp"
 #include "ui/kit/symbols.hpp"
+#include "ui/pages/shared/bind.hpp"
 
 namespace Corvane {
 

@@ -135,8 +135,9 @@ QWidget* DynamicsView::limiterPanel() {
     knobs->addStretch(1);
     knobs->addLayout(rowOf({thresholdKnob(limiter, panel)}));
     knobs->addStretch(1);
-    knobs->addLayout(rowOf({timeKnobFor(QStringLiteral("Release"), smallKnob, limiter, &LimiterValue::release, panel),
-                            kneeKnob(limiter, panel)}));
+    knobs->addLayout(
+        rowOf({timeKnobFor(QStringLiteral("Release"), smallKnob, limiter, &LimiterValue::release, panel),
+               kneeKnob(limiter, panel)}));
     knobs->addStretch(1);
     auto* const columns = new QHBoxLayout;
     columns->addLayout(knobs, 1);
