@@ -33,7 +33,8 @@ namespace detail {
 
 enum class Side { both, inputs, outputs };
 
-struct LimitsRow {
+// The order is that of a row of the table below.
+struct LimitsRow {  // NOLINT(clang-analyzer-optin.performance.Padding): few, and constant
     ModuleKind kind;
     std::string_view field;
     Limits limits;

@@ -17,8 +17,8 @@ public:
     template <class Callable>
     requires(!std::is_same_v<std::decay_t<Callable>, UniqueFunction> &&
              std::is_invocable_v<std::decay_t<Callable>&>)
-        UniqueFunction(
-            Callable&& callable) {  // NOLINT(bugprone-forwarding-reference-overload): constrained above
+        // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): constrained above
+        UniqueFunction(Callable&& callable) {
         using Held = std::decay_t<Callable>;
         if constexpr (fits<Held>) {
             ::new (static_cast<void*>(storage)) Held(std::forward<Callable>(callable));

@@ -12,6 +12,7 @@
 #include <QStackedWidget>
 
 /// For messages of failed tests.
+// NOLINTNEXTLINE(readability-identifier-naming): the name that GoogleTest looks for
 inline void PrintTo(const QString& text, std::ostream* out) { *out << qPrintable(text); }
 
 namespace Tests {
