@@ -50,7 +50,8 @@ TEST(ModulesTest, WhatAModuleCannotTakeIsRefusedWithWhatItTakes) {
         {"VU/In0", "db=1", "medidor"},
     };
     for (const auto& [module, change, named] : cases) {
-        const std::string failure = failureOf([&] { parseChange(parseModule(module), change); });
+        const std::string failure =
+            failureOf([module = module, change = change] { parseChange(parseModule(module), change); });
         EXPECT_NE(failure.find(named), std::string::npos) << module << " " << change << ": " << failure;
     }
 }
