@@ -127,6 +127,8 @@ struct TaskResult<void> {
 /// g++ 12 destroys an aggregate twice that is created in an expression with `co_await` and that owns
 /// something: a braced list, or a lambda with such captures. Where a task takes one, the task gets a name
 /// first: `auto task = f({1, name}); co_await std::move(task);`.
+/// Its code also hangs in a condition that awaits when the coroutine declares no variable at all. There
+/// the result gets a name first: `const bool done = co_await f(); if (done) …`.
 template <class T = void>
 class [[nodiscard]] Task {
 public:
