@@ -23,10 +23,7 @@ public:
         , band(band)
         , index(Wendril::K7Q::index(kind, channel, band)) {}
 
-    Case value() const {
-        if (const auto stored = model->valueAs<Case>(kind, channel, band)) return *stored;
-        return *Wendril::ModuleValue::factory(*Wendril::K7Q::module(index))->template as<Case>();
-    }
+    Case value() const { return model->valueOrDefault<Case>(kind, channel, band); }
 
     /// The limits of the field of that name.
     Wendril::Limits limits(std::string_view field) const { return Wendril::limitsOf(kind, field, channel); }
