@@ -117,18 +117,15 @@ State stateOf(Desk& desk) {
 
 QRegularExpression regex(const QString& field) { return QRegularExpression("\\b" + field + "=(\\S+)"); }
 
-QString numberIn(const QString& fields, const char* field) { return regex(field).match(fields).captured(1); }
-
-State with(State state, const std::vector<ModuleRef>& modules, const QString& field, const QString& number) {
-    for (const ModuleRef& ref : modules)
-        state[labelOf(ref).c_str()].replace(regex(field), field + '=' + number);
+State with(State state, const QStringList& modules, const QString& field, const QString& number) {
+    for (const QString& module : modules)
+        state[module].replace(regex(field), field + '=' + number);
     return state;
 }
 
 double numberOf(const Kit::ValueControl& control) {
     const bool isTime = dynamic_cast<const Kit::TimeKnob*>(&control);
-    return isTime ? K7Q::timeSteps.at(static_cast<std::size_t>(std::lround(control.value())))
-                  : control.value();
+    return isTime ? K7Q::timeSteps.at(std::size_t(std::lround(control.value()))) : control.value();
 }
 
 QString placeOf(const QString& page, const QWidget& control) {
@@ -139,49 +136,51 @@ QString placeOf(const QString& page, const QWidget& control) {
     return (path.join('/') + ' ' + control.accessibleDescription()).trimmed();
 }
 
-std::vector<ModuleRef> modulesOf(QString labels, const QString& place, int sameBefore) {
+QStringList modulesOf(QString labels, const QString& place, int sameBefore) {
     labels.replace('*', matches(place, ".*(In |IN ).*") ? "In" : "Out");
     auto number = QRegularExpression("[1-9]\\d*").globalMatch(place);
     while (labels.contains('%'))
-        labels = labels.arg(number.hasNext() ? QString::number(number.next().captured().toInt() - 1)
-                            : place.startsWith("X-OVER") ? QString::number(sameBefore)
-                                                         : ".");
-    std::vector<ModuleRef> modules;
-    std::ranges::copy_if(K7Q::modules(), std::back_inserter(modules),
-                         [&](const ModuleRef& ref) { return matches(labelOf(ref).c_str(), labels); });
-    return modules;
+        labels = number.hasNext()             ? labels.arg(number.next().captured().toInt() - 1)
+                 : place.startsWith("X-OVER") ? labels.arg(sameBefore)
+                                              : labels.arg(".");
+    QStringList all;
+    for (const ModuleRef& ref : K7Q::modules())
+        all << labelOf(ref).c_str();
+    return all.filter(QRegularExpression(QRegularExpression::anchoredPattern(labels)));
 }
 
-void check(const Control& row, Desk& desk, Kit::ValueControl& control,
-           const std::vector<ModuleRef>& modules) {
-    const Limits limits = limitsOf(modules.at(0).kind, row.field, modules.at(0).channel);
-    const bool isTime = limits.step == 0;  // such a knob counts positions in the table of times
+void check(const Control& row, Desk& desk, Kit::ValueControl& control, const QStringList& modules) {
+    const auto ref = std::ranges::find(K7Q::modules(), modules.at(0).toStdString(), labelOf);
+    const Limits limits = limitsOf(ref->kind, row.field, ref->channel);
     EXPECT_EQ(control.format(control.range.lower), row.lowest);
     EXPECT_EQ(control.format(control.range.upper), row.highest);
-    EXPECT_TRUE(isTime || (control.range.lower == limits.lowest && control.range.upper == limits.highest));
-    EXPECT_TRUE(!row.standard || control.format(control.defaultValue) == row.standard);
-    EXPECT_TRUE(!row.standard || isTime || control.defaultValue == limits.standard);
+    EXPECT_EQ(control.step, row.ownStep ? row.step : limits.step);
     EXPECT_EQ(control.step, row.step);
-    EXPECT_TRUE(row.ownStep || control.step == limits.step);
-
+    EXPECT_TRUE(!row.standard || control.format(control.defaultValue) == row.standard);
+    if (limits.step != 0) {  // a time knob counts positions in the table of times
+        EXPECT_EQ(std::pair(control.range.lower, control.range.upper),
+                  std::pair(limits.lowest, limits.highest));
+        EXPECT_TRUE(!row.standard || control.defaultValue == limits.standard);
+    }
+    const auto numberIn = [&](const State& state) {
+        return regex(row.field).match(state.at(modules.at(0))).captured(1);
+    };
     const State before = stateOf(desk);
-    const double shown = numberOf(control);
-    EXPECT_FLOAT_EQ(shown, numberIn(before.at(labelOf(modules.at(0)).c_str()), row.field).toDouble());
+    EXPECT_FLOAT_EQ(numberOf(control), numberIn(before).toDouble());
     control.moveBySteps(1);
-    EXPECT_GT(numberOf(control), shown);
     const State after = stateOf(desk);
-    const QString number = numberIn(after.at(labelOf(modules.at(0)).c_str()), row.field);
-    EXPECT_FLOAT_EQ(numberOf(control), number.toDouble());
-    EXPECT_EQ(after, with(before, modules, row.field, number));
+    EXPECT_FLOAT_EQ(numberOf(control), numberIn(after).toDouble());
+    EXPECT_GT(numberOf(control), numberIn(before).toDouble());
+    EXPECT_EQ(after, with(before, modules, row.field, numberIn(after)));
 }
 
-void check(const Switch& row, Desk& desk, Kit::Button& button, const std::vector<ModuleRef>& modules) {
+void check(const Switch& row, Desk& desk, Kit::Button& button, const QStringList& modules) {
     const State before = stateOf(desk);
-    const bool set = numberIn(before.at(labelOf(modules.at(0)).c_str()), row.field) == "1";
+    const bool set = before.at(modules.at(0)).contains(QString(row.field) + "=1");
     EXPECT_EQ(button.isChecked(), row.lit);
     desk.click(button);
     EXPECT_EQ(stateOf(desk), with(before, modules, row.field, row.number ? row.number : set ? "0" : "1"));
-    if (!button.isCheckable() || matches(row.place, ".*RESET")) return;
+    if (button.accessibleName() == "EQ RESET") return;
     EXPECT_NE(button.isChecked(), row.lit);
     desk.click(button);
     EXPECT_EQ(button.isChecked(), row.lit);
@@ -191,27 +190,20 @@ void check(const Switch& row, Desk& desk, Kit::Button& button, const std::vector
 }  // namespace
 
 TEST(ControlsTest, EachShowsAndEditsItsFieldsWithinTheLimits) {
-    for (const auto& [page, values, buttons] : {std::tuple{"TOM", 4, 7},
-                                                {"DINÂMICA", 8, 7},
-                                                {"DELAY", 4, 4},
-                                                {"MAIN", 6, 24},
-                                                {"LIMITER", 8, 7},
-                                                {"IN 1", 17, 14},
-                                                {"IN 2", 17, 14},
-                                                {"X-OVER", 8, 24},
-                                                {"OUT 1", 37, 29},
-                                                {"OUT 2", 37, 29},
-                                                {"OUT 3", 37, 29},
-                                                {"OUT 4", 37, 29}}) {
+    const std::pair<QString, std::size_t> pages[] = {
+        {"TOM", 19},  {"DINÂMICA", 19}, {"DELAY", 8},  {"MAIN", 36},  {"LIMITER", 16}, {"IN 1", 33},
+        {"IN 2", 33}, {"X-OVER", 33},   {"OUT 1", 68}, {"OUT 2", 68}, {"OUT 3", 68},   {"OUT 4", 68}};
+    for (auto [page, count] : pages) {
         Desk desk;
         for (const ModuleRef& ref : K7Q::modules())
             if (ref.kind != ModuleKind::vu) desk.line->board(0).store(ref.index, numbered(ref));
         desk.goTo(page);
-        if (desk.shows("VOZ")) desk.click("VOZ");  // a tone knob sets the band of its tone, too
-        EXPECT_EQ(OnScreen::all<Kit::ValueControl>(desk.page()).size(), values) << page;
-        EXPECT_EQ(OnScreen::all<Kit::Button>(desk.page()).size(), buttons) << page;
+        if (page == "TOM") desk.click("VOZ");  // a tone knob also sets frequency, Q and type of its band
+        if (page == "LIMITER") desk.click("SAÍDA 2");  // it shows one meter and edits one output
+        if (page == "LIMITER") page += " 2";
+        EXPECT_EQ(OnScreen::all<Kit::Control>(desk.page()).size(), count) << qPrintable(page);
         std::map<QString, int> seen;
-        for (Kit::Control* const each : OnScreen::all<Kit::Control>(desk.page())) {
+        for (QWidget* const each : OnScreen::all<QWidget>(desk.page())) {
             const QString place = placeOf(page, *each);
             SCOPED_TRACE(qPrintable(place));
             const auto checkBy = [&](const auto& rows, auto* control) {
@@ -219,7 +211,9 @@ TEST(ControlsTest, EachShowsAndEditsItsFieldsWithinTheLimits) {
                 const auto* const row =
                     std::ranges::find_if(rows, [&](auto& row) { return matches(place, row.place); });
                 ASSERT_NE(row, std::end(rows));
-                check(*row, desk, *control, modulesOf(row->modules, place, seen[place]++));
+                const QStringList modules = modulesOf(row->modules, place, seen[place]++);
+                ASSERT_FALSE(modules.isEmpty());
+                check(*row, desk, *control, modules);
             };
             checkBy(controls, dynamic_cast<Kit::ValueControl*>(each));
             checkBy(switches, dynamic_cast<Kit::Button*>(each));
@@ -244,17 +238,8 @@ TEST(ControlsTest, OnlyTheChosenOneOfAGroupIsLit) {
     }
 }
 
-TEST(ControlsTest, DynamicsGoToTheChosenOutputAndShowTheFirstOfAll) {
+TEST(ControlsTest, ARatioUpTo101IsShownAsOff) {
     Desk desk("DINÂMICA");
-    desk.click("SAÍDA 2");
-    State expected = stateOf(desk);
-    expected["RMS_DRC/Out1"].replace("attack=45", "attack=46");
-    expected["PEAK_DRC_BPS/Out1"] = "bypass=0";
-    desk.press("Attack", Qt::Key_Up);
-    desk.click("BYPASS");
-    EXPECT_EQ(stateOf(desk), expected);
-    desk.click("TODAS AS SAÍDAS");
-    EXPECT_EQ(desk.readOut("Attack"), "45 ms");
     for (const auto& [ratio, title] : {std::pair{1.01F, "DESLIGADO"}, {1.02F, "LIGADO"}}) {
         desk.model->editCompressor([ratio = ratio](DynamicsValue& value) { value.ratio = ratio; });
         EXPECT_TRUE(desk.shows(title)) << ratio;

@@ -14,7 +14,6 @@ using namespace Tests;
 TEST(ShellTest, GuidesFromOfflineToOnlineAndBack) {
     Desk desk;
     EXPECT_TRUE(desk.shows("Conecte às caixas"));
-    EXPECT_FALSE(desk.find("Mudo da entrada").isEnabled());
     QTest::mouseClick(desk.all<Kit::Button>().back(), Qt::LeftButton);  // CONECTAR on the card
     ASSERT_TRUE(desk.until([&] { return desk.model->progress.value().value_or(0) > 0.4; }));
     for (const char* const text : {"Conectando às caixas…", "Lendo a caixa 01…", "40%"})
@@ -25,32 +24,27 @@ TEST(ShellTest, GuidesFromOfflineToOnlineAndBack) {
     ASSERT_TRUE(desk.until([&] { return desk.model->status.value().isOnline(); }));
     for (const char* const text : {"Conectando às caixas…", "Conecte às caixas", "100%"})
         EXPECT_FALSE(desk.shows(text)) << text;
-    EXPECT_TRUE(desk.find("Mudo da entrada").isEnabled());
 
-    desk.find<Kit::ValueControl>("Graves").propose(5);
+    auto& knob = desk.find<Kit::ValueControl>("Graves");
+    knob.propose(5);
     desk.cable.lock()->cut(std::make_exception_ptr(TransportError::open("/dev/ttyUSB0", EIO)));
     desk.settle();
     EXPECT_TRUE(desk.shows("Não foi possível abrir /dev/ttyUSB0: Input/output error"));
-    auto& knob = desk.find<Kit::ValueControl>("Graves");
     QTest::keyClick(&knob, Qt::Key_Up);
     EXPECT_EQ(knob.value(), 5) << "shown, but not to be changed";
     EXPECT_NE(desk.view.childAt(knob.mapTo(&desk.view, knob.rect().center())), &knob);
     desk.goTo("TOM");
     desk.click("DESCONECTAR");
     EXPECT_FALSE(desk.lit("CONECTAR"));
-    EXPECT_EQ(desk.line->summary().faults, std::vector<std::string>{});
 }
 
 TEST(ShellTest, OffersThePortsAndTheBridge) {
     Desk desk;
     EXPECT_EQ(desk.readOut("Porta"), "ttyUSB0");
-    EXPECT_FALSE(desk.shows("endereço"));
     desk.model->ports = std::vector<std::string>();
     desk.press("Porta", Qt::Key_Down);
     EXPECT_EQ(desk.readOut("Porta"), "Controle Wi-Fi (ESP32)");
-    EXPECT_EQ(desk.model->portChoice.value(), "esp");
     auto& host = desk.find<Kit::TextField>("endereço");
-    EXPECT_EQ(host.text(), "192.168.4.1");
     QTest::keyClicks(&host, "0");
     EXPECT_EQ(desk.model->espHost.value(), "192.168.4.10");
     desk.click("Atualizar portas");
@@ -61,19 +55,18 @@ TEST(ShellTest, OffersThePortsAndTheBridge) {
 
 TEST(ShellTest, HeaderAndStripAct) {
     Desk desk("TOM", 2);
+    EXPECT_FALSE(desk.lit(desk.chip(1)) || desk.lit(desk.chip(2))) << "all speakers are edited";
     desk.click(desk.chip(2));
     desk.click(desk.chip(2));
     EXPECT_EQ(desk.model->target.value(), 2) << "a second click keeps the target";
     EXPECT_TRUE(desk.lit(desk.chip(2)));
-    EXPECT_FALSE(desk.lit(desk.chip(1)));
     desk.model->notice = "A caixa 01 parou de responder";
     desk.click("A caixa 01 parou de responder");
-    EXPECT_EQ(desk.model->notice.value(), std::nullopt);
     EXPECT_FALSE(desk.shows("A caixa 01 parou de responder"));
     desk.goTo("X-OVER");
+    EXPECT_FALSE(desk.shows("DINÂMICA"));
     desk.click("MODO TÉCNICO");
-    EXPECT_FALSE(desk.model->technical.value());
-    EXPECT_TRUE(desk.lit("TOM"));
+    EXPECT_TRUE(desk.lit("TOM") && !desk.shows("X-OVER") && !desk.shows("MODO TÉCNICO"));
     desk.model->technical = true;
     EXPECT_TRUE(desk.lit("X-OVER"));
     desk.click("Procurar e renumerar as caixas");
@@ -83,30 +76,25 @@ TEST(ShellTest, HeaderAndStripAct) {
 TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindow) {
     Desk desk("TOM", 16);
     desk.view.resize(ContentView::smallest);
-    const QMargins edges(32, 24, 32, 24);
+    const QRect room = desk.view.rect().marginsRemoved({32, 24, 32, 24});
+    const auto fits = [&](QWidget& widget) {
+        const QRect place(widget.mapTo(&desk.view, QPoint()), widget.size());
+        return room.contains(place) && widget.size() == widget.size().expandedTo(widget.minimumSizeHint());
+    };
     for (const TechPage& page : TechPage::all) {
         desk.goTo(page.title());
-        SCOPED_TRACE(qPrintable(page.title()));
-        EXPECT_EQ(desk.view.size(), ContentView::smallest);
-        for (QWidget* const panel : desk.all<Kit::Panel>()) {
-            EXPECT_EQ(panel->size(), panel->size().expandedTo(panel->minimumSizeHint()));
-            const QRect place(panel->mapTo(&desk.view, QPoint()), panel->size());
-            EXPECT_TRUE(desk.view.rect().marginsRemoved(edges).contains(place));
-        }
+        for (QWidget* const panel : desk.all<Kit::Panel>())
+            EXPECT_TRUE(fits(*panel)) << qPrintable(page.title());
     }
     for (const char* const tab : {"OUT 4", "DELAY"}) {
-        auto& last = desk.find<Kit::Button>(tab);
-        const QRect place(last.mapTo(&desk.view, QPoint()), last.size());
-        EXPECT_LE(place.right(), desk.view.width() - edges.right());
-        EXPECT_EQ(desk.view.childAt(place.center()), &last);
+        auto& last = desk.find(tab);
+        EXPECT_TRUE(fits(last));
+        EXPECT_EQ(desk.view.childAt(last.mapTo(&desk.view, last.rect().center())), &last);
         desk.model->technical = false;
     }
     desk.model->technical = true;
     desk.model->speakers = Speakers{};
-    for (const TechPage& page : TechPage::all) {
-        desk.view.techPage = page;
-        EXPECT_FALSE(desk.view.grab().isNull()) << "of pages that outlive the speakers";
-    }
+    EXPECT_FALSE(desk.view.grab().isNull()) << "pages outlive the speakers";
 }
 
 TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {
@@ -121,7 +109,6 @@ TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {
         Hand::mouse(logo, QEvent::MouseButtonRelease, end, keys);
         return desk.model->technical.value() != before;
     };
-    EXPECT_FALSE(click({}, {9, 9}));
     EXPECT_FALSE(click(Qt::AltModifier, {9, 9}));
     EXPECT_FALSE(click(Qt::ControlModifier, {9, 9}));
     EXPECT_FALSE(click(secret, {-9, 9}));
@@ -150,14 +137,10 @@ TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {
     EXPECT_TRUE(window.isMaximized());
     click("Ampliar");
     EXPECT_FALSE(window.isMaximized());
-    for (const auto& [at, shape] : {std::pair{QPointF(2, 300), Qt::SizeHorCursor},
-                                    {QPointF(1238, 2), Qt::SizeBDiagCursor},
-                                    {QPointF(600, 778), Qt::SizeVerCursor}}) {
-        QMouseEvent move(QEvent::MouseMove, at, window.mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});
-        QApplication::sendEvent(window.windowHandle(), &move);
-        ASSERT_TRUE(QApplication::overrideCursor());
-        EXPECT_EQ(QApplication::overrideCursor()->shape(), shape);
-    }
+    QMouseEvent atCorner(QEvent::MouseMove, {1238, 2}, {}, Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(window.windowHandle(), &atCorner);
+    ASSERT_TRUE(QApplication::overrideCursor());
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::SizeBDiagCursor);
     click("Minimizar");
     EXPECT_TRUE(window.isMinimized());
     window.showNormal();
@@ -169,6 +152,7 @@ TEST(MainWindowTest, ClosesAtAnyMoment) {
     for (int steps = 0; steps < 4000; steps += 97) {
         Rig rig(chainOf(2));
         auto window = std::make_unique<MainWindow>(*rig.model, true);
+        rig.model->technical = true;  // with a list of presets under way
         window->show();
         rig.model->start(rig.model->connect());
         rig.steps(steps);
