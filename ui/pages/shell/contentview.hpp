@@ -29,7 +29,7 @@ public:
     Property<Page> page{Page::tone};
     Property<TechPage> techPage{TechPage{}};
 
-    /// Of header and strip together, by which the window is moved.
+    /// Height of header and strip together, by which the window is moved.
     int headHeight() const;
 
 protected:

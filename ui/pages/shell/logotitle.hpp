@@ -22,7 +22,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
-    bool pressed = false;  // with Alt and Control
+    bool pressed = false;  // with Alt and Control held
 };
 
 }  // namespace Corvane

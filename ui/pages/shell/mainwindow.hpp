@@ -31,8 +31,8 @@ private:
     ContentView* view;
     QWidget* buttons;
     bool edgeCursorShown = false;
-    std::optional<QPoint>
-        grip;  // in the window; set while it is moved on a desktop that does not move windows
+    // The grabbed point of the window, while it is moved on a desktop that does not move windows.
+    std::optional<QPoint> grip;
 };
 
 }  // namespace Corvane

@@ -8,7 +8,7 @@ class QHBoxLayout;
 
 namespace Corvane {
 
-/// A chip for each speaker; the target's is selected. When the row is too narrow, the chips elide the
+/// A chip for each speaker; that of the target is selected. When the row is too narrow, the chips elide the
 /// model names, then show only addresses; beyond that the wheel scrolls the row.
 class SpeakerChips final : public QScrollArea {
 public:

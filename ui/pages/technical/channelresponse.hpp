@@ -19,7 +19,7 @@ struct ChannelFilters {
 /// The filters of a channel of the focused speaker.
 ChannelFilters filtersOf(AppModel& model, std::string_view channel);
 
-/// In dB at each of `EqPlot::freqs`.
+/// In dB at each of `EQPlot::freqs`.
 std::vector<double> responseOf(const ChannelFilters& filters);
 
 }  // namespace Corvane

@@ -19,8 +19,8 @@ public:
                  QWidget* parent);
 };
 
-/// "MUTE", lit while the channel is muted, and "0°" or, lit, "180°" for its polarity. A click
-/// inverts what the button shows.
+/// The buttons of a channel's gain: "MUTE", lit while the channel is muted, and its polarity, "0°" or,
+/// lit, "180°". A click inverts what the button shows.
 Kit::PillButton* muteButton(AppModel& model, std::string_view channel, QWidget* parent);
 Kit::PillButton* polarityButton(AppModel& model, std::string_view channel, QWidget* parent);
 
