@@ -24,7 +24,6 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     if (!link.client) co_return;
     const K7QClient client = *link.client;
     const Generation discovery = link.discoveries.next();  // ends the live loop too
-    edits.clear();
     progress = std::nullopt;
 
     status = Status::working("Procurando caixas…");
@@ -54,7 +53,7 @@ void AppModel::takeOver(const std::vector<DeviceInfo>& found) {
     Speakers listed;
     for (const DeviceInfo& info : found)
         listed.push_back(std::make_shared<Speaker>(info));
-    edits.clear();  // they were for the speakers listed before
+    edits.clear();  // they are for the speakers listed before
     speakers = std::move(listed);
     if (!focus()) target = std::nullopt;
 }

@@ -101,6 +101,7 @@ TEST(ConnectionTest, APortThatDoesNotOpenSaysWhyAndLeavesNoLink) {
     rig.run(rig.model->savePreset(1, ""));
     rig.run(rig.model->deletePreset(1));
     EXPECT_EQ(rig.model->currentPreset.value(), std::nullopt);
+    EXPECT_TRUE(rig.cable.expired());
     EXPECT_TRUE(rig.port->sent.empty());
 
     rig.port->refusal.reset();

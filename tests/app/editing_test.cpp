@@ -1,7 +1,5 @@
 #include "rig.hpp"
 
-#include <random>
-
 namespace Tests {
 namespace {
 
@@ -116,30 +114,25 @@ TEST(EditingTest, AnEditWhileASpeakerIsReadOutlivesTheReading) {
     }
 }
 
-// A minute of edits on a bad line: only edits that were reported may be missing.
-TEST(EditingTest, AfterAMinuteOnABadLineTheBoardsHoldWhatTheScreenShows) {
-    for (std::uint64_t seed = 1; seed <= 5; ++seed) {
-        auto options = chainOf(3);
-        options.pace = true;
-        options.lose = options.corrupt = 0.02;
-        options.seed = seed;
-        Rig rig(options);
-        while (!rig.model->status.value().isOnline())
-            rig.run(rig.model->connect());
-        std::mt19937_64 random(seed);
-        std::size_t reports = 0;
-        for (int edit = 0; edit < 3600; ++edit) {
-            const double level = static_cast<double>(random() % 200) / 10 - 10;
-            if (edit % 60 == 0) rig.model->target = static_cast<std::uint8_t>(1 + random() % 3);
-            if (edit % 240 == 0) rig.model->target = std::nullopt;
-            rig.model->setTone(toneBands.at(random() % toneBands.size()), level);
-            rig.time.advance(edit + 1 < 3600 ? 16667us : 10s);
-            if (rig.model->notice.value()) ++reports;
-            rig.model->notice = std::nullopt;
-        }
-        EXPECT_LE(rig.differing().size(), reports) << "seed " << seed;
-        EXPECT_EQ(rig.line->summary().faults, std::vector<std::string>{}) << "seed " << seed;
+TEST(EditingTest, OnABadLineOnlyEditsThatWereReportedAreMissing) {
+    auto options = chainOf(3);
+    options.pace = true;
+    options.lose = options.corrupt = 0.02;
+    Rig rig(options);
+    while (!rig.model->status.value().isOnline())
+        rig.run(rig.model->connect());
+    std::size_t reports = 0;
+    for (int edit = 0; edit < 18000; ++edit) {
+        rig.model->target = std::uint8_t(1 + edit / 60 % 3);
+        if (edit % 240 < 60) rig.model->target = std::nullopt;
+        rig.model->setTone(toneBands.at(std::size_t(edit % 3)), edit % 19 - 9);
+        rig.time.advance(edit + 1 < 18000 ? 16667us : 10s);
+        if (rig.model->notice.value()) ++reports;
+        rig.model->notice = std::nullopt;
     }
+    EXPECT_GT(reports, 0U);
+    EXPECT_LE(rig.differing().size(), reports);
+    EXPECT_EQ(rig.line->summary().faults, std::vector<std::string>{});
 }
 
 }  // namespace

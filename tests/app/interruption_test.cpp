@@ -75,8 +75,9 @@ void expectEnd(Rig& rig) {
     const std::weak_ptr<AppModel> model = rig.model;
     rig.model.reset();
     EXPECT_TRUE(model.expired());
-    rig.time.runUntilIdle();
+    rig.time.advance(1ms);
     EXPECT_EQ(rig.port->holders, 0);
+    rig.time.runUntilIdle();
     EXPECT_TRUE(rig.cable.expired());
 }
 

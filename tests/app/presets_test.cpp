@@ -46,6 +46,7 @@ TEST(PresetsTest, SavesLoadsAndDeletesOnAllTargetedSpeakersAfterTheEditsThatWait
         EXPECT_EQ(rig.line->board(board).preset(4).has_value(), board != 1);
 
     failing(Fun::presetLoad);
+    rig.model->currentPreset = std::nullopt;
     for (std::uint8_t module = 1; module <= 6; ++module)
         rig.model->set(module, gain(0));
     rig.model->set(92, {DelayValue{std::numeric_limits<float>::quiet_NaN(), false}});
@@ -72,8 +73,9 @@ TEST(PresetsTest, OfTwoListingsTheLaterOneRules) {
     rig.model->target = 1;
     for (int slot = 1; slot <= 6; ++slot)
         store(rig, slot, "Da primeira", 0);
+    rig.port->sent.clear();
     rig.model->start(rig.model->refreshPresets());
-    rig.steps(30);
+    ASSERT_TRUE(rig.until([&] { return !rig.sentOf(Fun::presetName).empty(); }));
     rig.model->target = 2;
     rig.run(rig.model->refreshPresets());
     rig.time.advance(1s);
