@@ -83,7 +83,7 @@ TEST(EditingTest, AnEditThatIsNotConfirmedIsReportedAlsoWhenADiscoveryFollows) {
         rig.time.advance(5s);
         EXPECT_EQ(rig.notice(), "A caixa 02 não confirmou o ajuste");
         EXPECT_EQ(rig.written(), (std::vector<int>{3, 3})) << "one resend";
-        EXPECT_EQ(rig.shown(1, 3), gain(rediscovered ? 0 : -5));
+        EXPECT_EQ(rig.model->value(ModuleKind::gain, "Out0"), gain(rediscovered ? 0 : -5));
     }
 }
 
