@@ -2,40 +2,54 @@
 #include "Wendril/client.hpp"
 
 #include <QCoreApplication>
-#include <QMetaObject>
-#include <QThread>
+#include <QEvent>
 #include <QTimer>
 
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <thread>
 
 using namespace Wendril;
 
-// The event loop of the thread that creates it, as an executor. Qt copies the functions that it calls
-// later, so they travel by shared pointer.
-class QtExecutor final : public Executor {
+class Call final : public QEvent {
 public:
+    explicit Call(UniqueFunction function)
+        : QEvent(User)
+        , function(std::move(function)) {}
+
+    UniqueFunction function;
+};
+
+// The event loop of the thread that creates it, as an executor.
+class QtExecutor final : public QObject, public Executor {
+public:
+    // From any thread.
     void post(UniqueFunction function) override {
-        QMetaObject::invokeMethod(
-            &receiver, [function = std::make_shared<UniqueFunction>(std::move(function))] { (*function)(); },
-            Qt::QueuedConnection);
+        QCoreApplication::postEvent(this, new Call(std::move(function)));
     }
 
-    // A timer must be started on the thread of its receiver.
+    // A timer must be started on the thread of its receiver. Qt copies the function that it calls
+    // later, so the function travels by shared pointer.
     void postAfter(Duration delay, UniqueFunction function) override {
         post([this, delay, function = std::make_shared<UniqueFunction>(std::move(function))] {
-            QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(delay), Qt::PreciseTimer,
-                               &receiver, [function] { (*function)(); });
+            QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(delay), Qt::PreciseTimer, this,
+                               [function] { (*function)(); });
         });
     }
 
-    bool isCurrent() const override { return QThread::currentThread() == receiver.thread(); }
+    bool isCurrent() const override { return std::this_thread::get_id() == thread; }
 
     TimePoint now() const override { return std::chrono::steady_clock::now(); }
 
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User) return QObject::event(event);
+        static_cast<Call*>(event)->function();
+        return true;
+    }
+
 private:
-    QObject receiver;
+    const std::thread::id thread = std::this_thread::get_id();
 };
 
 // Resumes on the event loop after every `co_await`, so it may use widgets and models.

@@ -12,6 +12,7 @@ namespace Wendril {
 namespace {
 
 using namespace Tests;
+using namespace std::string_view_literals;
 
 ModuleRef moduleAt(int number) { return K7Q::module(static_cast<std::uint8_t>(number)).value(); }
 
@@ -186,9 +187,9 @@ TEST(ClientTest, PresetRepliesMayEndEarlyAndNamesAreTrimmed) {
     EXPECT_EQ(directory, (K7QClient::PresetInfo{1, 0x80000009, 0}));
     for (const int n : {-1, 0, 1, 3, 31, 32, 35})
         EXPECT_EQ(directory.isStored(n), n == 0 || n == 3 || n == 31) << n;
-    for (const char* name : {"Show                ", "Show\0xxx", "Show"}) {
-        payload = slot(5, std::string_view(name, 8));
-        EXPECT_EQ(s.run(s.client.presetName(1, 5)).substr(0, 4), "Show");
+    for (const auto name : {"Show                "sv, "Show\0\0\0\0"sv, "Show"sv}) {
+        payload = slot(5, name);
+        EXPECT_EQ(s.run(s.client.presetName(1, 5)), "Show");
     }
     payload = slot(5, "twenty letters exactly s");
     EXPECT_EQ(s.run(s.client.presetName(1, 5)), "twenty letters exact");
