@@ -296,12 +296,10 @@ std::stop_token Bus::Core::tokenForOpening() {
 // asked for and have not begun. Called from any thread, and returns at once. Only an abandoned bus
 // stops the openings of the future as well.
 void Bus::Core::stopTransport() {
-    std::stop_source stopped;
-    {
-        const std::scoped_lock lock(mutex);
-        stopped = openings;
-        if (!abandoned) openings = std::stop_source();
-    }
+    std::unique_lock lock(mutex);
+    std::stop_source stopped = openings;
+    if (!abandoned) openings = std::stop_source();
+    lock.unlock();
     stopped.request_stop();
     transport->close();
 }

@@ -36,7 +36,7 @@ std::optional<TonePreset> AppModel::activePreset() const {
 
 void AppModel::setRoute(std::string_view input, std::string_view output, bool on) {
     const std::string crosspoint = std::string(input) + "-" + std::string(output);
-    MixerValue value = valueOrDefault<MixerValue>(ModuleKind::mixer, crosspoint);
+    auto value = valueOrDefault<MixerValue>(ModuleKind::mixer, crosspoint);
     value.mute = !on;
     set(K7Q::index(ModuleKind::mixer, crosspoint, 0), ModuleValue{value});
 }
