@@ -11,11 +11,16 @@
 
 #include "ui/kit/backdrop.hpp"
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QPainter>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include <functional>
 #include <tuple>
+#include <utility>
 
 namespace Corvane {
 
@@ -56,7 +61,7 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     rows->addWidget(new HeaderBar(model, choosesLink, this));
-    rows->addWidget(new SpeakerStrip(model, page, techPage, this));
+    rows->addWidget(new SpeakerStrip(model, {page, techPage, locked}, this));
     rows->addWidget(pages, 1);
     setMinimumSize(smallest);
     resize(usual);
@@ -67,10 +72,31 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     Corvane::bind(
         *this, [&model] { return model.status.value().isOnline(); },
         [this](bool online) {
-            pages->setEnabled(online);
             veil->setVisible(!online);
             veil->raise();
         });
+    Corvane::bind(
+        *this, [this, &model] { return model.status.value().isOnline() && !locked.value(); },
+        [this](bool takesInput) {
+            // Otherwise the toolkit gives the focus to the next control, and the next key acts there.
+            if (QWidget* const focused = pages->focusWidget(); !takesInput && focused) focused->clearFocus();
+            pages->setEnabled(takesInput);
+        });
+    addShortcuts();
+}
+
+void ContentView::addShortcuts() {
+    const auto shortcut = [this](const QKeySequence& keys, std::function<void()> act) {
+        auto* const made = new QShortcut(keys, this);
+        made->setAutoRepeat(false);
+        connect(made, &QShortcut::activated, this, std::move(act));
+        return made;
+    };
+    shortcut(Qt::CTRL | Qt::Key_L, [this] { locked = !locked.value(); });
+    auto* const escape = shortcut(Qt::Key_Escape, [this] { model.target = std::nullopt; });
+    // A field that is being typed in gets the key itself.
+    connect(qApp, &QApplication::focusChanged, escape,
+            [escape](QWidget*, QWidget* now) { escape->setEnabled(!qobject_cast<QLineEdit*>(now)); });
 }
 
 int ContentView::headHeight() const { return pages->y(); }

@@ -16,7 +16,10 @@ namespace Corvane {
 class TechPageView;
 
 /// The content of the window: header, strip and page. The page takes no input unless the link is
-/// online. A page is built when it is first shown. The model must outlive the view.
+/// online and the page is not locked. A page is built when it is first shown. The model must outlive
+/// the view.
+///
+/// Keys of the whole window: Ctrl+L locks and unlocks, Escape takes the target away.
 class ContentView final : public QWidget {
 public:
     /// Smallest and usual size.
@@ -28,6 +31,7 @@ public:
 
     Property<Page> page{Page::tone};
     Property<TechPage> techPage{TechPage{}};
+    Property<bool> locked{false};  // the page takes no input
 
     /// Height of header and strip together, by which the window is moved.
     int headHeight() const;
@@ -40,6 +44,7 @@ private:
     class Veil;
 
     void showPage();
+    void addShortcuts();
     QWidget* simplePage(Page which);
 
     AppModel& model;
