@@ -28,7 +28,8 @@ BusError::BusError(Case errorCase, std::uint8_t code, std::string text)
 
 namespace {
 
-std::uint8_t functionOf(ByteView frame) { return frame.size() >= 4 ? frame[3] : 0; }
+std::uint8_t addressOf(ByteView frame) { return u8(frame, 2); }
+std::uint8_t functionOf(ByteView frame) { return u8(frame, 3); }
 
 }  // namespace
 
@@ -36,9 +37,11 @@ std::uint8_t functionOf(ByteView frame) { return frame.size() >= 4 ? frame[3] : 
 // and the transport's callbacks refer to it weakly, so that they do not keep a dropped bus alive.
 class Bus::Core : public std::enable_shared_from_this<Core> {
 public:
-    Core(std::shared_ptr<Transport> transport, std::shared_ptr<Executor> executor)
+    Core(std::shared_ptr<Transport> transport, std::shared_ptr<Executor> executor,
+         std::shared_ptr<LineRecord> record)
         : transport(std::move(transport))
-        , executor(std::move(executor)) {}
+        , executor(std::move(executor))
+        , record(std::move(record)) {}
     ~Core() { transport->close(); }
     Core(const Core&) = delete;
     Core& operator=(const Core&) = delete;
@@ -117,7 +120,7 @@ private:
                                   [] {}};
     }
     void release();
-    Task<std::optional<Frame>> exchange(const Bytes& frame, Duration timeout, const Match& match);
+    Task<std::optional<Frame>> exchange(const Bytes& frame, Duration timeout, const Match& match, bool again);
     void startTimer(Waiter& attempt);
     void arm(const std::shared_ptr<Timer>& timer, TimePoint due);
     void expire(const std::shared_ptr<Timer>& timer);
@@ -131,6 +134,7 @@ private:
 
     const std::shared_ptr<Transport> transport;
     const std::shared_ptr<Executor> executor;
+    const std::shared_ptr<LineRecord> record;
     FrameParser parser;
     Waiter* waiter = nullptr;
     std::weak_ptr<Timer> currentTimer;
@@ -206,8 +210,9 @@ Task<Frame> Bus::Core::request(std::shared_ptr<Core> self, Bytes frame, Duration
     co_await resumeOn(self->executor);
     LineLock lock(*self);
     co_await self->acquire(lock);
-    for (int resendsLeft = std::max(retries, 0);; --resendsLeft) {
-        auto reply = co_await self->exchange(frame, timeout, match);
+    const int resends = std::max(retries, 0);
+    for (int resendsLeft = resends;; --resendsLeft) {
+        auto reply = co_await self->exchange(frame, timeout, match, resendsLeft < resends);
         if (reply) co_return *std::move(reply);
         if (resendsLeft == 0) throw BusError::timeout(functionOf(frame));
     }
@@ -226,15 +231,22 @@ void Bus::Core::release() {
 
 // One attempt: sends `frame` and waits for its reply. None when the time-out comes first. The
 // references are to the coroutine of `request`, which awaits this one.
-Task<std::optional<Frame>> Bus::Core::exchange(const Bytes& frame, Duration timeout, const Match& match) {
+Task<std::optional<Frame>> Bus::Core::exchange(const Bytes& frame, Duration timeout, const Match& match,
+                                               bool again) {
     if (!isOpen) throw BusError::closed();
     if (logger) logger("-> " + hex(frame));
+    const TimePoint begin = executor->now();
+    record->wasSent(begin, frame, again);
     transport->write(frame);
     Waiter attempt(*this, match, timeAfter(executor->now(), timeout));
     startTimer(attempt);
     // The event owns the task that waits for it. If that task shared the event, neither would ever end.
     if (OneShotEvent* const ended = attempt.ended.lock().get()) co_await ended->wait();
     if (attempt.closed) throw BusError::closed();
+    if (attempt.reply)
+        record->wasReply(addressOf(frame), executor->now() - begin);
+    else
+        record->timedOut(addressOf(frame));
     co_return std::move(attempt.reply);
 }
 
@@ -279,12 +291,16 @@ Task<void> Bus::Core::pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chu
 }
 
 void Bus::Core::ingest(const Bytes& chunk) {
-    parser.feed(chunk, [this](Frame& frame) {
+    std::size_t unused = parser.pending().size() + chunk.size();
+    parser.feed(chunk, [this, &unused](Frame& frame) {
         if (logger) logger("<- " + hex(FrameCodec::encode(frame, false, {})));
-        if (!waiter || !waiter->match(frame)) return;
+        unused -= FrameCodec::headerBytes + frame.payload.size() + FrameCodec::checksumBytes;
+        record->wasReceived(executor->now(), frame);
+        if (!waiter || !waiter->match(frame)) return record->wasDropped(frame.address);
         waiter->reply = std::move(frame);
         resumeWaiter();
     });
+    record->droppedBytes(unused - parser.pending().size());
 }
 
 std::stop_token Bus::Core::tokenForOpening() {
@@ -315,9 +331,14 @@ void Bus::Core::closed(std::uint64_t endedGeneration, const std::exception_ptr& 
 }
 
 Bus::Bus(std::shared_ptr<Transport> transport, std::shared_ptr<Executor> executor)
+    : Bus(std::move(transport), std::move(executor), std::make_shared<LineRecord>()) {}
+
+Bus::Bus(std::shared_ptr<Transport> transport, std::shared_ptr<Executor> executor,
+         std::shared_ptr<LineRecord> writable)
     : transport(std::move(transport))
     , executor(executor ? std::move(executor) : this->transport->queue())
-    , core(std::make_shared<Core>(this->transport, this->executor)) {}
+    , record(writable)
+    , core(std::make_shared<Core>(this->transport, this->executor, std::move(writable))) {}
 
 Bus::~Bus() { core->abandon(); }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Wendril/frame.hpp"
+#include "Wendril/linerecord.hpp"
 #include "Wendril/runtime/task.hpp"
 #include "Wendril/transport.hpp"
 
@@ -60,6 +61,9 @@ public:
     const std::shared_ptr<Transport> transport;
     const std::shared_ptr<Executor> executor;
 
+    /// What has been sent and received since the bus was made. It may outlive the bus.
+    const std::shared_ptr<const LineRecord> record;
+
     /// Receives "-> " or "<- " and the hex dump of every attempt sent and every valid frame
     /// received, on the bus's executor. An empty one stops the log.
     Task<void> setLogger(Logger logger);
@@ -87,6 +91,9 @@ public:
 
 private:
     class Core;
+
+    Bus(std::shared_ptr<Transport> transport, std::shared_ptr<Executor> executor,
+        std::shared_ptr<LineRecord> writable);
 
     const std::shared_ptr<Core> core;
 };

@@ -1,5 +1,7 @@
 #include "app/model/appmodel.hpp"
 
+#include "app/model/words.hpp"
+
 #include "Wendril/text.hpp"
 
 #include <algorithm>
@@ -49,8 +51,26 @@ float AppModel::meter(std::string_view channel) const {
     return position < levels.size() ? levels[position] : silence;
 }
 
+void AppModel::warn(const std::string& text) {
+    events.add(text);
+    notice = text;
+}
+
 void AppModel::warn(std::uint8_t address, const std::string& complaint) {
-    notice = "A caixa " + twoDigits(address) + " " + complaint;
+    warn("A caixa " + twoDigits(address) + " " + complaint);
+}
+
+LineReport AppModel::lineReport() const {
+    if (!link.record) return {};
+    auto summary = link.record->summary();
+    // The bus counts on a clock without a date.
+    const auto toDate = std::chrono::system_clock::now() - surroundings.executor->now().time_since_epoch();
+    LineReport made{std::move(summary.addresses), summary.droppedBytes, {}};
+    for (const LineRecord::Entry& entry : summary.frames)
+        made.frames.push_back({std::chrono::time_point_cast<std::chrono::system_clock::duration>(
+                                   toDate + entry.at.time_since_epoch()),
+                               entry.sent, entry.frame.address, meaningOf(entry)});
+    return made;
 }
 
 }  // namespace Corvane

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "app/model/editqueue.hpp"
+#include "app/model/eventlog.hpp"
+#include "app/model/history.hpp"
+#include "app/model/linereport.hpp"
 #include "app/model/link.hpp"
 #include "app/model/property.hpp"
+#include "app/model/report.hpp"
 #include "app/model/speaker.hpp"
 #include "app/model/status.hpp"
 #include "app/model/tone.hpp"
@@ -55,7 +59,7 @@ public:
     Property<std::string> espHost{"192.168.4.1"};
     Property<std::optional<std::uint8_t>> target;  // address; absent: all (edits), the first (reads)
     Property<std::optional<int>> output;           // into K7Q::outputs; absent: all
-    Property<std::optional<std::string>> notice;   // the latest warning
+    Property<std::optional<std::string>> notice;   // the latest warning; absent once it is dismissed
     Property<bool> technical{false};
 
     // Kept by the model.
@@ -66,6 +70,9 @@ public:
     Property<std::vector<float>> meters{std::vector<float>(Wendril::K7Q::meterChannels.size(), silence)};
     Property<std::map<int, std::string>> devicePresets;  // slot to name, of the focused speaker
     Property<std::optional<int>> currentPreset;          // slot last loaded or reported as current
+    Property<std::optional<std::string>> activity;       // of the presets: what is being done now
+    Property<Report> report;                             // what has been done
+    EventLog events;
 
     /// The speaker that reads refer to; null if there is none.
     std::shared_ptr<Speaker> focus() const;
@@ -78,6 +85,12 @@ public:
     Wendril::Task<void> connect();
     Wendril::Task<void> disconnect();
     Wendril::Task<void> discover(bool renumber);
+
+    /// Counts and frames of the line that is open or was open last, in words.
+    LineReport lineReport() const;
+
+    /// Warns the user: the notice, and an event.
+    void warn(const std::string& text);
 
     /// Starts any operation that is a task.
     void start(Wendril::Task<void> operation);
@@ -111,6 +124,13 @@ public:
     void set(std::uint8_t index, const Wendril::ModuleValue& value,
              const std::optional<Speakers>& on = std::nullopt);
 
+    // Every change of a setting, and what a recalled preset changes, can be undone until the next
+    // discovery or disconnection. Each speaker gets its own earlier values. `history` says what belongs
+    // together.
+    void undo();
+    void redo();
+    History history;
+
     using CompressorChange = std::function<void(Wendril::DynamicsValue& value)>;
     using LimiterChange = std::function<void(Wendril::LimiterValue& value)>;
     void editCompressor(const CompressorChange& change);
@@ -136,7 +156,7 @@ public:
     Wendril::FilterMath::Crossover crossover(std::string_view output) const;
 
     // Presets in the speakers, slots 1 to 31: listed from the focused speaker, loaded, saved and
-    // deleted on all targeted ones.
+    // deleted on all targeted ones. While one of the three commands runs, another does nothing.
     Wendril::Task<void> refreshPresets();
     Wendril::Task<void> loadPreset(int number);
     Wendril::Task<void> savePreset(int number, std::string name);
@@ -145,8 +165,13 @@ public:
 private:
     using GainChange = std::function<void(Wendril::GainValue& value)>;
     using Steps = std::function<Wendril::Task<void>()>;
-    using Command =
-        std::function<Wendril::Task<void>(Wendril::K7QClient client, std::shared_ptr<Speaker> speaker)>;
+    // Returns what it has changed.
+    using Command = std::function<Wendril::Task<History::Changes>(Wendril::K7QClient client,
+                                                                  std::shared_ptr<Speaker> speaker)>;
+    struct PresetRun {
+        int number;
+        std::string doing, done, failed;  // "Salvando", "salvo", "não salvou"; a failure may have no words
+    };
 
     // The steps of the operations. They wait for nothing but by `during`, which throws when the model
     // has ended meanwhile, so that `this` is valid after every wait.
@@ -161,12 +186,17 @@ private:
     Wendril::Task<void> savePresetSteps(int number, std::string name);
     Wendril::Task<void> deletePresetSteps(int number);
     Wendril::Task<void> editsSent();
-    Wendril::Task<void> askTargeted(Command command, std::string complaint);
+    Wendril::Task<void> runPreset(PresetRun run, Command command);
 
     std::shared_ptr<Wendril::Transport> chosenTransport() const;
+    void fail(const std::string& reason);
     void linkLost(const std::string& reason);
     void takeOver(const std::vector<Wendril::DeviceInfo>& found);
     void warn(std::uint8_t address, const std::string& complaint);
+    void tell(std::string text);
+    std::optional<Wendril::ModuleValue> write(Speaker& speaker, std::uint8_t index,
+                                              const Wendril::ModuleValue& value);
+    bool apply(const History::Step& step, Wendril::ModuleValue History::Change::*side);
     bool isTargeted(const Speaker& speaker) const;
     Speakers targeted() const;
     void editInputGain(const GainChange& change);
@@ -179,6 +209,7 @@ private:
     const Generations life;  // one generation, from the beginning of the model to its end
     Link link;
     EditQueue edits;
+    std::uint64_t presetRuns = 0;
 };
 
 }  // namespace Corvane

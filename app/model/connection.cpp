@@ -37,15 +37,25 @@ Task<void> AppModel::connectSteps() {
     auto transport = chosenTransport();
     status = Status::working("Conectando a " + transport->name() + "…");
     const auto opened = co_await link.open(std::move(transport));
-    if (opened)
+    if (opened) {
+        events.add("Conectado a " + link.client->bus->transport->name());
         co_await discoverSteps(false);
-    else
-        status = Status::error(opened.failure);
+    } else {
+        fail(opened.failure);
+    }
+}
+
+void AppModel::fail(const std::string& reason) {
+    events.add(reason);
+    status = Status::error(reason);
 }
 
 Task<void> AppModel::disconnectSteps() {
     progress = std::nullopt;
+    activity = std::nullopt;
+    if (link.client) events.add("Desconectado");
     co_await link.close();
+    history.clear();
     speakers = Speakers{};
     meters = std::vector<float>(K7Q::meterChannels.size(), silence);
     status = Status::offline();
@@ -53,7 +63,8 @@ Task<void> AppModel::disconnectSteps() {
 
 void AppModel::linkLost(const std::string& reason) {
     progress = std::nullopt;
-    status = Status::error(reason);
+    activity = std::nullopt;
+    fail(reason);
 }
 
 }  // namespace Corvane

@@ -1,5 +1,7 @@
 #include "app/model/appmodel.hpp"
 
+#include "app/model/words.hpp"
+
 #include "Wendril/text.hpp"
 
 #include <utility>
@@ -25,6 +27,7 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     const K7QClient client = *link.client;
     const Generation discovery = link.discoveries.next();  // ends the live loop too
     progress = std::nullopt;
+    history.clear();
 
     status = Status::working("Procurando caixas…");
     std::vector<DeviceInfo> found;
@@ -38,7 +41,7 @@ Task<void> AppModel::discoverSteps(bool renumber) {
         if (addressed) found = *std::move(addressed.value);
     }
     if (found.empty()) {
-        status = Status::error("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".");
+        fail("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".");
         co_return;
     }
 
@@ -53,8 +56,13 @@ void AppModel::takeOver(const std::vector<DeviceInfo>& found) {
     Speakers listed;
     for (const DeviceInfo& info : found)
         listed.push_back(std::make_shared<Speaker>(info));
-    edits.clear();  // they are for the speakers listed before
+    edits.clear();  // they are for the speakers listed before, as are the steps of the history
+    history.clear();
+    std::vector<std::uint8_t> addresses;
+    for (const auto& speaker : listed)
+        addresses.push_back(speaker->address);
     speakers = std::move(listed);
+    events.add("Encontradas: " + wordFor(addresses));
     if (!focus()) target = std::nullopt;
 }
 

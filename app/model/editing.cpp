@@ -22,16 +22,22 @@ std::optional<ModuleValue> AppModel::value(ModuleKind kind, std::string_view cha
 }
 
 void AppModel::set(std::uint8_t index, const ModuleValue& value, const std::optional<Speakers>& on) {
-    for (const auto& speaker : on ? *on : targeted()) {
-        speaker->set(index, value);
-        edits.add({speaker->address, index}, value);
-    }
+    const History::Scope step(history);
+    for (const auto& speaker : on ? *on : targeted())
+        if (const auto before = write(*speaker, index, value))
+            history.record(surroundings.executor->now(), speaker, index, *before, value);
+}
+
+std::optional<ModuleValue> AppModel::write(Speaker& speaker, std::uint8_t index, const ModuleValue& value) {
+    edits.add({speaker.address, index}, value);
+    return speaker.set(index, value);
 }
 
 // A module is written whole, so the targeted speakers get the focused one's other fields too.
 template <class Case>
 void AppModel::edit(ModuleKind kind, const std::vector<std::string_view>& channels,
                     const std::function<void(Case&)>& change) {
+    const History::Scope step(history);
     for (const std::string_view channel : channels) {
         auto current = valueAs<Case>(kind, channel);
         if (!current) continue;

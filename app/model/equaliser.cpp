@@ -38,6 +38,7 @@ int AppModel::bandsOf(std::string_view channel) {
 }
 
 void AppModel::rewriteEq(std::string_view channel, const std::function<void(PeqValue&)>& change) {
+    const History::Scope step(history);
     const int bands = bandsOf(channel);
     for (int band = 0; band < bands; ++band) {
         const auto current = valueAs<PeqValue>(ModuleKind::peq, channel, band);

@@ -28,6 +28,7 @@ Task<void> Link::close() {
 Task<Outcome<void>> Link::open(std::shared_ptr<Transport> transport) {
     const Generation opening = generations.next();
     bus = std::make_shared<Bus>(std::move(transport));
+    record = bus->record;
     co_await during(opening, bus->onClose(closeHandler(opening)));
     auto opened = co_await during(opening, bus->open());
     if (opened)

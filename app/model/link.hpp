@@ -25,9 +25,10 @@ public:
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
-    std::optional<Wendril::K7QClient> client;  // present while open
-    Generations discoveries;                   // each with the live loop that follows it
-    Generations listings;                      // of presets
+    std::optional<Wendril::K7QClient> client;           // present while open
+    std::shared_ptr<const Wendril::LineRecord> record;  // of the latest bus; null before the first
+    Generations discoveries;                            // each with the live loop that follows it
+    Generations listings;                               // of presets
 
     /// From one `open` or `close` to the next, or to the loss of the link.
     Generation generation() const { return generations.latest(); }

@@ -1,6 +1,9 @@
 #include "app/model/appmodel.hpp"
 
+#include "app/model/words.hpp"
+
 #include "Wendril/limits.hpp"
+#include "Wendril/text.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -15,12 +18,27 @@ namespace {
 
 std::uint32_t onTheWire(int slot) { return static_cast<std::uint32_t>(slot); }
 
-// Loads a preset, then reads what the speaker holds.
-Task<void> recall(K7QClient client, std::shared_ptr<Speaker> speaker, int number) {
+// Loads a preset, then reads what the speaker holds. Returns what has changed.
+Task<History::Changes> recall(K7QClient client, std::shared_ptr<Speaker> speaker, int number) {
     const ModuleValues before = speaker->values.value();
     co_await client.loadPreset(speaker->address, onTheWire(number));
     auto values = co_await client.readAll(speaker->address, nullptr);
-    speaker->take(std::move(values), before);
+    History::Changes changes;
+    for (const std::uint8_t index : speaker->take(std::move(values), before))
+        changes.emplace(WriteKey{speaker->address, index},
+                        History::Change{speaker, before.at(index), speaker->values.value().at(index)});
+    co_return changes;
+}
+
+Task<History::Changes> save(K7QClient client, std::shared_ptr<Speaker> speaker, int number,
+                            std::string name) {
+    co_await client.savePreset(speaker->address, onTheWire(number), std::move(name));
+    co_return History::Changes();
+}
+
+Task<History::Changes> erase(K7QClient client, std::shared_ptr<Speaker> speaker, int number) {
+    co_await client.deletePreset(speaker->address, onTheWire(number));
+    co_return History::Changes();
 }
 
 }  // namespace
@@ -60,16 +78,30 @@ Task<void> AppModel::refreshPresetsSteps() {
     currentPreset = static_cast<int>(std::min(info.value->current, largest));
 }
 
-// Gives the command to each targeted speaker, also after one that failed. Without a complaint a
-// failure is not reported.
-Task<void> AppModel::askTargeted(Command command, std::string complaint) {
+// Gives the command to each targeted speaker, also after one that failed. Says what is being done, and
+// at the end what has been done.
+Task<void> AppModel::runPreset(PresetRun run, Command command) {
     const K7QClient client = *link.client;
     const Generation generation = link.generation();
+    const std::string preset = "o preset " + std::to_string(run.number);
     const Speakers asked = targeted();
+    const std::uint64_t id = ++presetRuns;
+    std::vector<std::uint8_t> done;
     for (const auto& speaker : asked) {
-        const auto answered = co_await during(generation, command(client, speaker));
-        if (!answered && !complaint.empty()) warn(speaker->address, complaint);
+        activity = run.doing + " " + preset + " na caixa " + twoDigits(speaker->address) + "…";
+        auto answered = co_await during(generation, command(client, speaker));
+        if (answered) {
+            done.push_back(speaker->address);
+            history.addRecall(run.number, id, *std::move(answered.value));
+        } else if (!run.failed.empty()) {
+            warn(speaker->address, run.failed + " " + preset);
+        }
     }
+    activity = std::nullopt;
+    std::string text = "Preset " + std::to_string(run.number) + " " + run.done + " em " + wordFor(done);
+    if (done.size() < asked.size()) text += " de " + std::to_string(asked.size());
+    events.add(text);
+    tell(std::move(text));
 }
 
 // Waits until the live loop has sent the edits: a preset is stored as the window shows it, and
@@ -82,31 +114,36 @@ Task<void> AppModel::editsSent() {
 }
 
 Task<void> AppModel::loadPresetSteps(int number) {
-    if (!link.client) co_return;
-    const Command load = [number](K7QClient client, std::shared_ptr<Speaker> speaker) {
+    if (!link.client || activity.value()) co_return;
+    activity = "Carregando o preset " + std::to_string(number) + "…";
+    const Command command = [number](K7QClient client, std::shared_ptr<Speaker> speaker) {
         return recall(std::move(client), std::move(speaker), number);
     };
     co_await editsSent();
-    co_await askTargeted(load, "não carregou o preset " + std::to_string(number));
+    const PresetRun run{number, "Carregando", "carregado", "não carregou"};
+    co_await runPreset(run, command);
     currentPreset = number;
 }
 
 Task<void> AppModel::savePresetSteps(int number, std::string name) {
-    if (!link.client) co_return;
-    const Command save = [number, name](const K7QClient& client, const std::shared_ptr<Speaker>& speaker) {
-        return client.savePreset(speaker->address, onTheWire(number), name);
+    if (!link.client || activity.value()) co_return;
+    activity = "Salvando o preset " + std::to_string(number) + "…";
+    const Command command = [number, name](K7QClient client, std::shared_ptr<Speaker> speaker) {
+        return save(std::move(client), std::move(speaker), number, name);
     };
     co_await editsSent();
-    co_await askTargeted(save, "não salvou o preset " + std::to_string(number));
+    const PresetRun run{number, "Salvando", "salvo", "não salvou"};
+    co_await runPreset(run, command);
     co_await refreshPresetsSteps();
 }
 
 Task<void> AppModel::deletePresetSteps(int number) {
-    if (!link.client) co_return;
-    const Command erase = [number](const K7QClient& client, const std::shared_ptr<Speaker>& speaker) {
-        return client.deletePreset(speaker->address, onTheWire(number));
+    if (!link.client || activity.value()) co_return;
+    const Command command = [number](K7QClient client, std::shared_ptr<Speaker> speaker) {
+        return erase(std::move(client), std::move(speaker), number);
     };
-    co_await askTargeted(erase, "");
+    const PresetRun run{number, "Apagando", "apagado", ""};
+    co_await runPreset(run, command);
     co_await refreshPresetsSteps();
 }
 

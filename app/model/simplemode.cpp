@@ -14,6 +14,7 @@ constexpr double sameGain = 0.05;  // dB
 }  // namespace
 
 void AppModel::setTone(ToneBand band, double db) {
+    const History::Scope step(history);
     const ToneFilter filter = filterOf(band);
     const PeqValue value{filter.fc, static_cast<float>(db), filter.q, static_cast<std::uint8_t>(filter.type),
                          false};
@@ -49,6 +50,7 @@ bool AppModel::outputsMuted() const {
 }
 
 void AppModel::toggleOutputMute() {
+    const History::Scope step(history);
     const bool mute = !outputsMuted();
     for (const std::string_view output : K7Q::outputs) {
         auto gain = valueAs<GainValue>(ModuleKind::gain, output);

@@ -13,21 +13,29 @@ bool equal(const ModuleValue& a, const ModuleValue& b) { return a.encoded() == b
 
 }  // namespace
 
-void Speaker::set(std::uint8_t index, const ModuleValue& value) {
+std::optional<ModuleValue> Speaker::set(std::uint8_t index, const ModuleValue& value) {
+    std::optional<ModuleValue> before;
     values.update([&](ModuleValues& all) {
         const auto [place, added] = all.try_emplace(index, value);
-        if (!added && equal(place->second, value)) return false;
-        place->second = value;
+        if (added) return true;
+        if (equal(place->second, value)) return false;
+        before = std::exchange(place->second, value);
         return true;
     });
+    return before;
 }
 
-void Speaker::take(ModuleValues read, const ModuleValues& before) {
+std::vector<std::uint8_t> Speaker::take(ModuleValues read, const ModuleValues& before) {
+    std::vector<std::uint8_t> changed;
     for (const auto& [index, value] : values.value()) {
         const auto old = before.find(index);
-        if (old == before.end() || !equal(old->second, value)) read.insert_or_assign(index, value);
+        if (old == before.end() || !equal(old->second, value))
+            read.insert_or_assign(index, value);
+        else if (const auto now = read.find(index); now != read.end() && !equal(now->second, value))
+            changed.push_back(index);
     }
     values = std::move(read);
+    return changed;
 }
 
 }  // namespace Corvane

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,11 +18,13 @@ struct Speaker {
         : address(device.address)
         , info(device) {}
 
-    void set(std::uint8_t index, const Wendril::ModuleValue& value);
+    /// Returns the value before if it was known and another.
+    std::optional<Wendril::ModuleValue> set(std::uint8_t index, const Wendril::ModuleValue& value);
 
     /// Takes over what was read. `before` is what `values` were when the reading began: a module that
-    /// the user has edited since keeps the edit, which is sent to the speaker after the reading.
-    void take(Wendril::ModuleValues read, const Wendril::ModuleValues& before);
+    /// the user has edited since keeps the edit, which is sent to the speaker after the reading. Returns
+    /// the numbers of the modules of `before` that have got another value.
+    std::vector<std::uint8_t> take(Wendril::ModuleValues read, const Wendril::ModuleValues& before);
 
     const std::uint8_t address;
     Property<Wendril::DeviceInfo> info;

@@ -136,7 +136,7 @@ TEST(ClientTest, WhatABoardRefusesOrCutsShortIsRejected) {
     };
     for (const auto& [command, reply, error] : rows) {
         Scripted s([&reply = reply](const Frame&) { return std::vector{reply}; });
-        EXPECT_EQ(failureOf([&] { command(s); }), error.what());
+        EXPECT_EQ(failureOf([&, &command = command] { command(s); }), error.what());
     }
 }
 

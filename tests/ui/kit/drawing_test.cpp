@@ -94,9 +94,10 @@ TEST(PaintTest, TextIsAlignedElidedAndItsDigitsStandStill) {
                                                                   {Qt::AlignCenter, "HH", 29, 50},
                                                                   {Qt::AlignLeft, QString(40, u'W'), 10, 67}};
     for (const auto& [alignment, text, left, right] : cases) {
-        const auto [first, last] = columns(drawn(80, 1, [&](QPainter& painter) {
-            Paint::text(painter, {10, 0, 60, 20}, alignment, text, style);
-        }));
+        const auto [first, last] =
+            columns(drawn(80, 1, [&, alignment = alignment, &text = text](QPainter& painter) {
+                Paint::text(painter, {10, 0, 60, 20}, alignment, text, style);
+            }));
         EXPECT_NEAR(first, left, 2) << text.toStdString();
         EXPECT_NEAR(last, right, 2) << text.toStdString();
     }
