@@ -1,8 +1,11 @@
 #include "ui/pages/shell/contentview.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shell/diagnosticswindow.hpp"
+#include "ui/pages/shell/gesturefilter.hpp"
 #include "ui/pages/shell/headerbar.hpp"
 #include "ui/pages/shell/offlinecard.hpp"
+#include "ui/pages/shell/reportline.hpp"
 #include "ui/pages/shell/speakerstrip.hpp"
 #include "ui/pages/simple/delayview.hpp"
 #include "ui/pages/simple/dynamicsview.hpp"
@@ -56,7 +59,8 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     : QWidget(parent)
     , model(model)
     , pages(new QStackedWidget(this))
-    , veil(new Veil(model, this)) {
+    , veil(new Veil(model, this))
+    , reportLine(new ReportLine(model, this)) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
@@ -82,21 +86,38 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
             if (QWidget* const focused = pages->focusWidget(); !takesInput && focused) focused->clearFocus();
             pages->setEnabled(takesInput);
         });
+    new GestureFilter(*this, model.history);
     addShortcuts();
 }
 
 void ContentView::addShortcuts() {
     const auto shortcut = [this](const QKeySequence& keys, std::function<void()> act) {
         auto* const made = new QShortcut(keys, this);
-        made->setAutoRepeat(false);
         connect(made, &QShortcut::activated, this, std::move(act));
         return made;
     };
-    shortcut(Qt::CTRL | Qt::Key_L, [this] { locked = !locked.value(); });
+    const auto undo = [this] {
+        if (!locked.value()) model.undo();
+    };
+    const auto redo = [this] {
+        if (!locked.value()) model.redo();
+    };
+    shortcut(Qt::CTRL | Qt::Key_Z, undo);
+    shortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z, redo);
+    shortcut(Qt::CTRL | Qt::Key_Y, redo);
+    shortcut(Qt::CTRL | Qt::Key_L, [this] { locked = !locked.value(); })->setAutoRepeat(false);
+    shortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D, [this] { showDiagnostics(); })->setAutoRepeat(false);
     auto* const escape = shortcut(Qt::Key_Escape, [this] { model.target = std::nullopt; });
     // A field that is being typed in gets the key itself.
     connect(qApp, &QApplication::focusChanged, escape,
             [escape](QWidget*, QWidget* now) { escape->setEnabled(!qobject_cast<QLineEdit*>(now)); });
+}
+
+void ContentView::showDiagnostics() {
+    if (!diagnostics) diagnostics = new DiagnosticsWindow(model, this);
+    diagnostics->show();
+    diagnostics->raise();
+    diagnostics->activateWindow();
 }
 
 int ContentView::headHeight() const { return pages->y(); }
@@ -139,6 +160,7 @@ void ContentView::paintEvent(QPaintEvent*) {
 void ContentView::resizeEvent(QResizeEvent*) {
     layout()->activate();
     veil->setGeometry(pages->geometry());
+    reportLine->settle();
 }
 
 }  // namespace Corvane

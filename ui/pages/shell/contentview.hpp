@@ -5,6 +5,7 @@
 #include "ui/pages/shell/page.hpp"
 #include "ui/pages/technical/techpage.hpp"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <map>
@@ -13,13 +14,15 @@ class QStackedWidget;
 
 namespace Corvane {
 
+class ReportLine;
 class TechPageView;
 
 /// The content of the window: header, strip and page. The page takes no input unless the link is
 /// online and the page is not locked. A page is built when it is first shown. The model must outlive
 /// the view.
 ///
-/// Keys of the whole window: Ctrl+L locks and unlocks, Escape takes the target away.
+/// Keys of the whole window: Ctrl+Z undoes, Ctrl+Shift+Z and Ctrl+Y redo, unless the page is locked;
+/// Ctrl+L locks and unlocks, Ctrl+Shift+D opens the diagnostics, Escape takes the target away.
 class ContentView final : public QWidget {
 public:
     /// Smallest and usual size.
@@ -45,6 +48,7 @@ private:
 
     void showPage();
     void addShortcuts();
+    void showDiagnostics();
     QWidget* simplePage(Page which);
 
     AppModel& model;
@@ -52,6 +56,8 @@ private:
     std::map<Page, QWidget*> built;
     TechPageView* technicalPages = nullptr;
     Veil* veil;
+    ReportLine* reportLine;
+    QPointer<QWidget> diagnostics;  // while its window is open
 };
 
 }  // namespace Corvane

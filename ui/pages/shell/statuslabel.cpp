@@ -60,6 +60,8 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
     row->setSpacing(8);
     percentage->setTabular(true);
     percentage->reserveFor(Formats::percent(1));
+    auto* const atWork = new Kit::Spinner(this);
+    auto* const activity = new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this);
     auto* const notice = new Warning(Warning::Kind::dismissible, Theme::accent, leastNotice, this);
     notice->action = [&model] { model.notice = std::nullopt; };
     for (QWidget* const each :
@@ -74,6 +76,12 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
         [this](std::optional<double> progress) {
             percentage->setText(progress ? Formats::percent(*progress) : QString());
             percentage->setVisible(progress.has_value());
+        });
+    Corvane::bind(
+        *activity, [&model] { return model.activity.value(); },
+        [activity, atWork](const std::optional<std::string>& doing) {
+            showText(*activity, toQString(doing.value_or(std::string())));
+            atWork->setVisible(doing.has_value());
         });
     Corvane::bind(
         *notice, [&model] { return model.notice.value(); },
