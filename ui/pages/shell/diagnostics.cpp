@@ -8,6 +8,7 @@
 #include <QDateTime>
 #include <QStringList>
 
+#include <algorithm>
 #include <chrono>
 
 namespace Corvane::Diagnostics {
@@ -27,6 +28,8 @@ QString timeText(std::chrono::system_clock::time_point at, const QString& format
 QString nameOf(std::uint8_t address) {
     return address == everyone ? QStringLiteral("todas") : toQString(twoDigits(address));
 }
+
+std::uint8_t addressOf(const std::shared_ptr<Speaker>& speaker) { return speaker->address; }
 
 QString msText(Duration time) {
     return QString::asprintf("%.1f", std::chrono::duration<double, std::milli>(time).count());
@@ -54,7 +57,8 @@ QString events(const AppModel& model) {
     return lines.join(u'\n');
 }
 
-QString counts(const LineReport& line) {
+// Addresses that a scan has asked in vain say nothing.
+QString counts(const AppModel& model, const LineReport& line) {
     const QStringList titles{QStringLiteral("caixa"),       QStringLiteral("enviados"),
                              QStringLiteral("reenviados"),  QStringLiteral("sem resposta"),
                              QStringLiteral("descartados"), QStringLiteral("maior (ms)"),
@@ -62,6 +66,10 @@ QString counts(const LineReport& line) {
     constexpr qsizetype gap = 2;
     QStringList lines{titles.join(QString(gap, u' '))};
     for (const auto& [address, counts] : line.addresses) {
+        const bool isListed =
+            std::ranges::find(model.speakers.value(), address, addressOf) != model.speakers.value().end();
+        const bool hasReplied = counts.longest > Duration::zero();
+        if (!isListed && !hasReplied && address != everyone) continue;
         const QStringList cells{nameOf(address),
                                 QString::number(counts.sent),
                                 QString::number(counts.resent),
@@ -95,7 +103,7 @@ QString everything(const AppModel& model) {
         lines << QStringLiteral("Caixa %1: %2")
                      .arg(nameOf(speaker->address), toQString(speaker->info.value().model));
     const std::pair<QString, QString> parts[] = {{QStringLiteral("Eventos"), events(model)},
-                                                 {QStringLiteral("Linha"), counts(line)},
+                                                 {QStringLiteral("Linha"), counts(model, line)},
                                                  {QStringLiteral("Quadros"), frames(line)}};
     for (const auto& [title, text] : parts)
         lines << QString() << title << text;

@@ -5,11 +5,13 @@
 
 #include "ui/kit/backdrop.hpp"
 #include "ui/kit/pillbutton.hpp"
-#include "ui/kit/shadows.hpp"
+#include "ui/kit/theme.hpp"
+#include "ui/kit/well.hpp"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QFontDatabase>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QShortcut>
@@ -24,43 +26,36 @@ constexpr int refreshMs = 500;
 
 }  // namespace
 
-// Text in a well. It shows its end until the user scrolls, and stands still while something is selected.
+// Text that can be selected. It stands still while something is selected.
 class DiagnosticsWindow::Text final : public QPlainTextEdit {
 public:
-    Text(const QString& name, QWidget* parent)
-        : QPlainTextEdit(parent) {
+    // `Place::end`: the text shows its end until the user scrolls up.
+    enum class Place { start, end };
+
+    Text(const QString& name, Place place, QWidget* parent)
+        : QPlainTextEdit(parent)
+        , place(place) {
         setAccessibleName(name);
         setReadOnly(true);
         setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         setLineWrapMode(NoWrap);
         setFrameShape(NoFrame);
         setFont(fixedFont());
-        setViewportMargins(10, 8, 6, 8);
         QPalette colors = palette();
         colors.setColor(QPalette::Base, Qt::transparent);
         colors.setColor(QPalette::Text, Theme::text);
         setPalette(colors);
         viewport()->setAutoFillBackground(false);
+        setStyleSheet(styleOfScrollBars());
     }
 
-    void show(const QString& text) {
+    void setContent(const QString& text) {
         if (textCursor().hasSelection() || text == toPlainText()) return;
         QScrollBar& bar = *verticalScrollBar();
-        const int place = bar.value();
-        const bool atEnd = place == bar.maximum();
+        const int before = bar.value();
+        const bool follows = place == Place::end && before == bar.maximum();
         setPlainText(text);
-        bar.setValue(atEnd ? bar.maximum() : place);
-    }
-
-protected:
-    void paintEvent(QPaintEvent* event) override {
-        {
-            QPainter painter(viewport());
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.translate(-viewport()->pos());
-            Paint::well(painter, rect(), 10);
-        }
-        QPlainTextEdit::paintEvent(event);
+        bar.setValue(follows ? bar.maximum() : before);
     }
 
 private:
@@ -69,14 +64,28 @@ private:
         font.setPixelSize(12);
         return font;
     }
+
+    static QString styleOfScrollBars() {
+        return QStringLiteral("QScrollBar { background: transparent; border: none; }"
+                              "QScrollBar:vertical { width: 8px; } QScrollBar:horizontal { height: 8px; }"
+                              "QScrollBar::handle { background: %1; border-radius: 4px; }"
+                              "QScrollBar::handle:vertical { min-height: 24px; }"
+                              "QScrollBar::handle:horizontal { min-width: 24px; }"
+                              "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
+                              "QScrollBar::add-page, QScrollBar::sub-page { background: none; }"
+                              "QAbstractScrollArea::corner { background: transparent; border: none; }")
+            .arg(Theme::grey(0.35).name());
+    }
+
+    const Place place;
 };
 
 DiagnosticsWindow::DiagnosticsWindow(AppModel& model, QWidget* parent)
     : Surface(parent, Qt::Dialog)
     , model(model)
-    , events(new Text(QStringLiteral("Eventos"), this))
-    , counts(new Text(QStringLiteral("Linha"), this))
-    , frames(new Text(QStringLiteral("Quadros"), this)) {
+    , events(new Text(QStringLiteral("Eventos"), Text::Place::end, this))
+    , counts(new Text(QStringLiteral("Linha"), Text::Place::start, this))
+    , frames(new Text(QStringLiteral("Quadros"), Text::Place::end, this)) {
     setWindowTitle(QStringLiteral("Diagnóstico"));
     setAttribute(Qt::WA_DeleteOnClose);
     resize(usual);
@@ -97,7 +106,7 @@ DiagnosticsWindow::DiagnosticsWindow(AppModel& model, QWidget* parent)
 
     Corvane::bind(
         *this, [&model] { return model.events.count.value(); },
-        [this](std::uint64_t) { events->show(Diagnostics::events(this->model)); });
+        [this](std::uint64_t) { events->setContent(Diagnostics::events(this->model)); });
     connect(&timer, &QTimer::timeout, this, [this] { showLine(); });
     timer.start(refreshMs);
     showLine();
@@ -106,14 +115,18 @@ DiagnosticsWindow::DiagnosticsWindow(AppModel& model, QWidget* parent)
 
 Kit::Panel* DiagnosticsWindow::panelFor(const QString& title, Text* text) {
     auto* const panel = new Kit::Panel(title, this);
-    panel->content().addWidget(text);
+    auto* const well = new Kit::Well(10, panel);
+    auto* const room = new QVBoxLayout(well);
+    room->setContentsMargins(10, 8, 6, 6);
+    room->addWidget(text);
+    panel->content().addWidget(well);
     return panel;
 }
 
 void DiagnosticsWindow::showLine() {
     const LineReport line = model.lineReport();
-    counts->show(Diagnostics::counts(line));
-    frames->show(Diagnostics::frames(line));
+    counts->setContent(Diagnostics::counts(model, line));
+    frames->setContent(Diagnostics::frames(line));
 }
 
 void DiagnosticsWindow::paintEvent(QPaintEvent* event) {

@@ -17,8 +17,7 @@ namespace Corvane {
 namespace {
 
 constexpr QMargins margins(32, 14, 32, 0);
-constexpr int fewAddresses = 160;   // the chips claim them before the padlock shows its word
-constexpr int manyAddresses = 330;  // and these before the status is shown whole
+constexpr int twoAddresses = 132;  // with an arrow: what the chips claim before padlock and status give way
 
 template <class List, class Value>
 int positionIn(const List& list, const Value& value) {
@@ -46,7 +45,7 @@ public:
         if (!padlock.isHidden()) room -= padlockWidth(room - leastStatus);
         const int wholeStatus = status.sizeHint().width();
         const int forChips =
-            chips.widthWithin(std::max(room - wholeStatus, std::min(chips.shortWidth(), manyAddresses)));
+            chips.widthWithin(std::max(room - wholeStatus, std::min(chips.shortWidth(), twoAddresses)));
         const int forStatus = std::clamp(room - forChips, leastStatus, wholeStatus);
         chips.setMaximumWidth(std::clamp(room - forStatus, 0, forChips));
         status.setMaximumWidth(forStatus);
@@ -54,10 +53,10 @@ public:
     }
 
 private:
-    // Without its word when the chips would have less room than a few addresses need.
+    // Without its word when the chips would otherwise be left with less than they claim.
     int padlockWidth(int room) {
         const int whole = padlock.sizeHint().width();
-        const int width = room - whole < std::min(chips.shortWidth(), fewAddresses)
+        const int width = room - whole < std::min(chips.shortWidth(), twoAddresses)
                               ? padlock.minimumSizeHint().width()
                               : whole;
         padlock.setMaximumWidth(width);

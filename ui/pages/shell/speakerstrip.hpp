@@ -13,8 +13,8 @@ class QHBoxLayout;
 namespace Corvane {
 
 /// A chip for each speaker, the search button (while the page is locked: a padlock), the status, and
-/// the tabs of the current mode. In a row that is too narrow the chips give way first, down to their
-/// addresses, then the status. When neither can get shorter, the chips scroll.
+/// the tabs of the current mode. In a row that is too narrow the chips give way first: their names get
+/// shorter, then they scroll. When two of them are left to be seen, the status gives way, too.
 class SpeakerStrip final : public QWidget {
 public:
     /// The choices of the window that the strip shows and changes.

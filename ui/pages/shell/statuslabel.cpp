@@ -65,7 +65,7 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
     auto* const notice = new Warning(Warning::Kind::dismissible, Theme::accent, leastNotice, this);
     notice->action = [&model] { model.notice = std::nullopt; };
     for (QWidget* const each :
-         std::initializer_list<QWidget*>{spinner, lamp, text, error, percentage, notice})
+         std::initializer_list<QWidget*>{spinner, lamp, text, error, percentage, atWork, activity, notice})
         row->addWidget(each);
 
     Corvane::bind(
