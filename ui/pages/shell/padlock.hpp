@@ -28,7 +28,7 @@ protected:
 private:
     void followPress();
 
-    QVariantAnimation hold;  // from 0 to 1
+    QVariantAnimation hold{this};  // from 0 to 1
 };
 
 }  // namespace Corvane

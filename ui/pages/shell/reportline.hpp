@@ -23,7 +23,7 @@ private:
     void say(const QString& text);
 
     QString text;
-    QVariantAnimation opacity;
+    QVariantAnimation opacity{this};
 };
 
 }  // namespace Corvane

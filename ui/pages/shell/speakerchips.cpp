@@ -85,13 +85,13 @@ SpeakerChips::SpeakerChips(AppModel& model, QWidget* parent)
     after->action = [this] { scrollTo(wanted + opening->width() - after->width()); };
     Corvane::bind(
         *this, [&model] { return model.speakers.value(); },
-        [this](const Speakers& speakers) { show(speakers); });
+        [this](const Speakers& speakers) { showSpeakers(speakers); });
     Corvane::bind(
         *this, [&model] { return model.target.value() && model.speakers.value().size() > 1; },
         [this](bool visible) { showAllChip(visible); });
 }
 
-void SpeakerChips::show(const Speakers& speakers) {
+void SpeakerChips::showSpeakers(const Speakers& speakers) {
     for (SpeakerChip* const chip : chips) {
         chip->hide();
         chip->deleteLater();

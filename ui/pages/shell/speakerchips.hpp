@@ -36,7 +36,7 @@ private:
 
     static constexpr int unlimited = 10000;  // wider than any name
 
-    void show(const Speakers& speakers);
+    void showSpeakers(const Speakers& speakers);
     void showAllChip(bool visible);
     SpeakerChip* chipFor(const Speaker& speaker);
     int rowWidth(int nameWidth) const;
