@@ -79,6 +79,17 @@ void crossoverChange(benchmark::State& state) {
     });
 }
 
+// What an edit of all speakers takes of the window's thread before it is painted: the values, the
+// history and the views that watch them.
+void editOfSixteenSpeakers(benchmark::State& state) {
+    StillChain chain(16);
+    const OpenWindow opened(*chain.model, simple(Page::tone));
+    settle();
+    int number = 0;
+    for (auto _ : state)
+        chain.model->setVolume(-(++number % 60));
+}
+
 double seconds(clockid_t clock) {
     std::timespec time{};
     ::clock_gettime(clock, &time);
@@ -154,6 +165,7 @@ void knobToLine(benchmark::State& state) {
 BENCHMARK(knobDrag)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(handleDrag)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(crossoverChange)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(editOfSixteenSpeakers)->Unit(benchmark::kMillisecond);
 BENCHMARK(knobToLine)->Iterations(100)->Repetitions(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(knobDragAt60)->Iterations(1)->Repetitions(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(untouched)->Iterations(1)->Repetitions(1)->UseRealTime()->Unit(benchmark::kMillisecond);

@@ -95,8 +95,9 @@ std::vector<ShownPage> pages() {
     return all;
 }
 
-StillChain::StillChain() {
-    const auto line = std::make_shared<Simulator::Line>(time.executor(), Simulator::LineOptions{});
+StillChain::StillChain(std::size_t speakers) {
+    const Simulator::LineOptions options{.boards = speakers};
+    const auto line = std::make_shared<Simulator::Line>(time.executor(), options);
     model = std::make_shared<AppModel>(surroundings(time.executor(), [line](const std::string&) {
         return std::make_shared<Simulator::MemoryTransport>(line);
     }));

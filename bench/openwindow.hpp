@@ -3,6 +3,7 @@
 #include "app/demo.hpp"
 #include "app/model/appmodel.hpp"
 #include "app/model/uiexecutor.hpp"
+#include "simulator/line.hpp"
 #include "simulator/virtualtime.hpp"
 #include "tests/ui/pages/onscreen.hpp"
 #include "ui/pages/shell/mainwindow.hpp"
@@ -34,10 +35,10 @@ std::vector<ShownPage> pages();
 ShownPage simple(Corvane::Page page);
 ShownPage technical(const Corvane::TechPage& page);
 
-/// A model that is online with three speakers, on a clock that stands still, so that nothing but
+/// A model that is online with simulated speakers, on a clock that stands still, so that nothing but
 /// the measured action happens.
 struct StillChain {
-    StillChain();
+    explicit StillChain(std::size_t speakers = Simulator::LineOptions{}.boards);
 
     Simulator::VirtualTime time;
     std::shared_ptr<Corvane::AppModel> model;

@@ -27,7 +27,6 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     const K7QClient client = *link.client;
     const Generation discovery = link.discoveries.next();  // ends the live loop too
     progress = std::nullopt;
-    history.clear();
 
     status = Status::working("Procurando caixas…");
     std::vector<DeviceInfo> found;

@@ -16,7 +16,8 @@
 namespace Corvane {
 
 /// The settings that the user has changed, in steps that can be undone one by one. Each speaker keeps
-/// its own earlier values.
+/// its own earlier values. The steps are for the speakers listed: clear them with the list, for
+/// another speaker may get the same address.
 class History {
 public:
     struct Change {

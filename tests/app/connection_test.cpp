@@ -39,8 +39,8 @@ TEST(ConnectionTest, FindsOrAddressesUpToSixteenSpeakersAndReadsThemAll) {
             rig.line->board(i).store(3, gain(static_cast<float>(i)));
         const std::string link = boards == 1 ? "192.168.4.1:8899" : "/dev/ttyUSB0";
         if (boards == 1) rig.model->portChoice = "esp";
-        const History statuses(rig.model->status);
-        const History fractions(rig.model->progress);
+        const Sequence statuses(rig.model->status);
+        const Sequence fractions(rig.model->progress);
 
         rig.goOnline();
 

@@ -168,8 +168,8 @@ struct Rig {
 
 /// Every value that a field takes from now on.
 template <class Value>
-struct History {
-    explicit History(Property<Value>& field)
+struct Sequence {
+    explicit Sequence(Property<Value>& field)
         : watcher(watch([&field] { return field.value(); },
                         [this](const Value& value) { values.push_back(value); })) {
         values.clear();
