@@ -30,7 +30,7 @@ TEST(LockTest, ThePageTakesNoInputAndItsMetersLive) {
     QTest::keyClick(&knob, Qt::Key_L, control);
     ASSERT_TRUE(desk.shows("Travado"));
     desk.port->sent.clear();
-    Tests::History<std::vector<float>> meters(desk.model->meters);
+    Sequence<std::vector<float>> meters(desk.model->meters);
     Hand::drag(knob, {0, -40});
     QTest::keyClick(&knob, Qt::Key_Up);
     if (QWidget* const focused = desk.view.focusWidget()) QTest::keyClick(focused, Qt::Key_Space);
@@ -88,7 +88,8 @@ TEST(UndoTest, AGestureIsOneStepAndSaysWhatItHasUndone) {
     EXPECT_NE(bass.value(), 0);
     EXPECT_EQ(desk.differing(), none);
 
-    const QString said = "Refeito: PEQ 1, 2 canais, 2 caixas";
+    const QString said = "Refeito: PEQ, 2 canais, 2 caixas";
+    ASSERT_TRUE(desk.shows(said)) << desk.model->report.value().text;
     auto& line = desk.find<QWidget>(said);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&line)->role(), QAccessible::Notification);
     EXPECT_EQ(desk.view.childAt(line.geometry().center()) == &line, false) << "takes no input";

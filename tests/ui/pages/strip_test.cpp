@@ -102,9 +102,9 @@ TEST(StripTest, ChipsGiveWayTogetherThenScroll) {
     desk.click("Caixas seguintes");
     arrive(desk);
     EXPECT_TRUE(isSeen(16) && !isSeen(1) && !desk.shows("Caixas seguintes"));
-    Hand::wheel(desk.find(desk.chip(12)), {0, 2400});
+    Hand::wheel(*desk.all<SpeakerChips>().at(0), {0, 2400});
     arrive(desk);
-    EXPECT_TRUE(isSeen(1));
+    EXPECT_TRUE(isSeen(1)) << desk.find(desk.chip(1)).x();
     desk.find(desk.chip(16)).setFocus();
     arrive(desk);
     EXPECT_TRUE(isSeen(16)) << "the focus scrolls";
