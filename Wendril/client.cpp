@@ -1,5 +1,6 @@
 #include "Wendril/client.hpp"
 
+#include "Wendril/limits.hpp"
 #include "Wendril/text.hpp"
 
 #include <algorithm>
@@ -17,7 +18,6 @@ namespace {
 
 constexpr std::uint8_t everyone = 0xFF;  // product and address of a broadcast
 constexpr std::size_t headerBytes = 4;   // before the value in a module payload
-constexpr std::size_t nameBytes = 20;    // of a preset
 constexpr auto scanTimeout = 200ms;
 
 struct Command {
@@ -80,9 +80,9 @@ Bytes numberPayload(std::uint32_t number) {
 // A slot number and a name field, padded with spaces.
 Bytes namedSlot(std::uint32_t number, const std::string& name) {
     Bytes payload = numberPayload(number);
-    for (const char letter : std::string_view(name).substr(0, nameBytes))
+    for (const char letter : std::string_view(name).substr(0, presetNameBytes))
         payload.push_back(static_cast<std::uint8_t>(letter));
-    payload.resize(headerBytes + nameBytes, ' ');
+    payload.resize(headerBytes + presetNameBytes, ' ');
     return payload;
 }
 
@@ -225,7 +225,7 @@ Task<std::string> presetNameOf(K7QClient client, std::uint8_t address, std::uint
         co_await send(client, address, presetNameCommand, namedSlot(number, ""), std::move(match));
     const ByteView payload(reply.payload);
     const ByteView name = payload.subspan(std::min(headerBytes, payload.size()));
-    co_return fieldText(name.first(std::min(nameBytes, name.size())));
+    co_return fieldText(name.first(std::min(presetNameBytes, name.size())));
 }
 
 Task<void> changePreset(K7QClient client, std::uint8_t address, Command command, Bytes payload) {

@@ -2,6 +2,7 @@
 
 #include "Wendril/profile.hpp"
 
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string_view>
@@ -28,6 +29,9 @@ constexpr bool isInput(std::string_view channel) {
 /// The slots of a board's preset memory that the program offers. Slot 0 is the board's own.
 constexpr int firstPresetSlot = 1;
 constexpr int lastPresetSlot = 31;
+
+/// A board stores that many bytes of the name of a preset.
+constexpr std::size_t presetNameBytes = 20;
 
 namespace detail {
 

@@ -64,7 +64,7 @@ struct Desk : Rig {
     double number(const QString& name) { return find<Kit::ValueControl>(name).value(); }
     QString readOut(const QString& name) { return find<Kit::Control>(name).valueText(); }
     QString chip(int number) {
-        return QString("0%1 · ").arg(number) + speaker(0)->info.value().model.c_str();
+        return QString("%1 · ").arg(number, 2, 10, QChar(u'0')) + speaker(0)->info.value().model.c_str();
     }
     bool lit(const QString& name) { return find(name).isChecked(); }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+
 using namespace Tests;
 
 namespace {
@@ -77,4 +79,29 @@ TEST(PresetPanelTest, FollowsTheFocusedSpeakerUnlessTheUserHasBegun) {
     presets.model->target = 2;
     presets.chooseNext();
     EXPECT_EQ(presets.chosen(), "3 · vazio");
+}
+
+TEST(PresetPanelTest, WorksOnceForTwoClicksAndShowsWhatTheSpeakersHold) {
+    Presets presets(2);
+    auto& name = presets.name();
+    name.setText("Igreja São José ã");
+    name.setCursorPosition(0);
+    QApplication::clipboard()->setText("ç");
+    name.paste();
+    EXPECT_EQ(name.text(), "çIgreja São José ") << "20 bytes, whole letters";
+    EXPECT_EQ(name.cursorPosition(), 1);
+    auto& save = presets.find("SALVAR");
+    QTest::mouseClick(&save, Qt::LeftButton);
+    QTest::mouseClick(&save, Qt::LeftButton);
+    ASSERT_TRUE(presets.until([&] { return presets.shows("Salvando o preset 1 na caixa 02…"); }));
+    EXPECT_FALSE(save.isEnabled() || presets.find("CARREGAR").isEnabled());
+    EXPECT_EQ(presets.view.focusWidget(), nullptr) << "no other control takes the next key";
+    EXPECT_TRUE(presets.model->status.value().isOnline());
+    presets.settle();
+    EXPECT_EQ(presets.sentOf(Fun::presetSave).size(), 2);
+    EXPECT_TRUE(presets.shows("Preset 1 salvo em 2 caixas"));
+    EXPECT_EQ(presets.view.focusWidget(), &save);
+    name.setText("outro");
+    presets.click("APAGAR");
+    EXPECT_EQ(name.text(), "");
 }

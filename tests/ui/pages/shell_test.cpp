@@ -20,7 +20,7 @@ TEST(ShellTest, GuidesFromOfflineToOnlineAndBack) {
         EXPECT_TRUE(desk.shows(text)) << text;
     EXPECT_TRUE(desk.lit("DESCONECTAR"));
     EXPECT_FALSE(desk.shows("CONECTAR"));
-    EXPECT_FALSE(desk.find("Procurar e renumerar as caixas").isEnabled());
+    EXPECT_FALSE(desk.shows("Procurar e renumerar as caixas"));
     ASSERT_TRUE(desk.until([&] { return desk.model->status.value().isOnline(); }));
     for (const char* const text : {"Conectando às caixas…", "Conecte às caixas", "100%"})
         EXPECT_FALSE(desk.shows(text)) << text;

@@ -1,8 +1,11 @@
 #include "ui/pages/shell/contentview.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shell/diagnosticswindow.hpp"
+#include "ui/pages/shell/gesturefilter.hpp"
 #include "ui/pages/shell/headerbar.hpp"
 #include "ui/pages/shell/offlinecard.hpp"
+#include "ui/pages/shell/reportline.hpp"
 #include "ui/pages/shell/speakerstrip.hpp"
 #include "ui/pages/simple/delayview.hpp"
 #include "ui/pages/simple/dynamicsview.hpp"
@@ -11,11 +14,16 @@
 
 #include "ui/kit/backdrop.hpp"
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QPainter>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include <functional>
 #include <tuple>
+#include <utility>
 
 namespace Corvane {
 
@@ -51,12 +59,13 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     : QWidget(parent)
     , model(model)
     , pages(new QStackedWidget(this))
-    , veil(new Veil(model, this)) {
+    , veil(new Veil(model, this))
+    , reportLine(new ReportLine(model, this)) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     rows->addWidget(new HeaderBar(model, choosesLink, this));
-    rows->addWidget(new SpeakerStrip(model, page, techPage, this));
+    rows->addWidget(new SpeakerStrip(model, {page, techPage, locked}, this));
     rows->addWidget(pages, 1);
     setMinimumSize(smallest);
     resize(usual);
@@ -67,10 +76,48 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     Corvane::bind(
         *this, [&model] { return model.status.value().isOnline(); },
         [this](bool online) {
-            pages->setEnabled(online);
             veil->setVisible(!online);
             veil->raise();
         });
+    Corvane::bind(
+        *this, [this, &model] { return model.status.value().isOnline() && !locked.value(); },
+        [this](bool takesInput) {
+            // Otherwise the toolkit gives the focus to the next control, and the next key acts there.
+            if (QWidget* const focused = pages->focusWidget(); !takesInput && focused) focused->clearFocus();
+            pages->setEnabled(takesInput);
+        });
+    new GestureFilter(*this, model.history);
+    addShortcuts();
+}
+
+void ContentView::addShortcuts() {
+    const auto shortcut = [this](const QKeySequence& keys, std::function<void()> act) {
+        auto* const made = new QShortcut(keys, this);
+        connect(made, &QShortcut::activated, this, std::move(act));
+        return made;
+    };
+    const auto undo = [this] {
+        if (!locked.value()) model.undo();
+    };
+    const auto redo = [this] {
+        if (!locked.value()) model.redo();
+    };
+    shortcut(Qt::CTRL | Qt::Key_Z, undo);
+    shortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z, redo);
+    shortcut(Qt::CTRL | Qt::Key_Y, redo);
+    shortcut(Qt::CTRL | Qt::Key_L, [this] { locked = !locked.value(); })->setAutoRepeat(false);
+    shortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D, [this] { showDiagnostics(); })->setAutoRepeat(false);
+    auto* const escape = shortcut(Qt::Key_Escape, [this] { model.target = std::nullopt; });
+    // A field that is being typed in gets the key itself.
+    connect(qApp, &QApplication::focusChanged, escape,
+            [escape](QWidget*, QWidget* now) { escape->setEnabled(!qobject_cast<QLineEdit*>(now)); });
+}
+
+void ContentView::showDiagnostics() {
+    if (!diagnostics) diagnostics = new DiagnosticsWindow(model, this);
+    diagnostics->show();
+    diagnostics->raise();
+    diagnostics->activateWindow();
 }
 
 int ContentView::headHeight() const { return pages->y(); }
@@ -113,6 +160,7 @@ void ContentView::paintEvent(QPaintEvent*) {
 void ContentView::resizeEvent(QResizeEvent*) {
     layout()->activate();
     veil->setGeometry(pages->geometry());
+    reportLine->settle();
 }
 
 }  // namespace Corvane

@@ -5,6 +5,7 @@
 #include "ui/pages/shell/page.hpp"
 #include "ui/pages/technical/techpage.hpp"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <map>
@@ -13,10 +14,15 @@ class QStackedWidget;
 
 namespace Corvane {
 
+class ReportLine;
 class TechPageView;
 
 /// The content of the window: header, strip and page. The page takes no input unless the link is
-/// online. A page is built when it is first shown. The model must outlive the view.
+/// online and the page is not locked. A page is built when it is first shown. The model must outlive
+/// the view.
+///
+/// Keys of the whole window: Ctrl+Z undoes, Ctrl+Shift+Z and Ctrl+Y redo, unless the page is locked;
+/// Ctrl+L locks and unlocks, Ctrl+Shift+D opens the diagnostics, Escape takes the target away.
 class ContentView final : public QWidget {
 public:
     /// Smallest and usual size.
@@ -28,6 +34,7 @@ public:
 
     Property<Page> page{Page::tone};
     Property<TechPage> techPage{TechPage{}};
+    Property<bool> locked{false};  // the page takes no input
 
     /// Height of header and strip together, by which the window is moved.
     int headHeight() const;
@@ -40,6 +47,8 @@ private:
     class Veil;
 
     void showPage();
+    void addShortcuts();
+    void showDiagnostics();
     QWidget* simplePage(Page which);
 
     AppModel& model;
@@ -47,6 +56,8 @@ private:
     std::map<Page, QWidget*> built;
     TechPageView* technicalPages = nullptr;
     Veil* veil;
+    ReportLine* reportLine;
+    QPointer<QWidget> diagnostics;  // while its window is open
 };
 
 }  // namespace Corvane

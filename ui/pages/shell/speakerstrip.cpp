@@ -1,6 +1,7 @@
 #include "ui/pages/shell/speakerstrip.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shell/padlock.hpp"
 #include "ui/pages/shell/speakerchips.hpp"
 #include "ui/pages/shell/statuslabel.hpp"
 
@@ -16,6 +17,7 @@ namespace Corvane {
 namespace {
 
 constexpr QMargins margins(32, 14, 32, 0);
+constexpr int twoAddresses = 132;  // with an arrow: what the chips claim before padlock and status give way
 
 template <class List, class Value>
 int positionIn(const List& list, const Value& value) {
@@ -24,18 +26,77 @@ int positionIn(const List& list, const Value& value) {
 
 }  // namespace
 
-SpeakerStrip::SpeakerStrip(AppModel& model, Property<Page>& page, Property<TechPage>& techPage,
-                           QWidget* parent)
+// A row that divides its width between chips, padlock and status, by limits on their widths. It does
+// so before its items get their places.
+class SpeakerStrip::Row final : public QHBoxLayout {
+public:
+    Row(SpeakerChips& chips, Padlock& padlock, StatusLabel& status, QWidget* parent)
+        : QHBoxLayout(parent)
+        , chips(chips)
+        , padlock(padlock)
+        , status(status) {
+        setContentsMargins(margins);
+        setSpacing(12);
+    }
+
+    void setGeometry(const QRect& area) override {
+        int room = area.width() - margins.left() - margins.right() - othersWidth();
+        const int leastStatus = status.minimumSizeHint().width();
+        if (!padlock.isHidden()) room -= padlockWidth(room - leastStatus);
+        const int wholeStatus = status.sizeHint().width();
+        const int forChips =
+            chips.widthWithin(std::max(room - wholeStatus, std::min(chips.shortWidth(), twoAddresses)));
+        const int forStatus = std::clamp(room - forChips, leastStatus, wholeStatus);
+        chips.setMaximumWidth(std::clamp(room - forStatus, 0, forChips));
+        status.setMaximumWidth(forStatus);
+        QHBoxLayout::setGeometry(area);
+    }
+
+private:
+    // Without its word when the chips would otherwise be left with less than they claim.
+    int padlockWidth(int room) {
+        const int whole = padlock.sizeHint().width();
+        const int width = room - whole < std::min(chips.shortWidth(), twoAddresses)
+                              ? padlock.minimumSizeHint().width()
+                              : whole;
+        padlock.setMaximumWidth(width);
+        return width;
+    }
+
+    // Of all other items, and the gaps.
+    int othersWidth() const {
+        int width = -spacing();
+        for (int i = 0; i < count(); ++i) {
+            QLayoutItem* const item = itemAt(i);
+            if (item->isEmpty()) continue;
+            const bool divided =
+                item->widget() == &chips || item->widget() == &padlock || item->widget() == &status;
+            width += spacing() + (divided ? 0 : item->sizeHint().width());
+        }
+        return width;
+    }
+
+    SpeakerChips& chips;
+    Padlock& padlock;
+    StatusLabel& status;
+};
+
+SpeakerStrip::SpeakerStrip(AppModel& model, const Choices& choices, QWidget* parent)
     : QWidget(parent)
     , model(model)
-    , page(page)
-    , techPage(techPage) {
-    auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(margins);
-    row->setSpacing(12);
-    row->addWidget(new SpeakerChips(model, this));
+    , choices(choices) {
+    auto* const chips = new SpeakerChips(model, this);
+    auto* const padlock = new Padlock(this);
+    auto* const status = new StatusLabel(model, this);
+    padlock->action = [locked = &choices.locked] { *locked = false; };
+    Corvane::bind(
+        *padlock, [this] { return this->choices.locked.value(); },
+        [padlock](bool locked) { padlock->setVisible(locked); });
+    auto* const row = new Row(*chips, *padlock, *status, this);
+    row->addWidget(chips);
     addSearchButton(*row);
-    row->addWidget(new StatusLabel(model, this));
+    row->addWidget(padlock);
+    row->addWidget(status);
     row->addStretch(1);
     addSimpleTabs(*row);
     addTechnicalTabs(*row);
@@ -48,6 +109,13 @@ void SpeakerStrip::addSearchButton(QHBoxLayout& row) {
     Corvane::bind(
         *button, [this] { return model.status.value().isOnline(); },
         [button](bool online) { button->setEnabled(online); });
+    // Spinner and padlock stand in its place.
+    Corvane::bind(
+        *button, [this] { return model.status.value().isWorking() || choices.locked.value(); },
+        [button](bool busy) {
+            if (busy) button->clearFocus();
+            button->setVisible(!busy);
+        });
     row.addWidget(button);
 }
 
@@ -56,9 +124,9 @@ void SpeakerStrip::addSimpleTabs(QHBoxLayout& row) {
     for (const Page each : simplePages)
         titles << titleOf(each);
     auto* const tabs = new Kit::Tabs(titles, Theme::text, 18, this);
-    tabs->onSelect = [this](int index) { page = simplePages.at(static_cast<std::size_t>(index)); };
+    tabs->onSelect = [this](int index) { choices.page = simplePages.at(static_cast<std::size_t>(index)); };
     Corvane::bind(
-        *tabs, [this] { return positionIn(simplePages, page.value()); },
+        *tabs, [this] { return positionIn(simplePages, choices.page.value()); },
         [tabs](int index) { tabs->setSelected(index); });
     Corvane::bind(
         *tabs, [this] { return model.technical.value(); },
@@ -71,9 +139,11 @@ void SpeakerStrip::addTechnicalTabs(QHBoxLayout& row) {
     for (const TechPage& each : TechPage::all)
         titles << each.title();
     auto* const tabs = new Kit::Tabs(titles, Theme::secondary, 11, this);
-    tabs->onSelect = [this](int index) { techPage = TechPage::all.at(static_cast<std::size_t>(index)); };
+    tabs->onSelect = [this](int index) {
+        choices.techPage = TechPage::all.at(static_cast<std::size_t>(index));
+    };
     Corvane::bind(
-        *tabs, [this] { return positionIn(TechPage::all, techPage.value()); },
+        *tabs, [this] { return positionIn(TechPage::all, choices.techPage.value()); },
         [tabs](int index) { tabs->setSelected(index); });
     Corvane::bind(
         *tabs, [this] { return model.technical.value(); },

@@ -12,19 +12,29 @@ class QHBoxLayout;
 
 namespace Corvane {
 
-/// A chip for each speaker, the search button, the status, and the tabs of the current mode.
+/// A chip for each speaker, the search button (while the page is locked: a padlock), the status, and
+/// the tabs of the current mode. In a row that is too narrow the chips give way first: their names get
+/// shorter, then they scroll. When two of them are left to be seen, the status gives way, too.
 class SpeakerStrip final : public QWidget {
 public:
-    SpeakerStrip(AppModel& model, Property<Page>& page, Property<TechPage>& techPage, QWidget* parent);
+    /// The choices of the window that the strip shows and changes.
+    struct Choices {
+        Property<Page>& page;
+        Property<TechPage>& techPage;
+        Property<bool>& locked;
+    };
+
+    SpeakerStrip(AppModel& model, const Choices& choices, QWidget* parent);
 
 private:
+    class Row;
+
     void addSearchButton(QHBoxLayout& row);
     void addSimpleTabs(QHBoxLayout& row);
     void addTechnicalTabs(QHBoxLayout& row);
 
     AppModel& model;
-    Property<Page>& page;
-    Property<TechPage>& techPage;
+    Choices choices;
 };
 
 }  // namespace Corvane

@@ -3,22 +3,25 @@
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/text.hpp"
 
-#include "ui/kit/button.hpp"
 #include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/spinner.hpp"
-#include "ui/kit/text.hpp"
+#include "ui/kit/theme.hpp"
 
 #include <QHBoxLayout>
+#include <QPainter>
 
-#include <cmath>
+#include <algorithm>
+#include <initializer_list>
 
 namespace Corvane {
 
 namespace {
 
 constexpr double fontSize = 13;
+constexpr int leastText = 120;
+constexpr int leastNotice = 220;  // with sign and padding 260
 
 class LitLamp final : public QWidget {
 public:
@@ -36,40 +39,12 @@ protected:
     }
 };
 
-class Notice final : public Kit::Button {
-public:
-    explicit Notice(QWidget* parent)
-        : Button(parent) {
-        setCursor(Qt::PointingHandCursor);
-        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    }
-
-    void setText(const QString& value) {
-        text = value;
-        setAccessibleName(value);
-        setToolTip(value);
-        setVisible(!value.isEmpty());
-        updateGeometry();
-        stateChanged();
-    }
-
-    QSize sizeHint() const override {
-        return {static_cast<int>(std::ceil(Paint::textWidth(text, style()))) + 2, 22};
-    }
-    QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
-
-protected:
-    void paint(QPainter& painter) override {
-        Paint::text(painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, text, style());
-    }
-
-private:
-    Paint::TextStyle style() const {
-        return {Theme::font(fontSize), isHovered() ? Theme::accent.lighter(115) : Theme::accent, {}, false};
-    }
-
-    QString text;
-};
+// Shows a text of which at least its first `leastText` pixels stay to be seen.
+void showText(Kit::Caption& caption, const QString& text) {
+    caption.setText(text);
+    caption.setMinimumWidth(std::min(caption.sizeHint().width(), leastText));
+    caption.setVisible(!text.isEmpty());
+}
 
 }  // namespace
 
@@ -78,19 +53,20 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
     , spinner(new Kit::Spinner(this))
     , lamp(new LitLamp(this))
     , text(new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this))
+    , error(new Warning(Warning::Kind::statement, Theme::error, leastText, this))
     , percentage(new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this)) {
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
     percentage->setTabular(true);
     percentage->reserveFor(Formats::percent(1));
-    row->addWidget(spinner);
-    row->addWidget(lamp);
-    row->addWidget(text);
-    row->addWidget(percentage);
-    auto* const notice = new Notice(this);
-    row->addWidget(notice);
+    auto* const atWork = new Kit::Spinner(this);
+    auto* const activity = new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this);
+    auto* const notice = new Warning(Warning::Kind::dismissible, Theme::accent, leastNotice, this);
     notice->action = [&model] { model.notice = std::nullopt; };
+    for (QWidget* const each :
+         std::initializer_list<QWidget*>{spinner, lamp, text, error, percentage, atWork, activity, notice})
+        row->addWidget(each);
 
     Corvane::bind(
         *this, [&model] { return model.status.value(); }, [this](const Status& status) { show(status); });
@@ -102,6 +78,12 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
             percentage->setVisible(progress.has_value());
         });
     Corvane::bind(
+        *activity, [&model] { return model.activity.value(); },
+        [activity, atWork](const std::optional<std::string>& doing) {
+            showText(*activity, toQString(doing.value_or(std::string())));
+            atWork->setVisible(doing.has_value());
+        });
+    Corvane::bind(
         *notice, [&model] { return model.notice.value(); },
         [notice](const std::optional<std::string>& warning) {
             notice->setText(toQString(warning.value_or(std::string())));
@@ -110,11 +92,12 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
 
 void StatusLabel::show(const Status& status) {
     const bool offline = status.state == Status::Case::offline;
+    const bool failed = status.state == Status::Case::error;
     const QString line = offline ? QStringLiteral("Desconectado") : toQString(status.text);
     spinner->setVisible(status.isWorking());
     lamp->setVisible(status.isOnline());
-    text->setText(line);
-    text->setColor(status.state == Status::Case::error ? Theme::error : Theme::secondary);
+    showText(*text, failed ? QString() : line);
+    error->setText(failed ? line : QString());
     setToolTip(line);
 }
 

@@ -132,6 +132,7 @@ QLayout* ToneView::presets() {
             new Kit::PillButton(toQString(preset.name).toUpper(), Kit::PillButton::Size::regular, this);
         button->setIcon(toQString(preset.icon));
         button->action = [this, preset] {
+            const History::Scope oneStep(model.history);
             for (const ToneBand band : toneBands)
                 model.setTone(band, preset.gain(band));
         };

@@ -5,6 +5,8 @@
 
 #include "Wendril/limits.hpp"
 
+#include <QTextBoundaryFinder>
+
 #include <map>
 #include <string>
 #include <utility>
@@ -29,6 +31,17 @@ Kit::WellMenu<int>::Options optionsOf(const Names& names) {
     return options;
 }
 
+// As many whole letters as a speaker stores.
+QString storable(const QString& name) {
+    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, name);
+    qsizetype end = 0;
+    for (qsizetype next = 0; next >= 0; next = letters.toNextBoundary()) {
+        if (name.left(next).toUtf8().size() > static_cast<qsizetype>(presetNameBytes)) break;
+        end = next;
+    }
+    return name.left(end);
+}
+
 }  // namespace
 
 PresetPanel::PresetPanel(AppModel& model, QWidget* parent)
@@ -41,7 +54,14 @@ PresetPanel::PresetPanel(AppModel& model, QWidget* parent)
         ++generation;
         choose(chosen);
     };
-    connect(name, &QLineEdit::textEdited, this, [this] { ++generation; });
+    connect(name, &QLineEdit::textEdited, this, [this](const QString& typed) {
+        ++generation;
+        const QString kept = storable(typed);
+        if (kept == typed) return;
+        const int cursor = name->cursorPosition();
+        name->setText(kept);
+        name->setCursorPosition(cursor);
+    });
     content().setSpacing(12);
     content().addWidget(menu, 0, Qt::AlignHCenter);
     content().addWidget(name, 0, Qt::AlignHCenter);
@@ -70,23 +90,54 @@ QLayout* PresetPanel::buttons() {
     save->action = [this] {
         const QString chosen =
             name->text().isEmpty() ? QStringLiteral("Preset %1").arg(slot.value()) : name->text();
-        model.start(model.savePreset(slot.value(), toUtf8(chosen)));
+        run(model.savePreset(slot.value(), toUtf8(chosen)));
     };
-    erase->action = [this] { model.start(model.deletePreset(slot.value())); };
+    erase->action = [this] { run(model.deletePreset(slot.value())); };
     Corvane::bind(
         *load, [this] { return model.currentPreset.value() == slot.value(); },
         [load](bool current) { load->setOn(current); });
     Corvane::bind(
-        *this, [this] { return model.devicePresets.value().contains(slot.value()); },
-        [load, erase](bool stored) {
-            load->setEnabled(stored);
-            erase->setEnabled(stored);
+        *this,
+        [this] {
+            return std::pair(model.activity.value().has_value(),
+                             model.devicePresets.value().contains(slot.value()));
+        },
+        [this, load, save, erase](const std::pair<bool, bool>& state) {
+            const auto [busy, stored] = state;
+            if (busy) releaseFocus({load, save, erase});
+            save->setEnabled(!busy);
+            load->setEnabled(!busy && stored);
+            erase->setEnabled(!busy && stored);
+            if (!busy) returnFocus();
         });
     auto* const row = new QHBoxLayout;
     row->setSpacing(4);
     for (Kit::PillButton* const each : {load, save, erase})
         row->addWidget(each);
     return row;
+}
+
+// A button that is disabled while it has the focus would give it to another control, where the next key
+// would act. It gets the focus back when the work has ended, as it had it: with or without a ring.
+void PresetPanel::releaseFocus(const std::vector<Kit::PillButton*>& buttons) {
+    for (Kit::PillButton* const each : buttons) {
+        if (!each->hasFocus()) continue;
+        released = each;
+        each->clearFocus();
+    }
+}
+
+void PresetPanel::returnFocus() {
+    const QPointer<QWidget> button = std::exchange(released, nullptr);
+    if (button && !window()->focusWidget()) button->setFocus(Qt::PopupFocusReason);
+}
+
+// Afterwards the panel shows what the speaker holds.
+void PresetPanel::run(Task<void> command) { model.start(run(this, generation, std::move(command))); }
+
+Task<void> PresetPanel::run(QPointer<PresetPanel> panel, std::uint64_t generation, Task<void> command) {
+    co_await std::move(command);
+    if (panel && panel->generation == generation) panel->choose(panel->slot.value());
 }
 
 void PresetPanel::showEvent(QShowEvent* event) {

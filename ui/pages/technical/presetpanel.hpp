@@ -13,12 +13,14 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace Corvane {
 
 /// The presets stored in the speakers. The panel asks for the list when it is shown and whenever the
 /// focused speaker changes. When the list arrives and the speaker reports a current preset, the
-/// panel selects that one, unless the user has chosen a slot or typed a name meanwhile.
+/// panel selects that one, unless the user has chosen a slot or typed a name meanwhile. While the
+/// speakers load, save or delete a preset, the buttons are off.
 class PresetPanel final : public Kit::Panel {
 public:
     PresetPanel(AppModel& model, QWidget* parent);
@@ -33,6 +35,11 @@ private:
     void choose(int slot);
     QString storedName(int slot) const;
     QLayout* buttons();
+    void run(Wendril::Task<void> command);
+    void releaseFocus(const std::vector<Kit::PillButton*>& buttons);
+    void returnFocus();
+    static Wendril::Task<void> run(QPointer<PresetPanel> panel, std::uint64_t generation,
+                                   Wendril::Task<void> command);
     static Wendril::Task<void> refresh(QPointer<PresetPanel> panel, std::uint64_t generation,
                                        Wendril::Task<void> listing);
 
@@ -40,6 +47,7 @@ private:
     Property<int> slot{Wendril::firstPresetSlot};
     // Counts listings, choices and typing: a list selects a slot only if nothing has followed it.
     std::uint64_t generation = 0;
+    QPointer<QWidget> released;  // the button that had the focus when the work began
     Kit::WellMenu<int>* menu;
     Kit::TextField* name;
 };

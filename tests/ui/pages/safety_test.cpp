@@ -1,0 +1,122 @@
+#include "tests/ui/pages/desk.hpp"
+
+#include "ui/kit/spinner.hpp"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QPlainTextEdit>
+#include <QVariantAnimation>
+
+using namespace Tests;
+
+namespace {
+
+constexpr Qt::KeyboardModifiers control = Qt::ControlModifier;
+
+/// The animation of the widget, moved to that time.
+void moveTo(QWidget& widget, int ms) {
+    for (QObject* const each : widget.findChildren<QObject*>())
+        if (auto* const animation = qobject_cast<QVariantAnimation*>(each)) animation->setCurrentTime(ms);
+}
+
+}  // namespace
+
+TEST(LockTest, ThePageTakesNoInputAndItsMetersLive) {
+    Desk desk("TOM", 2);
+    auto& knob = desk.find<Kit::ValueControl>("Graves");
+    knob.setFocus();
+    QTest::keyClick(&knob, Qt::Key_L, control);
+    ASSERT_TRUE(desk.shows("Travado"));
+    desk.port->sent.clear();
+    Sequence<std::vector<float>> meters(desk.model->meters);
+    Hand::drag(knob, {0, -40});
+    QTest::keyClick(&knob, Qt::Key_Up);
+    if (QWidget* const focused = desk.view.focusWidget()) QTest::keyClick(focused, Qt::Key_Space);
+    desk.click("VOZ");
+    desk.settle();
+    EXPECT_EQ(desk.written(), none);
+    EXPECT_FALSE(meters.values.empty());
+
+    auto& padlock = desk.find("Travado");
+    QTest::mouseClick(&padlock, Qt::LeftButton);
+    Hand::mouse(padlock, QEvent::MouseButtonPress, {9, 9});
+    moveTo(padlock, 999);
+    EXPECT_TRUE(desk.view.locked.value()) << "held for too short a time";
+    moveTo(padlock, 1000);
+    EXPECT_FALSE(desk.view.locked.value());
+    desk.press("Graves", Qt::Key_Up);
+    EXPECT_FALSE(desk.written().empty());
+    QTest::keyClick(&desk.view, Qt::Key_L, control);
+    QTest::keyClick(&desk.view, Qt::Key_Z, control);
+    EXPECT_EQ(desk.number("Graves"), 0.5) << "nothing is undone either";
+    QTest::keyClick(&desk.view, Qt::Key_L, control);
+    EXPECT_TRUE(desk.shows("Procurar e renumerar as caixas"));
+}
+
+TEST(UndoTest, AGestureIsOneStepAndSaysWhatItHasUndone) {
+    Desk desk("TOM", 2);
+    auto& bass = desk.find<Kit::ValueControl>("Graves");
+    const auto volume = [&] { return desk.number("Entrada"); };
+    const double loud = volume();
+    Hand::drag(bass, {0, -30});
+    Hand::pull(bass, {{0, -10}, {0, -20}, {0, -40}});
+    Hand::mouse(bass, QEvent::MouseButtonRelease, {9, 9});
+    const double second = bass.value();
+    desk.click("VOZ");
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(&desk.find<Kit::Control>("Entrada"), Qt::Key_Down);
+    desk.settle();
+    const auto undo = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = control) {
+        QTest::keyClick(&desk.view, key, modifiers);
+        desk.settle();
+    };
+    undo(Qt::Key_Z);
+    EXPECT_EQ(volume(), loud) << "key presses on one control";
+    undo(Qt::Key_Z);
+    EXPECT_EQ(bass.value(), second) << "a preset of three bands";
+    undo(Qt::Key_Z);
+    EXPECT_NE(bass.value(), second);
+    EXPECT_NE(bass.value(), 0) << "the drag before";
+    undo(Qt::Key_Y);
+    EXPECT_EQ(bass.value(), second);
+    undo(Qt::Key_Z);
+    undo(Qt::Key_Z);
+    EXPECT_EQ(bass.value(), 0);
+    undo(Qt::Key_Z, control | Qt::ShiftModifier);
+    EXPECT_NE(bass.value(), 0);
+    EXPECT_EQ(desk.differing(), none);
+
+    const QString said = "Refeito: PEQ, 2 canais, 2 caixas";
+    ASSERT_TRUE(desk.shows(said)) << desk.model->report.value().text;
+    auto& line = desk.find<QWidget>(said);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&line)->role(), QAccessible::Notification);
+    EXPECT_EQ(desk.view.childAt(line.geometry().center()) == &line, false) << "takes no input";
+    moveTo(line, 2000);
+    EXPECT_TRUE(desk.shows(said));
+    moveTo(line, 2250);
+    EXPECT_FALSE(desk.shows(said));
+}
+
+TEST(DiagnosticsTest, ShowsAndCopiesWhatHasHappened) {
+    Desk desk("TOM", 2);
+    desk.model->warn("A caixa 02 parou de responder");
+    desk.set(ModuleKind::gain, "Out0", 0, gain(-3));
+    desk.settle();
+    QTest::keyClick(&desk.view, Qt::Key_D, control | Qt::ShiftModifier);
+    QWidget& window = *desk.view.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly).last();
+    ASSERT_EQ(window.windowTitle(), "Diagnóstico");
+    const auto text = [&](const char* part) {
+        return OnScreen::find<QPlainTextEdit>(window, part).toPlainText();
+    };
+    EXPECT_TRUE(text("Eventos").endsWith("A caixa 02 parou de responder"));
+    EXPECT_EQ(text("Linha").count('\n'), 3)
+        << "titles, two speakers, damaged bytes: not the addresses in vain";
+    EXPECT_TRUE(text("Quadros").contains("ajuste: GANHO, SAÍDA 1: db=-3"));
+    desk.model->warn("outra");
+    EXPECT_TRUE(text("Eventos").endsWith("outra"));
+    QTest::mouseClick(&OnScreen::find<Kit::Button>(window, "Copiar"), Qt::LeftButton);
+    for (const QString& part : {text("Eventos"), text("Linha"), text("Quadros").right(30)})
+        EXPECT_TRUE(QApplication::clipboard()->text().contains(part)) << part.toStdString();
+}

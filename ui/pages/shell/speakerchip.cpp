@@ -1,0 +1,80 @@
+#include "ui/pages/shell/speakerchip.hpp"
+
+#include "ui/kit/lamp.hpp"
+#include "ui/kit/shadows.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Corvane {
+
+namespace {
+
+constexpr int padding = 14;
+constexpr int lampGap = 8;
+
+}  // namespace
+
+SpeakerChip::SpeakerChip(const QString& title, const QString& name, QWidget* parent)
+    : Button(parent)
+    , title(title)
+    , label(name.isEmpty() ? title : title + QStringLiteral(" · ") + name)
+    , titleWidth(textWidth(title))
+    , labelWidth(textWidth(label)) {
+    setAccessibleName(label);
+    setToolTip(label);
+}
+
+void SpeakerChip::setSelected(bool value) {
+    selected = value;
+    stateChanged();
+}
+
+void SpeakerChip::setOnline(bool value) {
+    online = value;
+    update();
+}
+
+// Rounded up as a whole: the widths of title and name are not rounded by themselves.
+int SpeakerChip::widthFor(int nameWidth) const {
+    const double text = std::min(titleWidth + nameWidth, labelWidth);
+    return static_cast<int>(std::ceil(text + (online ? Kit::lampSize + lampGap : 0) + 2 * padding));
+}
+
+int SpeakerChip::nameWidth() const { return static_cast<int>(std::ceil(labelWidth - titleWidth)); }
+
+double SpeakerChip::textWidth(const QString& text) const { return Paint::textWidth(text, style()); }
+
+Paint::TextStyle SpeakerChip::style() const {
+    return {Theme::font(12, QFont::DemiBold, 1), selected ? Theme::text : Theme::secondary, {}, true};
+}
+
+Kit::Control::Outline SpeakerChip::outline() const {
+    return {QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), height() / 2.0};
+}
+
+void SpeakerChip::focusInEvent(QFocusEvent* event) {
+    Button::focusInEvent(event);
+    if (focused) focused();
+}
+
+void SpeakerChip::paint(QPainter& painter) {
+    const QRectF capsule = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const double radius = capsule.height() / 2;
+    const double hover = isHovered() ? 0.03 : 0;
+    Paint::fill(painter, capsule, radius, selected ? Theme::accentSoft : Theme::white(0.04 + hover));
+    Paint::edge(painter, capsule, radius,
+                selected ? Theme::faded(Theme::accent, 0.5) : Theme::white(0.06 + hover));
+    double left = padding;
+    if (online) {
+        Kit::drawLamp(painter, QRectF(padding, 0, Kit::lampSize, height()), Theme::good, *online);
+        left += Kit::lampSize + lampGap;
+    }
+    // Two pixels of the padding are for the letter spacing behind the last letter.
+    const QRectF room(left, 0, width() - left - padding + 2, height());
+    const bool showsName =
+        labelWidth <= room.width() + 1 || textWidth(title + QStringLiteral(" · …")) <= room.width();
+    Paint::text(painter, room, Qt::AlignLeft | Qt::AlignVCenter, showsName ? label : title, style());
+}
+
+}  // namespace Corvane
