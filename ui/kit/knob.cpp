@@ -5,9 +5,8 @@
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
-#include <QHelpEvent>
 #include <QPainterPath>
-#include <QToolTip>
+#include <QTimerEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -66,12 +65,56 @@ double Knob::dragged(double start, QPointF translation, Qt::KeyboardModifiers mo
     return start + factorFor(modifiers) * (translation.y() / -dragForRange * range.extent());
 }
 
-// The read-out of a small knob is small; the tooltip repeats it in a size that everyone can read.
+// The read-out of a small knob is small; the tag repeats it in a size that everyone can read. It stays
+// for a while after the last key or notch.
+void Knob::showTag() {
+    constexpr double aboveDial = 11;
+    tag.show(valueText(), dial().center() - QPointF(0, dial().height() / 2 - aboveDial));
+}
+
+void Knob::updateTag() {
+    if (isHovered() || isDragging() || lingering.isActive())
+        showTag();
+    else
+        tag.hide();
+}
+
+void Knob::linger() {
+    constexpr int milliseconds = 1200;
+    lingering.start(milliseconds, this);
+    updateTag();
+}
+
+void Knob::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != lingering.timerId()) return ValueControl::timerEvent(event);
+    lingering.stop();
+    updateTag();
+}
+
 bool Knob::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip) return ValueControl::event(event);
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                       accessibleName() + QStringLiteral(": ") + valueText(), this);
-    return true;
+    const bool handled = ValueControl::event(event);
+    switch (event->type()) {
+    case QEvent::KeyPress:
+    case QEvent::Wheel:
+        if (event->isAccepted()) linger();
+        break;
+    case QEvent::Hide:
+    case QEvent::FocusOut:
+        lingering.stop();
+        updateTag();
+        break;
+    case QEvent::Enter:
+    case QEvent::Leave:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+    case QEvent::EnabledChange:
+        updateTag();
+        break;
+    default:
+        break;
+    }
+    return handled;
 }
 
 void Knob::paint(QPainter& painter) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "ui/kit/tag.hpp"
 #include "ui/kit/valuecontrol.hpp"
+
+#include <QBasicTimer>
 
 #include <QString>
 
@@ -28,6 +31,8 @@ public:
 protected:
     double dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const override;
     bool event(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void valueChanged() override { updateTag(); }
     void paint(QPainter& painter) override;
     Outline outline() const override;
 
@@ -40,8 +45,14 @@ private:
     void drawPointer(QPainter& painter) const;
     void drawTexts(QPainter& painter) const;
 
+    void showTag();
+    void updateTag();
+    void linger();
+
     QString title;
     const Look look;
+    Tag tag{this};
+    QBasicTimer lingering;  // runs for a while after a key or a notch
 };
 
 }  // namespace Kit

@@ -31,6 +31,7 @@ void ValueControl::setValue(double value) {
     if (value == current) return;
     current = value;
     stateChanged();
+    valueChanged();
 }
 
 // The nearest multiple of the step within the range. An end of the range need not be a multiple, so that
@@ -92,7 +93,9 @@ void ValueControl::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) propose(defaultValue);
 }
 
+// A control that has not been chosen leaves the wheel alone: the pointer may only pass over it.
 void ValueControl::wheelEvent(QWheelEvent* event) {
+    if (!hasFocus()) return event->ignore();
     if (const int turned = notches.take(*event)) moveBySteps(turned);
     event->accept();
 }

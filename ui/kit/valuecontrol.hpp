@@ -18,7 +18,7 @@ struct Range {
 /// A control for one number. All input ends in `propose`, which moves the number into the range and
 /// onto the step, and reports it when it differs from the current one. A drag is relative to the value
 /// at its start. Keyboard: the arrows move by one step, Page Up and Down by ten, Home sets the default.
-/// A notch of the wheel moves by one step.
+/// A notch of the wheel moves by one step while the control has the focus.
 class ValueControl : public Control {
 public:
     using Format = std::function<QString(double)>;
@@ -45,6 +45,9 @@ public:
     QAccessible::Role accessibleRole() const override { return QAccessible::Dial; }
     QString valueText() const override { return format(current); }
 
+    /// The nearest value in the range and on the step.
+    double legal(double candidate) const;
+
 protected:
     /// The value's place in the range, 0 to 1.
     double fraction() const;
@@ -59,6 +62,9 @@ protected:
     /// The distance from which a press that moves is a drag.
     virtual double dragThreshold() const { return 0; }
 
+    /// The control shows another value now.
+    virtual void valueChanged() {}
+
     void cancelInteraction() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -68,9 +74,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    /// The nearest value in the range and on the step.
-    double legal(double candidate) const;
-
     double current;
     std::optional<double> dragStart;
     QPointF dragFrom;

@@ -6,7 +6,6 @@
 
 #include <QKeyEvent>
 #include <QMenu>
-#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -80,11 +79,6 @@ void MenuButton::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Up) return step(-1);
     if (event->key() == Qt::Key_Down) return step(1);
     Button::keyPressEvent(event);
-}
-
-void MenuButton::wheelEvent(QWheelEvent* event) {
-    if (const int turned = notches.take(*event)) step(-turned);
-    event->accept();
 }
 
 void MenuButton::paint(QPainter& painter) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ui/kit/button.hpp"
-#include "ui/kit/notches.hpp"
 
 #include <QString>
 #include <QStringList>
@@ -14,7 +13,7 @@
 namespace Kit {
 
 /// A recessed button that opens a list of titles. It shows the title that its owner has set; choosing
-/// another one only reports its index. Keyboard: up and down choose the neighbour, as does the wheel.
+/// another one only reports its index. Keyboard: up and down choose the neighbour.
 class MenuButton : public Button {
 public:
     MenuButton(int width, QWidget* parent);
@@ -30,13 +29,11 @@ protected:
 
     void paint(QPainter& painter) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void wheelEvent(QWheelEvent* event) override;
 
 private:
     void choose(int index);
     void step(int by);
 
-    Notches notches;
     QStringList titles;
     std::optional<int> current;
 };
