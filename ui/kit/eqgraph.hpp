@@ -49,8 +49,8 @@ public:
         double gain = 0;   // dB
         QColor color;
         bool dimmed = false;
-        QString readOut = {};      // for its tag
         QString description = {};  // for screen readers
+        QString readOut = {};      // for its tag
         bool operator==(const Handle&) const = default;
     };
 

@@ -60,9 +60,9 @@ Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
             .gain = value.gain,
             .color = Theme::accent,
             .dimmed = value.bypass,
-            .readOut = bandText(value),
             .description =
-                QStringLiteral("Banda %1: %2%3").arg(label, bandText(value, QStringLiteral(", ")), state)};
+                QStringLiteral("Banda %1: %2%3").arg(label, bandText(value, QStringLiteral(", ")), state),
+            .readOut = bandText(value)};
 }
 
 }  // namespace
