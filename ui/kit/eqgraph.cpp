@@ -1,6 +1,7 @@
 #include "ui/kit/eqgraph.hpp"
 
 #include "ui/kit/accessibility.hpp"
+#include "ui/kit/formats.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
@@ -30,6 +31,7 @@ constexpr double handleSize = 18;
 constexpr double reach = 12;  // from a handle's centre
 constexpr double dragThreshold = 10;
 constexpr double spotSize = 4;
+constexpr int keyedMs = 1500;  // for which a handle that a key has changed keeps its tag
 
 constexpr double octavesPerKey = 1.0 / 24;
 constexpr double decibelsPerKey = 0.5;
@@ -43,6 +45,15 @@ double movedByOctaves(double fc, double octaves) {
     const double moved = fc * std::exp2(octaves);
     return std::clamp(octaves > 0 ? std::max(moved, fc + 1) : std::min(moved, fc - 1), EQPlot::lowestHz,
                       EQPlot::highestHz);
+}
+
+constexpr double crossLabelHeight = 14;
+
+// Of the cross. Its background covers the label of the scale behind it.
+void drawCrossLabel(QPainter& painter, const QRectF& place, const QString& text) {
+    Paint::fill(painter, place, 4, Theme::well);
+    Paint::edge(painter, place, 4, Theme::white(0.2));
+    Paint::text(painter, place, Qt::AlignCenter, text, {Theme::font(9), Theme::text, {}, true});
 }
 
 // Moves `drawn`, the levels of a curve on the screen, to `after`, and returns the area to repaint. Levels
@@ -104,9 +115,11 @@ void EQGraph::setHandles(std::vector<Handle> list) {
         if (!areIn(handle, handles)) changed += areaOf(handle);
     handles = std::move(list);
     setFocusPolicy(handles.empty() ? Qt::NoFocus : Qt::StrongFocus);
-    if (!handleOf(selected)) selected.reset();
+    if (!handleOf(selected)) select(std::nullopt);
     update(changed);
     notifyValueChanged(*this);
+    if (press) return showUse();
+    pointAt(pointer);
 }
 
 EQPlot EQGraph::plot() const {
@@ -141,23 +154,93 @@ const EQGraph::Handle* EQGraph::handleOf(std::optional<int> id) const {
     return found == handles.end() ? nullptr : &*found;
 }
 
-// Those within reach, the nearest first.
+// Those whose circle covers the point, the last one in the list first: without a selection it is drawn on
+// top. Where there are none, those within reach, the nearest first.
 std::vector<int> EQGraph::handlesAt(QPointF point) const {
     std::vector<std::pair<double, int>> near;
     for (const Handle& handle : handles)
         if (const double away = distance(placeOf(handle), point); away <= reach)
-            near.emplace_back(away, handle.id);
-    std::ranges::sort(near);
+            near.insert(near.begin(), {std::max(away, handleSize / 2), handle.id});
+    std::ranges::stable_sort(near, {}, &std::pair<double, int>::first);
+    const bool covered = !near.empty() && near.front().first <= handleSize / 2;
     std::vector<int> ids;
     for (const auto& [away, id] : near)
-        ids.push_back(id);
+        if (!covered || away <= handleSize / 2) ids.push_back(id);
     return ids;
+}
+
+std::optional<int> EQGraph::topmostAt(QPointF point) const {
+    const std::vector<int> under = handlesAt(point);
+    if (under.empty()) return std::nullopt;
+    return selected && std::ranges::count(under, *selected) > 0 ? *selected : under.front();
 }
 
 void EQGraph::select(std::optional<int> id) {
     if (selected == id) return;
     selected = id;
+    keyed.stop();
     stateChanged();
+    if (onSelect) onSelect(id);
+    showUse();
+}
+
+void EQGraph::mark(std::optional<int> id) {
+    if (marked == id) return;
+    repaintHandle(std::exchange(marked, id));
+    repaintHandle(id);
+}
+
+void EQGraph::repaintHandle(std::optional<int> id) {
+    if (const Handle* const handle = handleOf(id)) update(areaOf(*handle));
+}
+
+bool EQGraph::hasCross() const {
+    return pointer && plot().area.contains(*pointer) && !(press && press->dragging);
+}
+
+void EQGraph::repaintCross() {
+    if (!pointer) return;
+    const QRectF area = plot().area;
+    QRegion changed(0, 0, levelLabels, height());
+    changed += QRectF(0, area.bottom(), width(), height() - area.bottom()).toAlignedRect();
+    changed += QRectF(area.left(), pointer->y() - 2, area.width(), 4).toAlignedRect();
+    changed += QRectF(pointer->x() - 2, area.top(), 4, area.height()).toAlignedRect();
+    update(changed);
+}
+
+void EQGraph::pointAt(std::optional<QPointF> point) {
+    repaintCross();
+    pointer = point;
+    repaintCross();
+    const std::optional<int> under = point && isMovable() ? topmostAt(*point) : std::nullopt;
+    setCursor(under ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    if (under != hovered) {
+        repaintHandle(std::exchange(hovered, under));
+        repaintHandle(under);
+        if (onHover) onHover(under);
+    }
+    showUse();
+}
+
+std::optional<int> EQGraph::handleInUse() const {
+    return (press && press->dragging) || keyed.isActive() ? selected : hovered;
+}
+
+void EQGraph::showUse() {
+    inUse = handleInUse();
+    const Handle* const handle = handleOf(inUse);
+    if (handle && !handle->readOut.isEmpty())
+        tag.show(handle->readOut, placeOf(*handle));
+    else
+        tag.hide();
+    std::vector<double> after = handle && curveOf ? curveOf(handle->id) : std::vector<double>();
+    if (after == lone) return;
+    if (after.size() == lone.size()) {
+        update(redraw(plot(), lone, after));
+    } else {
+        lone = std::move(after);
+        update(plot().area.toAlignedRect());
+    }
 }
 
 void EQGraph::selectNext(const std::vector<int>& among, int by) {
@@ -170,22 +253,28 @@ void EQGraph::selectNext(const std::vector<int>& among, int by) {
 
 void EQGraph::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isMovable()) return;
-    const std::vector<int> under = handlesAt(event->position());
-    if (under.empty()) return;
-    const bool sameSpot = lastClick && distance(*lastClick, event->position()) <= spotSize && selected &&
-                          std::ranges::count(under, *selected) > 0;
-    if (!sameSpot) select(under.front());
-    press = Press{event->position(), sameSpot};
+    const std::optional<int> top = topmostAt(event->position());
+    if (!top) return;
+    const bool sameSpot = lastClick && distance(*lastClick, event->position()) <= spotSize && selected == top;
+    select(top);
+    press = Press{.at = event->position(), .sameSpot = sameSpot};
 }
 
 void EQGraph::mouseMoveEvent(QMouseEvent* event) {
     const QPointF point = event->position();
-    if (!press || !(event->buttons() & Qt::LeftButton)) {
-        const bool onHandle = isMovable() && !handlesAt(point).empty();
-        return setCursor(onHandle ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    keyed.stop();
+    if (!press || !(event->buttons() & Qt::LeftButton)) return pointAt(point);
+    const bool fine = isFine(event->modifiers());
+    if (!press->dragging && distance(point, press->at) >= dragThreshold) {
+        repaintCross();
+        press->dragging = true;
+        press->fine = fine;
+        press->from = press->last = press->at;
+        const Handle* const handle = handleOf(selected);
+        press->place = fine && handle ? placeOf(*handle) : press->at;
     }
-    press->dragging = press->dragging || distance(point, press->at) >= dragThreshold;
-    if (press->dragging) dragTo(point);
+    if (press->dragging) dragTo(point, fine);
+    pointer = point;
 }
 
 void EQGraph::mouseReleaseEvent(QMouseEvent* event) {
@@ -193,26 +282,76 @@ void EQGraph::mouseReleaseEvent(QMouseEvent* event) {
     const Press ended = *std::exchange(press, std::nullopt);
     lastClick = ended.dragging ? std::nullopt : std::optional(ended.at);
     if (ended.sameSpot && !ended.dragging) selectNext(handlesAt(ended.at), 1);
+    pointAt(event->position());
 }
 
-void EQGraph::dragTo(QPointF point) {
+void EQGraph::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !isMovable()) return;
+    const std::optional<int> top = topmostAt(event->position());
+    if (!top) return;
+    select(top);
+    flatten(*top);
+}
+
+void EQGraph::flatten(int id) {
+    if (const Handle* const handle = handleOf(id)) onDrag(id, handle->fc, 0);
+}
+
+// The place of the handle is kept, not its values: those are limited and rounded, and a slow drag would
+// lose what the rounding takes from each step.
+void EQGraph::dragTo(QPointF point, bool fine) {
+    const auto placeFor = [this](QPointF to) {
+        return press->place + (to - press->from) * (press->fine ? fineFactor : 1);
+    };
+    if (fine != press->fine) {
+        press->place = placeFor(press->last);
+        press->from = press->last;
+        press->fine = fine;
+    }
+    press->last = point;
     if (!selected || !onDrag) return;
+    const QPointF to = placeFor(point);
     const EQPlot where = plot();
-    onDrag(*selected, std::clamp(where.hz(point.x()), EQPlot::lowestHz, EQPlot::highestHz),
-           clampedGain(where.db(point.y())));
+    onDrag(*selected, std::clamp(where.hz(to.x()), EQPlot::lowestHz, EQPlot::highestHz),
+           clampedGain(where.db(to.y())));
+    showUse();
+}
+
+void EQGraph::enterEvent(QEnterEvent* event) {
+    Control::enterEvent(event);
+    pointAt(event->position());
+}
+
+void EQGraph::leaveEvent(QEvent* event) {
+    Control::leaveEvent(event);
+    pointAt(std::nullopt);
+}
+
+void EQGraph::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != keyed.timerId()) return Control::timerEvent(event);
+    keyed.stop();
+    showUse();
+}
+
+void EQGraph::cancelInteraction() {
+    press.reset();
+    keyed.stop();
+    pointAt(std::nullopt);
 }
 
 void EQGraph::wheelEvent(QWheelEvent* event) {
-    const std::vector<int> under = handlesAt(event->position());
-    if (under.empty() || !onTurn) return event->ignore();
-    const bool keeps = selected && std::ranges::count(under, *selected) > 0;
-    if (!keeps) select(under.front());
-    if (const int turned = notches.take(*event)) onTurn(*selected, turned);
+    const std::optional<int> top = topmostAt(event->position());
+    if (!top || !onTurn || !hasFocus()) return event->ignore();
+    select(top);
+    if (const int turned = notches.take(*event)) onTurn(*top, turned);
     event->accept();
 }
 
 void EQGraph::keyPressEvent(QKeyEvent* event) {
-    if (!isMovable() || !(selectByKey(*event) || moveByKey(*event))) Control::keyPressEvent(event);
+    if (isMovable() && selectByKey(*event)) return;
+    if (!isMovable() || !moveByKey(*event)) return Control::keyPressEvent(event);
+    keyed.start(keyedMs, this);
+    showUse();
 }
 
 bool EQGraph::selectByKey(const QKeyEvent& event) {
@@ -247,6 +386,8 @@ bool EQGraph::moveByKey(const QKeyEvent& event) {
         return raise(decibelsPerKey * factor), true;
     case Qt::Key_Down:
         return raise(-decibelsPerKey * factor), true;
+    case Qt::Key_Home:
+        return flatten(from.id), true;
     case Qt::Key_PageUp:
         return turn(1), true;
     case Qt::Key_PageDown:
@@ -262,6 +403,12 @@ void EQGraph::focusInEvent(QFocusEvent* event) {
     Control::focusInEvent(event);
 }
 
+void EQGraph::focusOutEvent(QFocusEvent* event) {
+    keyed.stop();
+    showUse();
+    Control::focusOutEvent(event);
+}
+
 Control::Outline EQGraph::outline() const { return {plot().area.adjusted(-3, -3, 3, 3), 5}; }
 
 void EQGraph::paint(QPainter& painter) {
@@ -270,10 +417,36 @@ void EQGraph::paint(QPainter& painter) {
     Paint::cached(painter, QStringLiteral("eq grid"), rect(),
                   [&](QPainter& canvas) { drawEQGrid(canvas, where); });
     drawCurves(painter);
-    const Handle* const front = handleOf(selected);
+    if (const Handle* const handle = handleOf(inUse); handle && !lone.empty())
+        drawThinEQCurve(painter, where, lone, Theme::faded(handle->color, 0.8));
+    if (hasCross()) drawCross(painter);
+    for (const Handle* const handle : inDrawingOrder())
+        drawHandle(painter, *handle);
+}
+
+// From back to front.
+std::vector<const EQGraph::Handle*> EQGraph::inDrawingOrder() const {
+    std::vector<const Handle*> order;
     for (const Handle& handle : handles)
-        if (&handle != front) drawHandle(painter, handle);
-    if (front) drawHandle(painter, *front);
+        order.push_back(&handle);
+    for (const std::optional<int> front : {selected, marked})
+        std::ranges::stable_partition(order, [front](const Handle* each) { return each->id != front; });
+    return order;
+}
+
+void EQGraph::drawCross(QPainter& painter) const {
+    const EQPlot where = plot();
+    const QRectF area = where.area;
+    painter.setPen(QPen(Theme::white(0.28), 1));
+    painter.drawLine(QPointF(pointer->x(), area.top()), QPointF(pointer->x(), area.bottom()));
+    painter.drawLine(QPointF(area.left(), pointer->y()), QPointF(area.right(), pointer->y()));
+    constexpr double frequencyWidth = 46;
+    QRectF frequency(0, area.bottom() + 5, frequencyWidth, crossLabelHeight);
+    frequency.moveLeft(std::clamp(pointer->x() - frequencyWidth / 2, 0.0, width() - frequencyWidth));
+    drawCrossLabel(painter, frequency, Formats::formatHz(where.hz(pointer->x())));
+    QRectF level(0, 0, levelLabels - 2, crossLabelHeight);
+    level.moveCenter({level.center().x(), pointer->y()});
+    drawCrossLabel(painter, level, Formats::signedDecibels(where.db(pointer->y())));
 }
 
 // A dragged handle changes one curve of several, so each curve is a picture of its own.
@@ -291,8 +464,10 @@ void EQGraph::drawHandle(QPainter& painter, const Handle& handle) const {
     if (!handle.dimmed) Paint::dropShadow(painter, circle, radius, {Theme::faded(handle.color, 0.8), 5, 0});
     Paint::fill(painter, circle, radius, handle.dimmed ? Theme::white(0.25) : handle.color);
     Paint::edge(painter, circle, radius, Theme::white(0.5));
-    if (handle.id == selected && hasFocus())
-        Paint::edge(painter, circle.adjusted(-3, -3, 3, 3), radius + 3, Theme::white(0.9), 1.5);
+    const double ring = handle.id == selected                         ? (hasFocus() ? 0.9 : 0.6)
+                        : handle.id == marked || handle.id == hovered ? 0.35
+                                                                      : 0;
+    if (ring > 0) Paint::edge(painter, circle.adjusted(-3, -3, 3, 3), radius + 3, Theme::white(ring), 1.5);
     Paint::text(
         painter, circle, Qt::AlignCenter, handle.label,
         {Theme::font(9, QFont::Medium), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});

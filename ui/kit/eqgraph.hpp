@@ -4,7 +4,9 @@
 #include "ui/kit/eqplot.hpp"
 #include "ui/kit/notches.hpp"
 #include "ui/kit/pictures.hpp"
+#include "ui/kit/tag.hpp"
 
+#include <QBasicTimer>
 #include <QColor>
 #include <QMargins>
 #include <QString>
@@ -18,10 +20,18 @@ namespace Kit {
 /// A frequency response, with a handle for each filter. The graph keeps no positions: it reports what
 /// the user does to a handle, and its owner sets the new position with `setHandles`.
 ///
-/// A click selects the nearest handle within reach. Further clicks on the same spot select the other
-/// handles there in turn. Keyboard: [ and ], Control with left and right, or the digits of a label
-/// select a handle; the arrows move it by 1/24 octave or 0.5 dB, by a fifth of that with Option or
-/// Shift held; Page Up and Down do what a notch of the wheel does.
+/// The selected handle lies on top of the others, and of those a later one on an earlier one. A click
+/// selects the topmost handle under the pointer, and a further click on the same spot the next one below.
+/// A double click sets the gain to 0. With Option (Alt) or Shift held a handle moves a fifth as far as
+/// the pointer, from where it was. The wheel acts on the handle under the pointer while the graph has
+/// the focus.
+///
+/// Keyboard: [ and ], Control with left and right, or the digits of a label select a handle; the arrows
+/// move it by 1/24 octave or 0.5 dB, by a fifth of that with Option or Shift held; Home sets the gain to
+/// 0; Page Up and Down do what a notch of the wheel does.
+///
+/// A cross with frequency and level follows the pointer over the plot. The handle that the user points
+/// at or changes has its values in a tag, and the curve of its filter alone.
 class EQGraph final : public Control {
 public:
     struct Curve {
@@ -40,6 +50,7 @@ public:
         QColor color;
         bool dimmed = false;
         QString description = {};  // for screen readers
+        QString readOut = {};      // for its tag
         bool operator==(const Handle&) const = default;
     };
 
@@ -57,12 +68,26 @@ public:
     /// Notches of the wheel over a handle, positive when it turns away from the user.
     std::function<void(int id, double notches)> onTurn;
 
+    /// The levels of a handle's filter alone, at each of `EQPlot::freqs`. None are drawn without it.
+    std::function<std::vector<double>(int id)> curveOf;
+
+    /// Another handle is selected, or none.
+    std::function<void(std::optional<int> id)> onSelect;
+
+    /// The pointer has come to another handle, or to none.
+    std::function<void(std::optional<int> id)> onHover;
+
     void setCurves(std::vector<Curve> curves);
     void setHandles(std::vector<Handle> handles);
 
     const std::vector<Curve>& shownCurves() const { return curves; }
     const std::vector<Handle>& shownHandles() const { return handles; }
     std::optional<int> selection() const { return selected; }
+    void select(std::optional<int> id);
+
+    /// Draws a handle as if the pointer were on it, and on top of the others: the pointer is on
+    /// something else that stands for it.
+    void mark(std::optional<int> id);
 
     EQPlot plot() const;
 
@@ -78,27 +103,47 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
-    void cancelInteraction() override { press.reset(); }
+    void focusOutEvent(QFocusEvent* event) override;
+    void cancelInteraction() override;
 
 private:
     struct Press {
         QPointF at;
         bool sameSpot;  // where the last click was
         bool dragging = false;
+        bool fine = false;
+        // The handle moves from `place` as the pointer moves from `from`, since the drag has become fine
+        // or coarse.
+        QPointF from = {};
+        QPointF place = {};
+        QPointF last = {};  // of the pointer
     };
 
     QRect areaOf(const Handle& handle) const;
     bool isMovable() const { return onDrag && !handles.empty(); }
     const Handle* handleOf(std::optional<int> id) const;
     std::vector<int> handlesAt(QPointF point) const;
-    void select(std::optional<int> id);
+    std::optional<int> topmostAt(QPointF point) const;
+    std::optional<int> handleInUse() const;
+    std::vector<const Handle*> inDrawingOrder() const;
+    void pointAt(std::optional<QPointF> point);
+    void showUse();
+    void repaintHandle(std::optional<int> id);
+    void repaintCross();
     void selectNext(const std::vector<int>& among, int by);
     bool selectByKey(const QKeyEvent& event);
     bool moveByKey(const QKeyEvent& event);
-    void dragTo(QPointF point);
+    void dragTo(QPointF point, bool fine);
+    void flatten(int id);
+    bool hasCross() const;
+    void drawCross(QPainter& painter) const;
     void drawCurves(QPainter& painter);
     void drawHandle(QPainter& painter, const Handle& handle) const;
 
@@ -109,6 +154,13 @@ private:
     std::optional<int> selected;
     std::optional<Press> press;
     std::optional<QPointF> lastClick;
+    std::optional<QPointF> pointer;  // while it is over the graph
+    std::optional<int> hovered;
+    std::optional<int> marked;  // from outside
+    QBasicTimer keyed;          // runs for a while after a key has changed the selected handle
+    std::optional<int> inUse;   // the handle that the tag and `lone` belong to
+    std::vector<double> lone;   // levels of its filter alone
+    Tag tag{this};
     Notches notches;
 };
 

@@ -167,4 +167,11 @@ void drawEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double
     painter.strokePath(path, pen);
 }
 
+void drawThinEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
+                     const QColor& color) {
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, 1));
+    painter.drawPolyline(lineOf(plot, db));
+}
+
 }  // namespace Kit

@@ -41,4 +41,8 @@ struct EQCurveLook {
 void drawEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
                  const EQCurveLook& look);
 
+/// Without glow, for a curve beside the main ones.
+void drawThinEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
+                     const QColor& color);
+
 }  // namespace Kit

@@ -36,7 +36,9 @@ struct EQGraphTest : testing::Test {
 
     QPointF placeOf(int id) const { return graph.placeOf(handles.at(id)); }
     void press(QPointF at) { Hand::mouse(graph, QEvent::MouseButtonPress, at); }
-    void moveTo(QPointF at) { Hand::mouse(graph, QEvent::MouseMove, at); }
+    void moveTo(QPointF at, Qt::KeyboardModifiers held = {}) {
+        Hand::mouse(graph, QEvent::MouseMove, at, held);
+    }
     void release(QPointF at) { Hand::mouse(graph, QEvent::MouseButtonRelease, at); }
     void drag(QPointF from, QPointF to) { press(from), moveTo(to), release(to); }
     QColor colorAt(double hz, double db) {
@@ -99,22 +101,88 @@ TEST_F(EQGraphTest, WithoutAHandleUnderThePointerOrACallbackNothingMoves) {
     EXPECT_FALSE(Hand::wheel(graph, {0, 240}, placeOf(0) + QPointF(60, 0)));
 }
 
-TEST_F(EQGraphTest, ClicksOnOneSpotReachEachHandleThereAndElsewhereTheNearest) {
+TEST_F(EQGraphTest, TheHandleOnTopIsTakenFirstAndFurtherClicksReachThoseBelow) {
     show({{1000, 3}, {1000, 3}, {1000, 3}, {1080, 3}});
     const QPointF spot = placeOf(0) - QPointF(5, 0);
-    for (const int reached : {0, 1, 2, 0, 1}) {
+    for (const int reached : {2, 1, 0, 2, 1}) {
         drag(spot, spot);
         EXPECT_EQ(graph.selection(), reached);
     }
     drag(spot, spot + QPointF(100, 0));
-    EXPECT_EQ(handles[0].fc, 1000);
-    EXPECT_GT(handles[1].fc, 1400) << "the selected one is dragged";
-    const QPointF other = placeOf(3) + QPointF(2, 0);
-    drag(other, other);
-    EXPECT_EQ(graph.selection(), 3);
+    EXPECT_EQ(handles[2].fc, 1000);
+    EXPECT_GT(handles[1].fc, 1400) << "the selected one lies on top";
+    const QPointF between = placeOf(2) + QPointF(8, 0);
+    drag(between, between);
+    EXPECT_EQ(graph.selection(), 3) << "nearer or not, it covers the other";
     EXPECT_EQ(graph.valueText(), "Banda 10");
     EXPECT_TRUE(Hand::wheel(graph, {0, 240}, placeOf(1)));
     EXPECT_EQ(turned, std::pair(1, 2.0));
+    graph.clearFocus();
+    EXPECT_FALSE(Hand::wheel(graph, {0, 240}, placeOf(0)));
+    EXPECT_EQ(graph.selection(), 1);
+}
+
+TEST_F(EQGraphTest, AFineDragIsRelativeAndNeverJumps) {
+    show({{1000, 0}});
+    const QPointF start = placeOf(0);
+    const QPointF grip = start + QPointF(6, 4);
+    const auto isAt = [&](QPointF place) { return (placeOf(0) - place).manhattanLength() < 0.01; };
+    press(grip), moveTo(grip + QPointF(50, -20), Qt::ShiftModifier);
+    EXPECT_TRUE(isAt(start + QPointF(10, -4)));
+    moveTo(grip + QPointF(50, -20));
+    EXPECT_TRUE(isAt(start + QPointF(10, -4))) << "the key goes up";
+    moveTo(grip + QPointF(80, -20));
+    EXPECT_TRUE(isAt(start + QPointF(40, -4)));
+    moveTo(grip + QPointF(80, -30), Qt::AltModifier);
+    EXPECT_TRUE(isAt(start + QPointF(40, -6))) << "and down";
+}
+
+TEST_F(EQGraphTest, ADoubleClickOrHomeSetsTheGainToZero) {
+    show({{1000, 6}, {1000, 6}});
+    const QPointF spot = placeOf(0);
+    drag(spot, spot), Hand::mouse(graph, QEvent::MouseButtonDblClick, spot), release(spot);
+    EXPECT_EQ(handles[1].gain, 0);
+    EXPECT_EQ(handles[0].gain, 6);
+    EXPECT_EQ(graph.selection(), 1) << "not the click that reaches the handle below";
+    graph.select(0), QTest::keyClick(&graph, Qt::Key_Home);
+    EXPECT_EQ(handles[0].gain, 0);
+}
+
+TEST_F(EQGraphTest, ShowsWhatTheHandleInUseDoesAndNothingAtRest) {
+    show({{100, -9}, {1000, 9}});
+    handles[0].readOut = "A", handles[1].readOut = "B";
+    graph.setHandles(handles);
+    graph.curveOf = [](int id) { return std::vector<double>(320, id == 0 ? -15 : 15); };
+    std::optional<int> over;
+    graph.onHover = [&over](std::optional<int> id) { over = id; };
+    const QImage rest = Hand::picture(graph);
+    const auto shown = [this] {
+        QString texts;
+        for (const QWidget* const child : graph.findChildren<QWidget*>())
+            if (child->isVisible()) texts += child->accessibleName();
+        return texts;
+    };
+    const QPointF empty(graph.plot().x(5000), graph.plot().y(-6));
+    moveTo(empty);
+    EXPECT_GT(colorAt(5000, 3).alpha(), 50) << "the cross";
+    EXPECT_EQ(shown(), "");
+    moveTo(placeOf(0));
+    EXPECT_EQ(shown(), "A");
+    EXPECT_EQ(over, 0);
+    EXPECT_GT(colorAt(4567, -15).alpha(), 120) << "the curve of its filter";
+    QEvent left(QEvent::Leave);
+    QApplication::sendEvent(&graph, &left);
+    EXPECT_EQ(shown(), "");
+    EXPECT_EQ(over, std::nullopt);
+    EXPECT_EQ(Hand::picture(graph), rest);
+    graph.setFocus(), graph.select(1), QTest::keyClick(&graph, Qt::Key_Left);
+    EXPECT_EQ(shown(), "B");
+    const QImage focused = Hand::picture(graph);
+    graph.clearFocus();
+    EXPECT_EQ(shown(), "");
+    EXPECT_NE(Hand::picture(graph), focused);
+    const QPointF ring = placeOf(1) - QPointF(0, 11);
+    EXPECT_GT(Hand::colorAt(graph, ring).alpha(), 90) << "still selected";
 }
 
 TEST_F(EQGraphTest, KeysSelectAHandleAndMoveIt) {

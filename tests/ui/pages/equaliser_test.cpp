@@ -2,8 +2,11 @@
 
 #include "Wendril/filtermath.hpp"
 #include "ui/kit/theme.hpp"
+#include "ui/pages/technical/peqrow.hpp"
 
 #include <gtest/gtest.h>
+
+#include <QClipboard>
 
 #include <cmath>
 #include <set>
@@ -34,10 +37,12 @@ TEST(EqualiserTest, HandlesAndCurveShowTheBandsAndTheCrossover) {
     desk.set(Kind::peq, "Out0", 0, {PeqValue{90, 9, 2, 0, true}});
     const auto& handles = desk.graph().shownHandles();
     ASSERT_EQ(handles.size(), 10U);
-    EXPECT_EQ(handles[9], (Kit::EQGraph::Handle{9, "10", 500, 6, Theme::accent, false,
-                                                "Banda 10: 500 Hz, +6.0 dB, Q 2.00"}));
+    EXPECT_EQ(handles[9],
+              (Kit::EQGraph::Handle{9, "10", 500, 6, Theme::accent, false,
+                                    "Banda 10: 500 Hz, +6.0 dB, Q 2.00", "500 Hz · +6.0 dB · Q 2.00"}));
     EXPECT_EQ(handles[0], (Kit::EQGraph::Handle{0, "1", 90, 9, Theme::accent, true,
-                                                "Banda 1: 90 Hz, +9.0 dB, Q 2.00, desligada"}));
+                                                "Banda 1: 90 Hz, +9.0 dB, Q 2.00, desligada",
+                                                "90 Hz · +9.0 dB · Q 2.00"}));
     EXPECT_NEAR(std::ranges::max(desk.graph().shownCurves().at(0).db), 6, 0.1);
     desk.set(Kind::peq, "Out0", 0, {PeqValue{90, 9, 2, 0, false}});
     EXPECT_NEAR(std::ranges::max(desk.graph().shownCurves().at(0).db), 9, 0.2);
@@ -81,4 +86,52 @@ TEST(EqualiserTest, MenuEntriesSendTheirOwnCodes) {
     desk.set(Kind::peq, "Out0", 3, {PeqValue{0, std::nanf(""), std::nanf(""), 77, false}});
     EXPECT_EQ(desk.readOut("Banda 4, tipo"), "") << "a code without a name";
     EXPECT_FALSE(desk.view.grab().isNull()) << "nor numbers";
+}
+
+TEST(EqualiserTest, GraphAndTableShareTheSelectionAndTheBandUnderThePointer) {
+    Desk desk("OUT 1");
+    const auto rows = desk.all<PeqRow>();
+    const auto chosen = [&rows](auto is) { return std::ranges::find_if(rows, is) - rows.begin(); };
+    QTest::mouseClick(rows.at(4), Qt::LeftButton, {}, {10, 3});
+    EXPECT_EQ(desk.graph().selection(), 4);
+    EXPECT_TRUE(desk.graph().hasFocus());
+    desk.graph().select(7);
+    EXPECT_EQ(chosen(&PeqRow::isSelected), 7);
+    EXPECT_NEAR(Hand::colorAt(*rows[7], {2, 10}).alphaF(), 0.16, 0.01);
+    EXPECT_EQ(Hand::colorAt(*rows[4], {2, 10}).alpha(), 0);
+    Hand::mouse(desk.graph(), QEvent::MouseMove, desk.graph().placeOf(desk.graph().shownHandles()[2]));
+    EXPECT_EQ(chosen(&PeqRow::isMarked), 2);
+}
+
+TEST(EqualiserTest, ABandAndAWholeEqualiserCanBeCopied) {
+    Desk desk("OUT 1");
+    const PeqValue band{160, 7.8F, 1.78F, 1, true};
+    desk.set(Kind::peq, "Out0", 2, {band});
+    desk.set(Kind::peq, "Out0", 9, {band});
+    const auto key = [&desk](const char* keys) {
+        desk.graph().setFocus();
+        QTest::keySequence(&desk.graph(), QKeySequence(keys));
+        desk.settle();
+    };
+    const auto at = [&desk](const char* channel, int number) {
+        return desk.held<PeqValue>(0, Kind::peq, channel, number);
+    };
+    QGuiApplication::clipboard()->setText("160 Hz");
+    desk.graph().select(2), key("Ctrl+V");
+    EXPECT_TRUE(desk.model->notice.value()) << "nothing was copied";
+    key("Ctrl+C"), desk.graph().select(5), key("Ctrl+V");
+    EXPECT_EQ(at("Out0", 5), band);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "160 Hz · +7.8 dB · Q 1.78");
+
+    key("Ctrl+Shift+C"), desk.goTo("OUT 3");
+    const PeqValue before = at("Out2", 9);
+    key("Ctrl+Shift+V");
+    EXPECT_EQ(at("Out2", 2), band);
+    EXPECT_EQ(at("Out2", 9), band);
+    desk.model->undo(), desk.settle();
+    EXPECT_EQ(at("Out2", 9), before) << "one step";
+    EXPECT_NE(at("Out2", 2), band);
+    desk.goTo("IN 2"), key("Ctrl+Shift+V");
+    EXPECT_EQ(at("In1", 2), band);
+    EXPECT_EQ(desk.model->notice.value(), "As bandas 5 a 10 ficaram de fora: ENTRADA 2 tem 4 bandas");
 }

@@ -20,4 +20,10 @@ std::vector<double> responseOf(const ChannelFilters& filters) {
     return FilterMath::response(filters.bands, filters.crossover, Kit::EQPlot::freqs());
 }
 
+std::vector<double> responseOf(const ChannelFilters& filters, int band) {
+    PeqValue alone = filters.bands.at(static_cast<std::size_t>(band));
+    alone.bypass = false;
+    return responseOf({.bands = {alone}, .crossover = {}});
+}
+
 }  // namespace Corvane

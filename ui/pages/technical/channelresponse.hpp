@@ -22,4 +22,7 @@ ChannelFilters filtersOf(AppModel& model, std::string_view channel);
 /// In dB at each of `EQPlot::freqs`.
 std::vector<double> responseOf(const ChannelFilters& filters);
 
+/// Of one band alone, as it is when it is on.
+std::vector<double> responseOf(const ChannelFilters& filters, int band);
+
 }  // namespace Corvane

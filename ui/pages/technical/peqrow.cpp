@@ -6,9 +6,12 @@
 #include "ui/pages/shared/modulesetting.hpp"
 
 #include "ui/kit/formats.hpp"
+#include "ui/kit/shadows.hpp"
 #include "ui/kit/theme.hpp"
 
 #include <QBoxLayout>
+#include <QMouseEvent>
+#include <QPainter>
 
 #include <cmath>
 #include <vector>
@@ -65,6 +68,12 @@ void editBand(AppModel& model, std::string_view channel, int band,
     });
 }
 
+QString bandText(const PeqValue& band, const QString& separator) {
+    return QStringList{Formats::formatHz(band.fc), Formats::signedDecibels(band.gain),
+                       QStringLiteral("Q ") + Formats::quality(band.q)}
+        .join(separator);
+}
+
 PeqHeader::PeqHeader(QWidget* parent)
     : QWidget(parent) {
     std::vector<QWidget*> captions;
@@ -92,6 +101,8 @@ PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* par
     number->setFixedWidth(columns[numberColumn].width);
     number->setAlignment(Qt::AlignCenter);
     number->setTabular(true);
+    number->setAttribute(Qt::WA_TransparentForMouseEvents, false);
+    number->setCursor(Qt::PointingHandCursor);
     on = new Kit::LampSwitch(name, this);
     type = new Kit::WellMenu<std::uint8_t>(columns[typeColumn].width, this);
     type->setFixedHeight(rowHeight);
@@ -132,6 +143,42 @@ void PeqRow::show(const PeqValue& value) {
     number->setColor(Theme::faded(Theme::secondary, opacity));
     for (Kit::Control* const control : std::initializer_list<Kit::Control*>{on, type, fc, q, gain})
         control->setOpacity(opacity);
+}
+
+void PeqRow::setSelected(bool value) {
+    selected = value;
+    update();
+}
+
+void PeqRow::setMarked(bool value) {
+    marked = value;
+    update();
+}
+
+void PeqRow::paintEvent(QPaintEvent*) {
+    if (!selected && !marked) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    Paint::fill(painter, rect(), 6, selected ? Theme::accentSoft : Theme::white(0.06));
+}
+
+// The number lets its events pass to the row, and is as wide as it above and below.
+void PeqRow::mousePressEvent(QMouseEvent* event) {
+    const bool onNumber = event->position().x() < number->geometry().right();
+    if (event->button() == Qt::LeftButton && onNumber && onSelect) return onSelect();
+    QWidget::mousePressEvent(event);
+}
+
+void PeqRow::enterEvent(QEnterEvent*) {
+    if (onHover) onHover(true);
+}
+
+void PeqRow::leaveEvent(QEvent*) {
+    if (onHover) onHover(false);
+}
+
+void PeqRow::hideEvent(QHideEvent*) {
+    if (onHover) onHover(false);
 }
 
 }  // namespace Corvane

@@ -16,21 +16,42 @@ namespace Corvane {
 void editBand(AppModel& model, std::string_view channel, int band,
               const std::function<void(Wendril::PeqValue&)>& change);
 
+/// "160 Hz · +7.8 dB · Q 1.78"
+QString bandText(const Wendril::PeqValue& band, const QString& separator = QStringLiteral(" · "));
+
 /// The column titles over the rows.
 class PeqHeader final : public QWidget {
 public:
     explicit PeqHeader(QWidget* parent);
 };
 
-/// One band of a channel's equaliser.
+/// One band of a channel's equaliser. Its owner says whether the band is selected, and whether the
+/// pointer is on its handle.
 class PeqRow final : public QWidget {
 public:
     /// Bands count from 0.
     PeqRow(AppModel& model, std::string_view channel, int band, QWidget* parent);
 
+    std::function<void()> onSelect;            // the number is clicked
+    std::function<void(bool isOver)> onHover;  // the pointer enters or leaves the row
+
+    void setSelected(bool value);
+    void setMarked(bool value);
+    bool isSelected() const { return selected; }
+    bool isMarked() const { return marked; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
     void show(const Wendril::PeqValue& value);
 
+    bool selected = false;
+    bool marked = false;
     Kit::Caption* number;
     Kit::LampSwitch* on;
     Kit::WellMenu<std::uint8_t>* type;

@@ -9,6 +9,7 @@
 #include "ui/pages/shared/switchbutton.hpp"
 #include "ui/pages/technical/channelresponse.hpp"
 #include "ui/pages/technical/channelstrip.hpp"
+#include "ui/pages/technical/eqclipboard.hpp"
 #include "ui/pages/technical/filterrow.hpp"
 #include "ui/pages/technical/peqrow.hpp"
 
@@ -17,7 +18,11 @@
 #include "ui/kit/theme.hpp"
 #include "ui/kit/timeknob.hpp"
 
+#include <QKeyEvent>
+
+#include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace Corvane {
@@ -55,9 +60,9 @@ Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
             .gain = value.gain,
             .color = Theme::accent,
             .dimmed = value.bypass,
-            .description = QStringLiteral("Banda %1: %2, %3, Q %4%5")
-                               .arg(label, Formats::formatHz(value.fc), Formats::signedDecibels(value.gain),
-                                    Formats::quality(value.q), state)};
+            .description =
+                QStringLiteral("Banda %1: %2%3").arg(label, bandText(value, QStringLiteral(", ")), state),
+            .readOut = bandText(value)};
 }
 
 }  // namespace
@@ -92,7 +97,8 @@ QWidget* TechChannelView::equaliserPanel() {
     auto* const panel = new Kit::Panel({}, this);
     panel->layout()->setContentsMargins(padding, 0, 0, padding);
     panel->content().setSpacing(graphGap - Kit::EQGraph::bleed.bottom());
-    panel->content().addWidget(graph(panel));
+    buildGraph(panel);
+    panel->content().addWidget(graph);
     auto* const below = new QVBoxLayout;
     below->setContentsMargins(0, 0, padding, 0);
     below->setSpacing(14);
@@ -111,11 +117,12 @@ QWidget* TechChannelView::equaliserPanel() {
         below->addLayout(filterRows(panel));
     }
     panel->content().addLayout(below, 1);
+    linkGraphAndTable();
     return panel;
 }
 
-Kit::EQGraph* TechChannelView::graph(QWidget* parent) {
-    auto* const graph = new Kit::EQGraph(graphHeight, parent);
+void TechChannelView::buildGraph(QWidget* parent) {
+    graph = new Kit::EQGraph(graphHeight, parent);
     graph->setAccessibleName(QStringLiteral("Equalizador, ") + title);
     graph->onDrag = [this](int band, double fc, double gain) {
         editBand(model, channel, band, [fc, gain](PeqValue& value) {
@@ -128,32 +135,98 @@ Kit::EQGraph* TechChannelView::graph(QWidget* parent) {
             value.q *= static_cast<float>(std::exp2(notches * octavesPerNotch));
         });
     };
+    graph->curveOf = [this](int band) { return responseOf(filtersOf(model, channel), band); };
     Corvane::bind(
         *graph, [this] { return filtersOf(model, channel); },
-        [this, graph](const ChannelFilters& filters) {
+        [this](const ChannelFilters& filters) {
             std::vector<Kit::EQGraph::Handle> handles;
             for (const PeqValue& band : filters.bands)
                 handles.push_back(handleOf(static_cast<int>(handles.size()), band));
             graph->setCurves({{title, Theme::accent, responseOf(filters), true}});
             graph->setHandles(std::move(handles));
         });
-    return graph;
 }
 
 QLayout* TechChannelView::table(QWidget* parent) {
-    auto* const rows = new QVBoxLayout;
-    rows->setSpacing(2);
-    rows->addWidget(new PeqHeader(parent));
-    rows->addSpacing(2);
+    auto* const lines = new QVBoxLayout;
+    lines->setSpacing(2);
+    lines->addWidget(new PeqHeader(parent));
+    lines->addSpacing(2);
     for (int band = 0; band < AppModel::bandsOf(channel); ++band) {
         auto* const row = new PeqRow(model, channel, band, parent);
         if (isInput(channel)) row->setFixedHeight(inputRowHeight);
-        rows->addWidget(row, 1);
+        lines->addWidget(row, 1);
+        rows.push_back(row);
     }
     auto* const left = new QHBoxLayout;
-    left->addLayout(rows, 1000);
+    left->addLayout(lines, 1000);
     left->addStretch(1);
     return left;
+}
+
+void TechChannelView::linkGraphAndTable() {
+    const auto show = [this](void (PeqRow::*set)(bool)) {
+        return [this, set](std::optional<int> shown) {
+            for (int band = 0; PeqRow* const row : rows)
+                (row->*set)(band++ == shown);
+        };
+    };
+    graph->onSelect = show(&PeqRow::setSelected);
+    graph->onHover = show(&PeqRow::setMarked);
+    for (int band = 0; PeqRow* const row : rows) {
+        row->onSelect = [this, band] {
+            graph->select(band);
+            graph->setFocus(Qt::MouseFocusReason);
+        };
+        row->onHover = [this, row, band](bool isOver) {
+            row->setMarked(isOver);
+            graph->mark(isOver ? std::optional(band) : std::nullopt);
+        };
+        ++band;
+    }
+}
+
+void TechChannelView::keyPressEvent(QKeyEvent* event) {
+    const bool withShift = event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+    const bool copies = event->matches(QKeySequence::Copy);
+    const bool pastes = event->matches(QKeySequence::Paste);
+    const bool copiesAll = withShift && event->key() == Qt::Key_C;
+    const bool pastesAll = withShift && event->key() == Qt::Key_V;
+    if (!graph->hasFocus() || !(copies || pastes || copiesAll || pastesAll))
+        return Surface::keyPressEvent(event);
+    if (copies || copiesAll) return copy(copiesAll);
+    pastesAll ? pasteAll() : pasteBand();
+}
+
+void TechChannelView::copy(bool all) {
+    const std::vector<PeqValue> bands = filtersOf(model, channel).bands;
+    if (all) return EQClipboard::copy(EQClipboard::Content::equaliser, bands);
+    if (const auto band = graph->selection())
+        EQClipboard::copy(EQClipboard::Content::band, {bands.at(static_cast<std::size_t>(*band))});
+}
+
+void TechChannelView::pasteBand() {
+    const auto band = graph->selection();
+    if (!band) return;
+    const std::vector<PeqValue> copied = EQClipboard::copied(EQClipboard::Content::band);
+    if (copied.empty()) return model.warn("Nenhuma banda copiada: selecione uma e tecle Ctrl+C");
+    editBand(model, channel, *band, [&copied](PeqValue& value) { value = copied.front(); });
+}
+
+void TechChannelView::pasteAll() {
+    const std::vector<PeqValue> copied = EQClipboard::copied(EQClipboard::Content::equaliser);
+    if (copied.empty()) return model.warn("Nenhum equalizador copiado: tecle Ctrl+Shift+C no gráfico");
+    const History::Scope step(model.history);
+    const std::size_t written = std::min(copied.size(), rows.size());
+    for (std::size_t band = 0; band < written; ++band)
+        editBand(model, channel, static_cast<int>(band),
+                 [&copied, band](PeqValue& value) { value = copied[band]; });
+    if (written == copied.size()) return;
+    const QString left =
+        written + 1 == copied.size()
+            ? QStringLiteral("A banda %1 ficou de fora").arg(copied.size())
+            : QStringLiteral("As bandas %1 a %2 ficaram de fora").arg(written + 1).arg(copied.size());
+    model.warn(QStringLiteral("%1: %2 tem %3 bandas").arg(left, title).arg(written).toStdString());
 }
 
 QLayout* TechChannelView::equaliserButtons(QWidget* parent) {

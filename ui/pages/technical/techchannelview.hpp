@@ -9,19 +9,32 @@
 #include <QString>
 
 #include <string_view>
+#include <vector>
 
 namespace Corvane {
 
+class PeqRow;
+
 /// The settings of one channel: gain, equaliser, dynamics and delay, and the crossover of an output.
+///
+/// While the graph has the focus, Ctrl+C and Ctrl+V copy the selected band, and Ctrl+Shift+C and
+/// Ctrl+Shift+V all bands.
 class TechChannelView final : public Kit::Surface {
 public:
     TechChannelView(AppModel& model, std::string_view channel, QString title, QWidget* parent);
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     QWidget* gainPanel();
     QWidget* equaliserPanel();
-    Kit::EQGraph* graph(QWidget* parent);
+    void buildGraph(QWidget* parent);
     QLayout* table(QWidget* parent);
+    void linkGraphAndTable();
+    void copy(bool all);
+    void pasteBand();
+    void pasteAll();
     QLayout* equaliserButtons(QWidget* parent);
     QLayout* filterRows(QWidget* parent);
     QWidget* compressorPanel();
@@ -32,6 +45,8 @@ private:
     AppModel& model;
     const std::string_view channel;
     const QString title;
+    Kit::EQGraph* graph = nullptr;
+    std::vector<PeqRow*> rows;
 };
 
 }  // namespace Corvane
