@@ -128,6 +128,8 @@ private:
     static Task<void> pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chunks,
                            std::uint64_t generation);
     void ingest(const Bytes& chunk);
+    void giveUpStalledFrame();
+    std::size_t receive(Frame& frame);
     std::stop_token tokenForOpening();
     void stopTransport();
     void closed(std::uint64_t endedGeneration, const std::exception_ptr& error);
@@ -136,6 +138,7 @@ private:
     const std::shared_ptr<Executor> executor;
     const std::shared_ptr<LineRecord> record;
     FrameParser parser;
+    TimePoint lastChunk;  // when the latest bytes were received
     Waiter* waiter = nullptr;
     std::weak_ptr<Timer> currentTimer;
     bool busy = false;
@@ -272,7 +275,8 @@ void Bus::Core::arm(const std::shared_ptr<Timer>& timer, TimePoint due) {
 void Bus::Core::expire(const std::shared_ptr<Timer>& timer) {
     if (!waiter || currentTimer.lock() != timer) return;
     if (waiter->deadline > executor->now()) return arm(timer, waiter->deadline);
-    resumeWaiter();
+    giveUpStalledFrame();
+    if (waiter) resumeWaiter();
 }
 
 void Bus::Core::resumeWaiter() {
@@ -291,16 +295,35 @@ Task<void> Bus::Core::pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chu
 }
 
 void Bus::Core::ingest(const Bytes& chunk) {
-    std::size_t unused = parser.pending().size() + chunk.size();
-    parser.feed(chunk, [this, &unused](Frame& frame) {
-        if (logger) logger("<- " + hex(FrameCodec::encode(frame, false, {})));
-        unused -= FrameCodec::headerBytes + frame.payload.size() + FrameCodec::checksumBytes;
-        record->wasReceived(executor->now(), frame);
-        if (!waiter || !waiter->match(frame)) return record->wasDropped(frame.address);
+    lastChunk = executor->now();
+    const std::size_t held = parser.pending().size() + chunk.size();
+    std::size_t used = 0;
+    parser.feed(chunk, [this, &used](Frame& frame) { used += receive(frame); });
+    record->droppedBytes(held - used - parser.pending().size());
+}
+
+// A damaged word count makes the parser wait for bytes that only later replies would bring. When no
+// byte has come for a while, the frame is given up. What lies behind its head may be the reply itself.
+void Bus::Core::giveUpStalledFrame() {
+    const std::size_t held = parser.pending().size();
+    if (held == 0 || executor->now() - lastChunk < longestPauseInFrame) return;
+    std::size_t used = 0;
+    parser.giveUp([this, &used](Frame& frame) { used += receive(frame); });
+    record->droppedBytes(held - used);
+}
+
+// Returns the number of its bytes on the wire.
+std::size_t Bus::Core::receive(Frame& frame) {
+    if (logger) logger("<- " + hex(FrameCodec::encode(frame, false, {})));
+    record->wasReceived(executor->now(), frame);
+    const std::size_t bytes = FrameCodec::headerBytes + frame.payload.size() + FrameCodec::checksumBytes;
+    if (waiter && waiter->match(frame)) {
         waiter->reply = std::move(frame);
         resumeWaiter();
-    });
-    record->droppedBytes(unused - parser.pending().size());
+    } else {
+        record->wasDropped(frame.address);
+    }
+    return bytes;
 }
 
 std::stop_token Bus::Core::tokenForOpening() {

@@ -1,5 +1,6 @@
 #include "simulator/line.hpp"
 
+#include "Wendril/bus.hpp"
 #include "Wendril/profile.hpp"
 
 #include <algorithm>
@@ -113,6 +114,9 @@ void Line::judge(const Frame& request) {
     }
     ++record.requests[kindOf(request)];
     const TimePoint now = executor->now();
+    // A host that has waited in vain gives up a frame whose rest does not come.
+    if (now - lastDelivery >= Wendril::Bus::longestPauseInFrame)
+        hostParser.giveUp([this](const Frame& frame) { delivered(frame); });
     if (outstanding && now < outstanding->until)
         fault("a request before the last one was answered or given up: " + meaningOf(request, true) +
               " after " + meaningOf(outstanding->request, true));
@@ -193,6 +197,10 @@ void Line::deliverWhenDue(TimePoint due, std::uint64_t host, Bytes bytes) {
     });
 }
 
+void Line::delivered(const Frame& frame) {
+    if (outstanding && answers(frame, outstanding->request)) outstanding.reset();
+}
+
 void Line::deliver(const Bytes& bytes) {
     if (!toHost) return;
     ++record.replies;
@@ -201,8 +209,9 @@ void Line::deliver(const Bytes& bytes) {
         ++intact;
         if (log)
             log("board <- " + hex(FrameCodec::encode(frame, false, {})) + "  " + meaningOf(frame, false));
-        if (outstanding && answers(frame, outstanding->request)) outstanding.reset();
+        delivered(frame);
     });
+    lastDelivery = executor->now();
     if (log && intact == 0) log("board <- " + hex(bytes) + "  (broken)");
     toHost(bytes);
 }

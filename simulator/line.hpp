@@ -95,6 +95,7 @@ private:
     void deliverAt(Wendril::TimePoint due, Wendril::Bytes bytes);
     void deliverWhenDue(Wendril::TimePoint due, std::uint64_t host, Wendril::Bytes bytes);
     void deliver(const Wendril::Bytes& bytes);
+    void delivered(const Wendril::Frame& frame);
 
     const LineOptions options;
     const Wendril::TimePoint start;
@@ -106,7 +107,8 @@ private:
     Wendril::TimePoint busyUntil;  // end of the last byte on a paced line
     std::optional<Outstanding> outstanding;
     Wendril::FrameParser hostParser;  // reads the replies as the host does
-    std::uint64_t generation = 0;     // of the host; a reply only reaches the host that asked
+    Wendril::TimePoint lastDelivery;
+    std::uint64_t generation = 0;  // of the host; a reply only reaches the host that asked
     ToHost toHost;
     Summary record;
     std::function<void(const std::string&)> log;
