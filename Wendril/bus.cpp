@@ -121,6 +121,7 @@ private:
     }
     void release();
     Task<std::optional<Frame>> exchange(const Bytes& frame, Duration timeout, const Match& match, bool again);
+    void write(TimePoint at, const Bytes& frame, bool again);
     void startTimer(Waiter& attempt);
     void arm(const std::shared_ptr<Timer>& timer, TimePoint due);
     void expire(const std::shared_ptr<Timer>& timer);
@@ -239,8 +240,7 @@ Task<std::optional<Frame>> Bus::Core::exchange(const Bytes& frame, Duration time
     if (!isOpen) throw BusError::closed();
     if (logger) logger("-> " + hex(frame));
     const TimePoint begin = executor->now();
-    record->wasSent(begin, frame, again);
-    transport->write(frame);
+    write(begin, frame, again);
     Waiter attempt(*this, match, timeAfter(executor->now(), timeout));
     startTimer(attempt);
     // The event owns the task that waits for it. If that task shared the event, neither would ever end.
@@ -251,6 +251,17 @@ Task<std::optional<Frame>> Bus::Core::exchange(const Bytes& frame, Duration time
     else
         record->timedOut(addressOf(frame));
     co_return std::move(attempt.reply);
+}
+
+void Bus::Core::write(TimePoint at, const Bytes& frame, bool again) {
+    record->wasSent(at, frame, again);
+    try {
+        transport->write(frame);
+    } catch (...) {
+        record->wasWritten();
+        throw;
+    }
+    record->wasWritten();
 }
 
 void Bus::Core::startTimer(Waiter& attempt) {

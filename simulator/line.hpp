@@ -63,6 +63,7 @@ public:
 
     /// The board at that position, from 0, answers nothing from now on.
     void mute(std::size_t position) { muted.insert(position); }
+    void unmute(std::size_t position) { muted.erase(position); }
 
     struct Summary {
         std::map<std::string, std::size_t> requests;  // by what they ask for
@@ -88,9 +89,9 @@ private:
     void fault(const std::string& what);
     void judge(const Wendril::Frame& request);
     void handle(const Wendril::Frame& request);
-    std::optional<Wendril::Frame> replyTo(const Wendril::Frame& request);
-    Board* addressee(const Wendril::Frame& request);
-    void sendReply(const Wendril::Frame& reply);
+    Wendril::Bytes replyTo(const Wendril::Frame& request);
+    std::vector<Board*> addressees(const Wendril::Frame& request);
+    void sendReply(const Wendril::Bytes& reply);
     Wendril::Bytes noiseBytes();
     void deliverAt(Wendril::TimePoint due, Wendril::Bytes bytes);
     void deliverWhenDue(Wendril::TimePoint due, std::uint64_t host, Wendril::Bytes bytes);
