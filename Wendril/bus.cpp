@@ -121,6 +121,7 @@ private:
     }
     void release();
     Task<std::optional<Frame>> exchange(const Bytes& frame, Duration timeout, const Match& match, bool again);
+    void write(TimePoint at, const Bytes& frame, bool again);
     void startTimer(Waiter& attempt);
     void arm(const std::shared_ptr<Timer>& timer, TimePoint due);
     void expire(const std::shared_ptr<Timer>& timer);
@@ -128,6 +129,8 @@ private:
     static Task<void> pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chunks,
                            std::uint64_t generation);
     void ingest(const Bytes& chunk);
+    void giveUpStalledFrame();
+    std::size_t receive(Frame& frame);
     std::stop_token tokenForOpening();
     void stopTransport();
     void closed(std::uint64_t endedGeneration, const std::exception_ptr& error);
@@ -136,6 +139,7 @@ private:
     const std::shared_ptr<Executor> executor;
     const std::shared_ptr<LineRecord> record;
     FrameParser parser;
+    TimePoint lastChunk;  // when the latest bytes were received
     Waiter* waiter = nullptr;
     std::weak_ptr<Timer> currentTimer;
     bool busy = false;
@@ -236,8 +240,7 @@ Task<std::optional<Frame>> Bus::Core::exchange(const Bytes& frame, Duration time
     if (!isOpen) throw BusError::closed();
     if (logger) logger("-> " + hex(frame));
     const TimePoint begin = executor->now();
-    record->wasSent(begin, frame, again);
-    transport->write(frame);
+    write(begin, frame, again);
     Waiter attempt(*this, match, timeAfter(executor->now(), timeout));
     startTimer(attempt);
     // The event owns the task that waits for it. If that task shared the event, neither would ever end.
@@ -248,6 +251,17 @@ Task<std::optional<Frame>> Bus::Core::exchange(const Bytes& frame, Duration time
     else
         record->timedOut(addressOf(frame));
     co_return std::move(attempt.reply);
+}
+
+void Bus::Core::write(TimePoint at, const Bytes& frame, bool again) {
+    record->wasSent(at, frame, again);
+    try {
+        transport->write(frame);
+    } catch (...) {
+        record->wasWritten();
+        throw;
+    }
+    record->wasWritten();
 }
 
 void Bus::Core::startTimer(Waiter& attempt) {
@@ -272,7 +286,8 @@ void Bus::Core::arm(const std::shared_ptr<Timer>& timer, TimePoint due) {
 void Bus::Core::expire(const std::shared_ptr<Timer>& timer) {
     if (!waiter || currentTimer.lock() != timer) return;
     if (waiter->deadline > executor->now()) return arm(timer, waiter->deadline);
-    resumeWaiter();
+    giveUpStalledFrame();
+    if (waiter) resumeWaiter();
 }
 
 void Bus::Core::resumeWaiter() {
@@ -291,16 +306,35 @@ Task<void> Bus::Core::pump(std::weak_ptr<Core> weakCore, StreamReader<Bytes> chu
 }
 
 void Bus::Core::ingest(const Bytes& chunk) {
-    std::size_t unused = parser.pending().size() + chunk.size();
-    parser.feed(chunk, [this, &unused](Frame& frame) {
-        if (logger) logger("<- " + hex(FrameCodec::encode(frame, false, {})));
-        unused -= FrameCodec::headerBytes + frame.payload.size() + FrameCodec::checksumBytes;
-        record->wasReceived(executor->now(), frame);
-        if (!waiter || !waiter->match(frame)) return record->wasDropped(frame.address);
+    lastChunk = executor->now();
+    const std::size_t held = parser.pending().size() + chunk.size();
+    std::size_t used = 0;
+    parser.feed(chunk, [this, &used](Frame& frame) { used += receive(frame); });
+    record->droppedBytes(held - used - parser.pending().size());
+}
+
+// A damaged word count makes the parser wait for bytes that only later replies would bring. When no
+// byte has come for a while, the frame is given up. What lies behind its head may be the reply itself.
+void Bus::Core::giveUpStalledFrame() {
+    const std::size_t held = parser.pending().size();
+    if (held == 0 || executor->now() - lastChunk < longestPauseInFrame) return;
+    std::size_t used = 0;
+    parser.giveUp([this, &used](Frame& frame) { used += receive(frame); });
+    record->droppedBytes(held - used);
+}
+
+// Returns the number of its bytes on the wire.
+std::size_t Bus::Core::receive(Frame& frame) {
+    if (logger) logger("<- " + hex(FrameCodec::encode(frame, false, {})));
+    record->wasReceived(executor->now(), frame);
+    const std::size_t bytes = FrameCodec::headerBytes + frame.payload.size() + FrameCodec::checksumBytes;
+    if (waiter && waiter->match(frame)) {
         waiter->reply = std::move(frame);
         resumeWaiter();
-    });
-    record->droppedBytes(unused - parser.pending().size());
+    } else {
+        record->wasDropped(frame.address);
+    }
+    return bytes;
 }
 
 std::stop_token Bus::Core::tokenForOpening() {

@@ -47,6 +47,9 @@ private:
 /// that made it does not end it sooner.
 class Bus {
 public:
+    /// When no byte has come for so long by the end of an attempt, an incomplete frame is given up.
+    static constexpr Duration longestPauseInFrame = std::chrono::milliseconds(50);
+
     using Logger = std::function<void(std::string line)>;
     using CloseHandler = std::function<void(std::exception_ptr error)>;
     using Match = std::function<bool(const Frame& frame)>;

@@ -168,6 +168,31 @@ Task<std::vector<DeviceInfo>> assignAddressesOf(K7QClient client, int maxDevices
     co_return found;
 }
 
+Task<bool> holdsAddressing(K7QClient client, std::vector<DeviceInfo> found) {
+    try {
+        for (const DeviceInfo& given : found) {
+            const DeviceInfo answered = co_await client.info(given.address);
+            if (answered.serial != given.serial) co_return false;
+        }
+    } catch (const BusError&) {
+        co_return false;
+    }
+    const auto next = static_cast<std::uint8_t>(found.size() + 1);
+    const bool isTaken = co_await client.ping(next, scanTimeout);
+    co_return !isTaken;
+}
+
+Task<K7QClient::Addressing> assignVerifiedOf(K7QClient client, int maxDevices) {
+    constexpr int mostRounds = 3;
+    for (int round = 1;; ++round) {
+        const std::uint64_t resentBefore = client.bus->record->resent(everyone);
+        auto found = co_await client.assignAddresses(maxDevices);
+        const bool isClean = client.bus->record->resent(everyone) == resentBefore;
+        const bool holds = isClean || co_await holdsAddressing(client, found);
+        if (holds || round == mostRounds) co_return K7QClient::Addressing{std::move(found), holds};
+    }
+}
+
 // The request carries the module's default value, so that it is as long as the value it asks for.
 Task<ModuleValue> readOf(K7QClient client, std::uint8_t address, ModuleRef ref) {
     Bytes payload = moduleHeader(ref.index);
@@ -266,6 +291,10 @@ Task<std::vector<DeviceInfo>> K7QClient::scan(std::uint8_t first, std::uint8_t l
 
 Task<std::vector<DeviceInfo>> K7QClient::assignAddresses(int maxDevices) const {
     return assignAddressesOf(*this, maxDevices);
+}
+
+Task<K7QClient::Addressing> K7QClient::assignVerified(int maxDevices) const {
+    return assignVerifiedOf(*this, maxDevices);
 }
 
 Task<ModuleValue> K7QClient::read(std::uint8_t address, ModuleRef ref) const {

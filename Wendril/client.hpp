@@ -57,6 +57,17 @@ public:
     /// identities with the new addresses. When a step fails, speakers already addressed keep theirs.
     Task<std::vector<DeviceInfo>> assignAddresses(int maxDevices) const;
 
+    struct Addressing {
+        std::vector<DeviceInfo> found;
+        bool isCertain = true;
+    };
+
+    /// Assigns addresses, and checks them when a step was sent twice: when only its acknowledgement was
+    /// lost, the next speaker has taken the same address. Then each address must answer with the
+    /// serial code that it was given to, and the next address must be silent; else all speakers are
+    /// addressed again, twice at most.
+    Task<Addressing> assignVerified(int maxDevices) const;
+
     /// The value of one module. Throws `rejected` for a reply that is no value of the module's kind.
     Task<ModuleValue> read(std::uint8_t address, ModuleRef ref) const;
 

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Wendril {
@@ -103,6 +104,16 @@ public:
         while (take(rest))
             sink(taken);
         keep(rest);
+    }
+
+    /// Gives up the incomplete frame that is pending, and looks for frames behind its head. Nothing is
+    /// pending then. For a frame whose rest does not come: its word count may be damaged.
+    template <class Sink>
+    void giveUp(Sink sink) {
+        while (!buffer.empty()) {
+            const Bytes rest = std::exchange(buffer, {});
+            feed(ByteView(rest).subspan(1), sink);
+        }
     }
 
     /// Forgets an incomplete frame.

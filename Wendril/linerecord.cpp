@@ -25,14 +25,31 @@ LineRecord::Summary LineRecord::summary() const {
     return summary;
 }
 
+std::uint64_t LineRecord::resent(std::uint8_t address) const {
+    const std::scoped_lock lock(mutex);
+    const auto found = addresses.find(address);
+    return found == addresses.end() ? 0 : found->second.counts.resent;
+}
+
 // The entries are used again, so that a payload finds the room of an earlier one.
 LineRecord::Entry& LineRecord::nextEntry() {
     if (ring.empty()) ring.resize(keptFrames);
     return ring[entries++ % keptFrames];
 }
 
+std::optional<TimePoint> LineRecord::writingSince() const {
+    const std::scoped_lock lock(mutex);
+    return writing;
+}
+
+void LineRecord::wasWritten() {
+    const std::scoped_lock lock(mutex);
+    writing.reset();
+}
+
 void LineRecord::wasSent(TimePoint at, ByteView bytes, bool again) {
     const std::scoped_lock lock(mutex);
+    writing = at;
     Entry& entry = nextEntry();
     entry.at = at;
     entry.sent = true;

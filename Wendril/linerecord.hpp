@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace Wendril {
@@ -42,8 +43,15 @@ public:
 
     Summary summary() const;
 
-    /// An attempt with these bytes is sent.
+    /// Attempts to that address after the first of a request.
+    std::uint64_t resent(std::uint8_t address) const;
+
+    /// When the bus began to write what the transport has not taken yet; absent otherwise.
+    std::optional<TimePoint> writingSince() const;
+
+    /// An attempt with these bytes is being written, until `wasWritten`.
     void wasSent(TimePoint at, ByteView bytes, bool again);
+    void wasWritten();
     void timedOut(std::uint8_t address);
     void wasReceived(TimePoint at, const Frame& frame);
     void wasReply(std::uint8_t address, Duration after);
@@ -62,6 +70,7 @@ private:
     mutable std::mutex mutex;  // guards the rest
     std::map<std::uint8_t, Address> addresses;
     std::uint64_t bytesDropped = 0;
+    std::optional<TimePoint> writing;
     std::vector<Entry> ring;
     std::size_t entries = 0;  // written so far
 };

@@ -1,13 +1,9 @@
 #include "cli/link.hpp"
 
-#include "cli/numbers.hpp"
-
 #include <array>
 #include <csignal>
 #include <cstdio>
-#include <optional>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 
 #include <poll.h>
@@ -20,7 +16,7 @@ namespace {
 
 std::shared_ptr<Transport> transportTo(const Endpoint& endpoint) {
     if (!endpoint.port.empty()) return std::make_shared<SerialTransport>(endpoint.port, K7Q::baudRate);
-    return std::make_shared<TCPTransport>(endpoint.bridge, endpoint.bridgePort);
+    return std::make_shared<TCPTransport>(endpoint.bridge.host, endpoint.bridge.port);
 }
 
 void printLogLine(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
@@ -33,40 +29,7 @@ const Wakeup& interruption() {
 
 void onSignal(int) { interruption().raise(); }
 
-struct BridgeText {
-    std::string_view host;
-    std::optional<std::string_view> port;
-};
-
-// "host", "host:port", "[::1]:port"; a bare IPv6 address has colons of its own and no port.
-BridgeText splitBridge(std::string_view text) {
-    const std::size_t bracket = text.starts_with('[') ? text.find(']') : text.npos;
-    if (bracket != text.npos) {
-        const std::string_view host = text.substr(1, bracket - 1);
-        const std::string_view rest = text.substr(bracket + 1);
-        if (rest.empty()) return {host, std::nullopt};
-        if (!rest.starts_with(':')) return {};
-        return {host, rest.substr(1)};
-    }
-    const std::size_t colon = text.find(':');
-    if (colon == text.npos || text.find(':', colon + 1) != text.npos) return {text, std::nullopt};
-    return {text.substr(0, colon), text.substr(colon + 1)};
-}
-
 }  // namespace
-
-Endpoint Endpoint::ofBridge(const std::string& text) {
-    Endpoint endpoint;
-    const auto [host, port] = splitBridge(text);
-    endpoint.bridge = host;
-    if (endpoint.bridge.empty()) throw std::invalid_argument("falta o endereço da ponte");
-    if (!port) return endpoint;
-    const auto number = parseNumber<std::uint16_t>(*port, 1, UINT16_MAX);
-    if (!number)
-        throw std::invalid_argument("a porta da ponte vai de 1 a 65535, não \"" + std::string(*port) + "\"");
-    endpoint.bridgePort = *number;
-    return endpoint;
-}
 
 Link::Link(const Endpoint& endpoint, bool verbose)
     : loss(std::make_shared<Loss>())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Wendril/bridgeaddress.hpp"
 #include "Wendril/client.hpp"
 #include "Wendril/runtime/wakeup.hpp"
 
@@ -15,14 +16,7 @@ namespace Cli {
 /// Where the speakers are: a serial port or a bridge.
 struct Endpoint {
     std::string port;  // path; empty for a bridge
-    std::string bridge;
-    std::uint16_t bridgePort = 8899;
-
-    /// "host" or "host:port"; an IPv6 address in brackets where a port follows. Throws
-    /// std::invalid_argument.
-    static Endpoint ofBridge(const std::string& text);
-
-    bool operator==(const Endpoint&) const = default;
+    Wendril::BridgeAddress bridge;
 };
 
 /// The process got SIGINT (the user pressed Ctrl-C) or SIGTERM.

@@ -121,7 +121,7 @@ void addOptions(CommandLine& commandLine, Arguments& a) {
 }
 
 void run(Arguments& a, bool needsLink) {
-    if (!a.bridge.empty()) a.session.endpoint = Cli::Endpoint::ofBridge(a.bridge);
+    if (!a.bridge.empty()) a.session.endpoint.bridge = Wendril::BridgeAddress::parse(a.bridge);
     if (needsLink && a.bridge.empty() && a.session.endpoint.port.empty())
         throw std::invalid_argument("diga onde estão as caixas: --port PORTA ou --bridge HOST[:PORTA]");
     a.command();

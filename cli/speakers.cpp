@@ -87,8 +87,11 @@ void scan(const Session& session, const std::string& range) {
 void assignAddresses(const Session& session, bool confirmed) {
     if (!confirmed) confirmOnTerminal();
     Link link(session.endpoint, session.verbose);
-    const auto found = link.run(link.client().assignAddresses(mostSpeakers));
+    const auto [found, isCertain] = link.run(link.client().assignVerified(mostSpeakers));
     printSpeakers(session, found);
+    if (!isCertain)
+        throw std::runtime_error(
+            "o endereçamento não pôde ser confirmado; confira os cabos e enderece de novo");
     if (found.empty()) throw std::runtime_error("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".");
 }
 

@@ -1,5 +1,6 @@
 #include "simulator/line.hpp"
 
+#include "Wendril/bus.hpp"
 #include "Wendril/profile.hpp"
 
 #include <algorithm>
@@ -113,6 +114,9 @@ void Line::judge(const Frame& request) {
     }
     ++record.requests[kindOf(request)];
     const TimePoint now = executor->now();
+    // A host that has waited in vain gives up a frame whose rest does not come.
+    if (now - lastDelivery >= Wendril::Bus::longestPauseInFrame)
+        hostParser.giveUp([this](const Frame& frame) { delivered(frame); });
     if (outstanding && now < outstanding->until)
         fault("a request before the last one was answered or given up: " + meaningOf(request, true) +
               " after " + meaningOf(outstanding->request, true));
@@ -124,34 +128,47 @@ void Line::judge(const Frame& request) {
 
 void Line::handle(const Frame& request) {
     if (faultOf(request)) return;
-    const auto reply = replyTo(request);
-    if (!reply || happens(options.lose)) return;
-    sendReply(*reply);
+    const Bytes reply = replyTo(request);
+    if (reply.empty() || happens(options.lose)) return;
+    sendReply(reply);
 }
 
-std::optional<Frame> Line::replyTo(const Frame& request) {
+// Boards that share an address answer at the same time. Where one of them drives the line low, it is
+// low, so that only what they have in common arrives whole.
+Bytes Line::replyTo(const Frame& request) {
     if (request.function() == Fun::netStart)
         for (Board& board : boards)
             board.beginAddressing();
-    Board* const board = addressee(request);
-    if (!board) return std::nullopt;
-    if (canRefuse(request) && happens(options.refuse)) return board->acknowledge(request, Board::refused);
-    return board->answer(request, meterSeconds());
+    Bytes together;
+    for (Board* const board : addressees(request)) {
+        const auto reply = canRefuse(request) && happens(options.refuse)
+                               ? board->acknowledge(request, Board::refused)
+                               : board->answer(request, meterSeconds());
+        if (!reply) continue;
+        Bytes bytes = FrameCodec::encode(*reply, false, {});
+        for (std::size_t i = 0; i < std::min(bytes.size(), together.size()); ++i)
+            bytes[i] &= together[i];
+        together = std::move(bytes);
+    }
+    return together;
 }
 
 // A broadcast passes along the chain to the first board that waits for an address; that one answers.
-Board* Line::addressee(const Frame& request) {
+std::vector<Board*> Line::addressees(const Frame& request) {
+    std::vector<Board*> meantBoards;
     for (std::size_t i = 0; i < boards.size(); ++i) {
         if (muted.contains(i)) continue;
         const bool meant =
             isBroadcast(request) ? boards[i].awaitsAddress() : boards[i].address() == request.address;
-        if (meant && (isBroadcast(request) || request.address != 0)) return &boards[i];
+        if (!meant || (!isBroadcast(request) && request.address == 0)) continue;
+        meantBoards.push_back(&boards[i]);
+        if (isBroadcast(request)) break;
     }
-    return nullptr;
+    return meantBoards;
 }
 
-void Line::sendReply(const Frame& reply) {
-    Bytes bytes = FrameCodec::encode(reply, false, {});
+void Line::sendReply(const Bytes& reply) {
+    Bytes bytes = reply;
     const std::size_t frameBytes = bytes.size();
     if (happens(options.corrupt))
         bytes[random() % frameBytes] ^= static_cast<std::uint8_t>(1U << random() % 8);
@@ -163,8 +180,7 @@ void Line::sendReply(const Frame& reply) {
     if (options.pace)
         due = busyUntil = busyUntil + options.turnaround + byteTime * static_cast<int>(bytes.size());
     if (happens(options.late)) due += options.delay;
-    if (happens(options.duplicate))
-        deliverAt(due + byteTime * static_cast<int>(frameBytes), FrameCodec::encode(reply, false, {}));
+    if (happens(options.duplicate)) deliverAt(due + byteTime * static_cast<int>(frameBytes), reply);
     deliverAt(due, std::move(bytes));
 }
 
@@ -193,6 +209,10 @@ void Line::deliverWhenDue(TimePoint due, std::uint64_t host, Bytes bytes) {
     });
 }
 
+void Line::delivered(const Frame& frame) {
+    if (outstanding && answers(frame, outstanding->request)) outstanding.reset();
+}
+
 void Line::deliver(const Bytes& bytes) {
     if (!toHost) return;
     ++record.replies;
@@ -201,8 +221,9 @@ void Line::deliver(const Bytes& bytes) {
         ++intact;
         if (log)
             log("board <- " + hex(FrameCodec::encode(frame, false, {})) + "  " + meaningOf(frame, false));
-        if (outstanding && answers(frame, outstanding->request)) outstanding.reset();
+        delivered(frame);
     });
+    lastDelivery = executor->now();
     if (log && intact == 0) log("board <- " + hex(bytes) + "  (broken)");
     toHost(bytes);
 }

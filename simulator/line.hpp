@@ -63,6 +63,7 @@ public:
 
     /// The board at that position, from 0, answers nothing from now on.
     void mute(std::size_t position) { muted.insert(position); }
+    void unmute(std::size_t position) { muted.erase(position); }
 
     struct Summary {
         std::map<std::string, std::size_t> requests;  // by what they ask for
@@ -88,13 +89,14 @@ private:
     void fault(const std::string& what);
     void judge(const Wendril::Frame& request);
     void handle(const Wendril::Frame& request);
-    std::optional<Wendril::Frame> replyTo(const Wendril::Frame& request);
-    Board* addressee(const Wendril::Frame& request);
-    void sendReply(const Wendril::Frame& reply);
+    Wendril::Bytes replyTo(const Wendril::Frame& request);
+    std::vector<Board*> addressees(const Wendril::Frame& request);
+    void sendReply(const Wendril::Bytes& reply);
     Wendril::Bytes noiseBytes();
     void deliverAt(Wendril::TimePoint due, Wendril::Bytes bytes);
     void deliverWhenDue(Wendril::TimePoint due, std::uint64_t host, Wendril::Bytes bytes);
     void deliver(const Wendril::Bytes& bytes);
+    void delivered(const Wendril::Frame& frame);
 
     const LineOptions options;
     const Wendril::TimePoint start;
@@ -106,7 +108,8 @@ private:
     Wendril::TimePoint busyUntil;  // end of the last byte on a paced line
     std::optional<Outstanding> outstanding;
     Wendril::FrameParser hostParser;  // reads the replies as the host does
-    std::uint64_t generation = 0;     // of the host; a reply only reaches the host that asked
+    Wendril::TimePoint lastDelivery;
+    std::uint64_t generation = 0;  // of the host; a reply only reaches the host that asked
     ToHost toHost;
     Summary record;
     std::function<void(const std::string&)> log;

@@ -51,7 +51,6 @@ public:
     AppModel& operator=(const AppModel&) = delete;
 
     static constexpr std::string_view bridgeChoice = "esp";
-    static constexpr std::uint16_t bridgePort = 8899;
     static constexpr float silence = -std::numeric_limits<float>::infinity();
 
     // Chosen by the user.
@@ -85,6 +84,16 @@ public:
     Wendril::Task<void> connect();
     Wendril::Task<void> disconnect();
     Wendril::Task<void> discover(bool renumber);
+
+    /// Lets the edits that wait go out, for 3 s at most, then disconnects. Another call meanwhile
+    /// disconnects at once. A notice tells what could not be sent.
+    Wendril::Task<void> leave();
+
+    /// Reads all settings of the targeted speakers. Edits made meanwhile stay.
+    Wendril::Task<void> readAgain();
+
+    /// Edits that are not confirmed yet.
+    bool isSending() const { return !edits.isEmpty() || writing.has_value(); }
 
     /// Counts and frames of the line that is open or was open last, in words.
     LineReport lineReport() const;
@@ -179,17 +188,22 @@ private:
     Wendril::Task<void> connectSteps();
     Wendril::Task<void> disconnectSteps();
     Wendril::Task<void> discoverSteps(bool renumber);
+    Wendril::Task<void> leaveSteps();
+    Wendril::Task<void> readAgainSteps();
+    Wendril::Task<void> heal(Wendril::K7QClient client, Generation discovery);
+    Wendril::Task<void> watchLine(Wendril::K7QClient client, Generation discovery);
     Wendril::Task<void> readSpeakers(Wendril::K7QClient client, Generation discovery);
     Wendril::Task<void> live(Wendril::K7QClient client, Generation discovery);
     Wendril::Task<void> refreshPresetsSteps();
     Wendril::Task<void> loadPresetSteps(int number);
     Wendril::Task<void> savePresetSteps(int number, std::string name);
     Wendril::Task<void> deletePresetSteps(int number);
-    Wendril::Task<void> editsSent();
+    Wendril::Task<void> editsSent(Wendril::Duration longest);
     Wendril::Task<void> runPreset(PresetRun run, Command command);
 
     std::shared_ptr<Wendril::Transport> chosenTransport() const;
     void fail(const std::string& reason);
+    void dropEdits();
     void linkLost(const std::string& reason);
     void takeOver(const std::vector<Wendril::DeviceInfo>& found);
     void warn(std::uint8_t address, const std::string& complaint);
@@ -209,6 +223,9 @@ private:
     const Generations life;  // one generation, from the beginning of the model to its end
     Link link;
     EditQueue edits;
+    std::optional<WriteKey> writing;  // the edit that is on the line
+    bool leaving = false;
+    std::size_t foundBefore = 0;  // speakers, by the latest discovery of this link
     std::uint64_t presetRuns = 0;
 };
 

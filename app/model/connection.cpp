@@ -1,6 +1,12 @@
 #include "app/model/appmodel.hpp"
 
+#include "Wendril/bridgeaddress.hpp"
+#include "Wendril/text.hpp"
+
 #include <algorithm>
+#include <chrono>
+#include <set>
+#include <stdexcept>
 #include <utility>
 
 namespace Corvane {
@@ -20,7 +26,10 @@ void AppModel::refreshPorts() {
 
 std::shared_ptr<Transport> AppModel::chosenTransport() const {
     const std::string choice = portChoice.value();
-    if (choice == bridgeChoice) return surroundings.bridge(espHost.value(), bridgePort);
+    if (choice == bridgeChoice) {
+        const BridgeAddress bridge = BridgeAddress::parse(espHost.value());
+        return surroundings.bridge(bridge.host, bridge.port);
+    }
     return surroundings.serial(choice);
 }
 
@@ -34,10 +43,16 @@ Task<void> AppModel::disconnect() {
 
 Task<void> AppModel::connectSteps() {
     co_await disconnectSteps();
-    auto transport = chosenTransport();
+    std::shared_ptr<Transport> transport;
+    try {
+        transport = chosenTransport();
+    } catch (const std::invalid_argument& error) {
+        co_return fail("Ponte Wi-Fi: " + std::string(error.what()));
+    }
     status = Status::working("Conectando a " + transport->name() + "…");
     const auto opened = co_await link.open(std::move(transport));
     if (opened) {
+        foundBefore = 0;
         events.add("Conectado a " + link.client->bus->transport->name());
         co_await discoverSteps(false);
     } else {
@@ -50,9 +65,43 @@ void AppModel::fail(const std::string& reason) {
     status = Status::error(reason);
 }
 
+Task<void> AppModel::leave() {
+    return operation([this] { return leaveSteps(); });
+}
+
+Task<void> AppModel::leaveSteps() {
+    constexpr auto longestWait = std::chrono::seconds(3);
+    if (link.client && !leaving && isSending()) {
+        leaving = true;
+        activity = "Enviando os últimos ajustes…";
+        co_await editsSent(longestWait);
+    }
+    dropEdits();
+    co_await disconnectSteps();
+}
+
+// Says so, for the speakers do not hold what the window shows.
+void AppModel::dropEdits() {
+    auto keys = edits.keys();
+    if (writing) keys.push_front(*writing);
+    if (!keys.empty()) {
+        std::set<std::string> addresses;
+        for (const WriteKey& key : keys)
+            addresses.insert(twoDigits(key.address));
+        std::string list;
+        for (const std::string& address : addresses)
+            list += (list.empty() ? "" : ", ") + address;
+        warn((keys.size() == 1 ? "1 ajuste não foi enviado"
+                               : std::to_string(keys.size()) + " ajustes não foram enviados") +
+             std::string(" (") + (addresses.size() == 1 ? "caixa " : "caixas ") + list + ")");
+    }
+    edits.clear();
+}
+
 Task<void> AppModel::disconnectSteps() {
     progress = std::nullopt;
     activity = std::nullopt;
+    leaving = false;
     if (link.client) events.add("Desconectado");
     co_await link.close();
     history.clear();
@@ -64,6 +113,8 @@ Task<void> AppModel::disconnectSteps() {
 void AppModel::linkLost(const std::string& reason) {
     progress = std::nullopt;
     activity = std::nullopt;
+    leaving = false;
+    dropEdits();
     fail(reason);
 }
 

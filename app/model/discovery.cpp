@@ -15,6 +15,7 @@ namespace {
 constexpr std::uint8_t firstAddress = 1;
 constexpr std::uint8_t lastAddress = 16;
 constexpr int mostSpeakers = lastAddress;
+constexpr auto incompleteReading = "não respondeu a todas as leituras";
 
 }  // namespace
 
@@ -36,8 +37,10 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     }
     if (found.empty()) {
         status = Status::working("Endereçando as caixas…");
-        auto addressed = co_await during(discovery, client.assignAddresses(mostSpeakers));
-        if (addressed) found = *std::move(addressed.value);
+        auto addressed = co_await during(discovery, client.assignVerified(mostSpeakers));
+        if (addressed) found = std::move(addressed.value->found);
+        if (addressed && !addressed.value->isCertain)
+            warn("O endereçamento não pôde ser confirmado. Confira os cabos e procure as caixas de novo.");
     }
     if (found.empty()) {
         fail("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".");
@@ -49,19 +52,24 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     progress = std::nullopt;
     status = Status::online(client.bus->transport->name());
     start(operation([this, client, discovery] { return live(client, discovery); }));
+    start(operation([this, client, discovery] { return watchLine(client, discovery); }));
 }
 
 void AppModel::takeOver(const std::vector<DeviceInfo>& found) {
     Speakers listed;
     for (const DeviceInfo& info : found)
         listed.push_back(std::make_shared<Speaker>(info));
-    edits.clear();  // they are for the speakers listed before, as are the steps of the history
+    dropEdits();  // they are for the speakers listed before, as are the steps of the history
     history.clear();
     std::vector<std::uint8_t> addresses;
     for (const auto& speaker : listed)
         addresses.push_back(speaker->address);
     speakers = std::move(listed);
     events.add("Encontradas: " + wordFor(addresses));
+    if (found.size() < foundBefore)
+        warn("Antes respondiam " + std::to_string(foundBefore) + " caixas, agora " +
+             std::to_string(found.size()));
+    foundBefore = found.size();
     if (!focus()) target = std::nullopt;
 }
 
@@ -78,8 +86,33 @@ Task<void> AppModel::readSpeakers(K7QClient client, Generation discovery) {
         if (values)
             all[i]->take(*std::move(values.value), {});
         else
-            warn(address, "não respondeu a todas as leituras");
+            warn(address, incompleteReading);
     }
+}
+
+Task<void> AppModel::readAgain() {
+    return operation([this] { return readAgainSteps(); });
+}
+
+Task<void> AppModel::readAgainSteps() {
+    if (!link.client || activity.value()) co_return;
+    const K7QClient client = *link.client;
+    const Generation generation = link.generation();
+    const Speakers asked = targeted();
+    std::vector<std::uint8_t> done;
+    for (const auto& speaker : asked) {
+        activity = "Lendo a caixa " + twoDigits(speaker->address) + "…";
+        const ModuleValues before = speaker->values.value();
+        auto values = co_await during(generation, client.readAll(speaker->address, nullptr));
+        if (values) {
+            speaker->take(*std::move(values.value), before);
+            done.push_back(speaker->address);
+        } else {
+            warn(speaker->address, incompleteReading);
+        }
+    }
+    activity = std::nullopt;
+    tell((done.size() == 1 ? "Lida: " : "Lidas: ") + wordFor(done));
 }
 
 }  // namespace Corvane

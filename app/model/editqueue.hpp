@@ -32,6 +32,7 @@ public:
     std::optional<Edit> take();
 
     bool isEmpty() const { return order.empty(); }
+    const std::deque<WriteKey>& keys() const { return order; }
     void clear();
 
 private:

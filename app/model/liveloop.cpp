@@ -1,5 +1,7 @@
 #include "app/model/appmodel.hpp"
 
+#include "Wendril/text.hpp"
+
 #include <chrono>
 #include <utility>
 
@@ -19,11 +21,14 @@ Task<void> AppModel::live(K7QClient client, Generation discovery) {
     int misses = 0;
     while (!discovery.isOver()) {
         if (const auto edit = edits.take()) {
-            // The notice is given also when the discovery is over by then: the edit is lost.
+            // The notice is given also when the discovery is over by then: the edit is lost. What a
+            // link that has ended leaves unsent is told when it ends.
+            writing = edit->key;
             const auto written = co_await during(
                 life.latest(),
                 client.write(edit->key.address, K7Q::module(edit->key.index).value(), edit->value));
-            if (!written) warn(edit->key.address, "não confirmou o ajuste");
+            writing.reset();
+            if (!written && link.client) warn(edit->key.address, "não confirmou o ajuste");
             continue;
         }
         if (const auto speaker = focus()) {
@@ -35,7 +40,39 @@ Task<void> AppModel::live(K7QClient client, Generation discovery) {
                 warn(speaker->address, "parou de responder");
             }
         }
+        if (edits.isEmpty()) co_await heal(client, discovery);
         co_await during(discovery, sleepFor(meterPause));
+    }
+}
+
+// A speaker that was not read completely is completed one module at a time, so that edits and meters
+// hardly wait. One that does not answer is left alone for a while.
+Task<void> AppModel::heal(K7QClient client, Generation discovery) {
+    constexpr auto pauseAfterFailure = std::chrono::seconds(5);
+    const Speakers listed = speakers.value();
+    for (const auto& speaker : listed) {
+        const auto missing = speaker->firstMissing();
+        if (!missing || surroundings.executor->now() < speaker->healAfter) continue;
+        const auto value = co_await during(discovery, client.read(speaker->address, *missing));
+        if (!value)
+            speaker->healAfter = surroundings.executor->now() + pauseAfterFailure;
+        else if (speaker->fill(missing->index, *value.value))
+            events.add("A caixa " + twoDigits(speaker->address) + " foi lida por completo");
+        co_return;
+    }
+}
+
+// A jammed adapter blocks the thread that writes, so no time-out of the bus comes.
+Task<void> AppModel::watchLine(K7QClient client, Generation discovery) {
+    constexpr auto look = std::chrono::seconds(1);
+    constexpr auto tooLong = std::chrono::seconds(3);
+    bool wasStalled = false;
+    while (!discovery.isOver()) {
+        co_await during(discovery, sleepFor(look));
+        const auto since = client.bus->record->writingSince();
+        const bool isStalled = since && client.bus->executor->now() - *since >= tooLong;
+        if (isStalled && !wasStalled) warn("O adaptador não aceita dados. Confira o cabo USB.");
+        wasStalled = isStalled;
     }
 }
 

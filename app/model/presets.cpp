@@ -106,10 +106,15 @@ Task<void> AppModel::runPreset(PresetRun run, Command command) {
 
 // Waits until the live loop has sent the edits: a preset is stored as the window shows it, and
 // loaded over earlier edits. No loop comes to send them while the status is an error.
-Task<void> AppModel::editsSent() {
+Task<void> AppModel::editsSent(Duration longest) {
     constexpr auto pollPause = std::chrono::milliseconds(10);
     const Generation generation = link.generation();
-    while (!edits.isEmpty() && (status.value().isOnline() || status.value().isWorking()))
+    const TimePoint end = timeAfter(surroundings.executor->now(), longest);
+    const auto isWaiting = [this, end] {
+        return isSending() && (status.value().isOnline() || status.value().isWorking()) &&
+               surroundings.executor->now() < end;
+    };
+    while (isWaiting())
         co_await during(generation, sleepFor(pollPause));
 }
 
@@ -119,7 +124,7 @@ Task<void> AppModel::loadPresetSteps(int number) {
     const Command command = [number](K7QClient client, std::shared_ptr<Speaker> speaker) {
         return recall(std::move(client), std::move(speaker), number);
     };
-    co_await editsSent();
+    co_await editsSent(Duration::max());
     const PresetRun run{number, "Carregando", "carregado", "não carregou"};
     co_await runPreset(run, command);
     currentPreset = number;
@@ -131,7 +136,7 @@ Task<void> AppModel::savePresetSteps(int number, std::string name) {
     const Command command = [number, name](K7QClient client, std::shared_ptr<Speaker> speaker) {
         return save(std::move(client), std::move(speaker), number, name);
     };
-    co_await editsSent();
+    co_await editsSent(Duration::max());
     const PresetRun run{number, "Salvando", "salvo", "não salvou"};
     co_await runPreset(run, command);
     co_await refreshPresetsSteps();

@@ -1,5 +1,6 @@
 #include "app/model/speaker.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace Corvane {
@@ -36,6 +37,21 @@ std::vector<std::uint8_t> Speaker::take(ModuleValues read, const ModuleValues& b
     }
     values = std::move(read);
     return changed;
+}
+
+std::optional<ModuleRef> Speaker::firstMissing() const {
+    const ModuleValues& known = values.value();
+    if (known.size() == K7Q::meterIndex - 1) return std::nullopt;
+    const auto& modules = K7Q::modules();
+    const auto found = std::ranges::find_if(modules, [&known](const ModuleRef& module) {
+        return module.kind != ModuleKind::vu && !known.contains(module.index);
+    });
+    return found == modules.end() ? std::nullopt : std::optional(*found);
+}
+
+bool Speaker::fill(std::uint8_t index, const ModuleValue& value) {
+    values.update([&](ModuleValues& all) { return all.try_emplace(index, value).second; });
+    return !firstMissing();
 }
 
 }  // namespace Corvane

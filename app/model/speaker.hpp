@@ -26,9 +26,17 @@ struct Speaker {
     /// the numbers of the modules of `before` that have got another value.
     std::vector<std::uint8_t> take(Wendril::ModuleValues read, const Wendril::ModuleValues& before);
 
+    /// The first module that has not been read; absent when all are known.
+    std::optional<Wendril::ModuleRef> firstMissing() const;
+
+    /// Takes over a module that was read, unless it is known by now. Returns whether it was the last that
+    /// was missing.
+    bool fill(std::uint8_t index, const Wendril::ModuleValue& value);
+
     const std::uint8_t address;
     Property<Wendril::DeviceInfo> info;
     Property<Wendril::ModuleValues> values;
+    Wendril::TimePoint healAfter;  // when the next missing module may be asked for
 };
 
 using Speakers = std::vector<std::shared_ptr<Speaker>>;

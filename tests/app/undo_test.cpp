@@ -161,6 +161,7 @@ TEST(UndoTest, ALostLinkKeepsTheStepsAndADiscoveryEndsThem) {
                                         "Encontradas: caixa 01",
                                         "A conexão com as caixas caiu",
                                         "Conectado a /dev/ttyUSB0",
+                                        "1 ajuste não foi enviado (caixa 01)",
                                         "Encontradas: caixa 01",
                                         "Encontradas: caixa 01",
                                         "Desconectado"};

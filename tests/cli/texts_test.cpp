@@ -76,13 +76,14 @@ TEST(ModulesTest, EveryNumberOfEveryModuleHasItsLimits) {
 }
 
 TEST(EndpointTest, ABridgeIsAHostWithOrWithoutAPort) {
-    EXPECT_EQ(Endpoint::ofBridge("10.0.0.7"), (Endpoint{"", "10.0.0.7", 8899}));
-    EXPECT_EQ(Endpoint::ofBridge("bridge.local:23"), (Endpoint{"", "bridge.local", 23}));
-    EXPECT_EQ(Endpoint::ofBridge("::1"), (Endpoint{"", "::1", 8899}));
-    EXPECT_EQ(Endpoint::ofBridge("[::1]:23"), (Endpoint{"", "::1", 23}));
+    EXPECT_EQ(BridgeAddress::parse("10.0.0.7"), (BridgeAddress{"10.0.0.7", 8899}));
+    EXPECT_EQ(BridgeAddress::parse("bridge.local:23"), (BridgeAddress{"bridge.local", 23}));
+    EXPECT_EQ(BridgeAddress::parse(" 10.0.0.7:23 "), (BridgeAddress{"10.0.0.7", 23}));
+    EXPECT_EQ(BridgeAddress::parse("::1"), (BridgeAddress{"::1", 8899}));
+    EXPECT_EQ(BridgeAddress::parse("[::1]:23"), (BridgeAddress{"::1", 23}));
     for (const char* const text :
          {"", ":8899", "host:", "host:0", "host:65536", "host:80x", "[]:1", "[::1]23"})
-        EXPECT_NE(failureOf([text] { Endpoint::ofBridge(text); }), "") << text;
+        EXPECT_NE(failureOf([text] { BridgeAddress::parse(text); }), "") << text;
 }
 
 TEST(OutputTest, ColumnsAlignAlsoUnderLettersOfTwoBytes) {

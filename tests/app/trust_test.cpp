@@ -1,0 +1,134 @@
+// What the user sees is what the speakers hold, or a notice says that it is not.
+#include "rig.hpp"
+
+#include <map>
+
+namespace Tests {
+namespace {
+
+// The level of both inputs of every board.
+std::vector<ModuleValue> levels(const Rig& rig, std::size_t boards) {
+    std::vector<ModuleValue> all;
+    for (std::size_t board = 0; board < boards; ++board)
+        for (const std::uint8_t module : {1, 2})
+            all.push_back(rig.line->board(board).value(module));
+    return all;
+}
+
+TEST(LeavingTest, SendsTheEditsThatWaitBeforeItDisconnects) {
+    auto options = chainOf(16);
+    options.pace = true;
+    Rig rig(options);
+    rig.goOnline();
+    for (int move = 1; move <= 30; ++move) {
+        rig.model->setVolume(-move);
+        rig.time.advance(16ms);
+    }
+    const Sequence activities(rig.model->activity);
+    rig.run(rig.model->leave());
+    EXPECT_EQ(levels(rig, 16), std::vector<ModuleValue>(32, gain(-30)));
+    EXPECT_EQ(rig.model->status.value(), Status::offline());
+    EXPECT_EQ(activities.values,
+              (std::vector<std::optional<std::string>>{"Enviando os últimos ajustes…", std::nullopt}));
+    EXPECT_EQ(rig.notice(), "");
+}
+
+TEST(LeavingTest, EndsAfterThreeSecondsOrASecondCallAndTellsWhatIsUnsent) {
+    for (const bool twice : {false, true}) {
+        Rig rig(chainOf(3));
+        rig.goOnline();
+        rig.port->swallow = [](const Sent& sent) { return sent.address == 2; };
+        rig.model->target = 2;
+        rig.model->setVolume(-9);
+        rig.model->set(3, gain(-9));
+        rig.model->set(4, gain(-9));
+        const TimePoint start = rig.time.now();
+        rig.model->start(rig.model->leave());
+        if (twice) rig.run(rig.model->leave());
+        ASSERT_TRUE(rig.until([&] { return rig.model->status.value() == Status::offline(); }));
+        EXPECT_LE(rig.time.now() - start, twice ? 0s : 3s + 10ms);
+        rig.time.advance(10s);
+        EXPECT_EQ(rig.notice(), twice ? "4 ajustes não foram enviados (caixa 02)"
+                                      : "3 ajustes não foram enviados (caixa 02)");
+        EXPECT_EQ(rig.port->holders, 0);
+    }
+}
+
+TEST(HealingTest, ASpeakerThatWasNotReadIsCompletedBetweenTheMeters) {
+    Rig rig(chainOf(2));
+    rig.line->board(0).store(40, {PeqValue{777, -3, 2, 0, false}});
+    rig.model->start(rig.model->connect());
+    ASSERT_TRUE(rig.until([&] { return rig.model->progress.value() > 0.2; }));
+    rig.line->mute(0);
+    ASSERT_TRUE(rig.until([&] { return rig.model->status.value().isOnline(); }));
+    rig.time.advance(20s);
+    EXPECT_EQ(rig.sentOf(Fun::moduleGet).back().address, 1) << "the meters of the first";
+    EXPECT_TRUE(rig.speaker(0)->values.value().empty());
+    rig.line->unmute(0);
+    rig.model->set(50, {PeqValue{1000, 1, 1, 0, false}}, Speakers{rig.speaker(0)});
+    rig.time.advance(30s);
+    EXPECT_EQ(rig.speaker(0)->values.value().size(), 92U);
+    EXPECT_EQ(rig.differing(), none);
+    EXPECT_EQ(rig.model->events.all().back().text, "A caixa 01 foi lida por completo");
+    rig.port->sent.clear();
+    rig.time.advance(10s);
+    EXPECT_EQ(rig.sentOf(Fun::moduleGet).size(), rig.port->sent.size());
+    EXPECT_TRUE(
+        std::ranges::all_of(rig.port->sent, [](const Sent& sent) { return sent.module == K7Q::meterIndex; }));
+}
+
+TEST(HealingTest, ReadingAgainTakesOverWhatTheTargetedSpeakersHold) {
+    Rig rig(chainOf(2));
+    rig.goOnline();
+    for (const std::size_t board : {0U, 1U})
+        rig.line->board(board).store(3, gain(-20));
+    rig.model->target = 2;
+    rig.model->start(rig.model->readAgain());
+    rig.time.advance(10ms);
+    EXPECT_EQ(rig.model->activity.value(), "Lendo a caixa 02…");
+    rig.model->set(4, gain(-1));
+    rig.time.advance(5s);
+    EXPECT_EQ(rig.shown(1, 3), gain(-20));
+    EXPECT_EQ(rig.shown(1, 4), gain(-1));
+    EXPECT_EQ(rig.shown(0, 3), gain(0)) << "not targeted";
+    EXPECT_EQ(rig.model->report.value().text, "Lida: caixa 02");
+}
+
+// A lost acknowledgement gives the next speaker the same address.
+TEST(AddressingTest, OnABadLineAllSpeakersAreFoundOrTheUserIsTold) {
+    int complete = 0;
+    for (std::uint64_t seed = 1; seed <= 30; ++seed) {
+        auto options = chainOf(16);
+        options.addressed = false;
+        options.lose = 0.03;
+        options.seed = seed;
+        Rig rig(options);
+        rig.run(rig.model->connect());
+        std::map<std::uint8_t, int> addresses;
+        for (std::size_t board = 0; board < 16; ++board)
+            ++addresses[rig.line->board(board).address()];
+        const bool isComplete = addresses.size() == 16 && rig.model->speakers.value().size() == 16;
+        complete += isComplete ? 1 : 0;
+        const auto& events = rig.model->events.all();
+        const bool told = std::ranges::any_of(events, [](const auto& event) {
+            return event.text.starts_with("O endereçamento não pôde") ||
+                   event.text.starts_with("Nenhuma caixa");
+        });
+        EXPECT_TRUE(isComplete || told) << seed;
+    }
+    EXPECT_GE(complete, 24);
+}
+
+TEST(AddressingTest, AnAddressingWithoutAResendIsNotChecked) {
+    auto options = chainOf(3);
+    options.addressed = false;
+    Rig rig(options);
+    rig.run(rig.model->connect());
+    EXPECT_EQ(rig.sentOf(Fun::devInfo).size(), 3U + 2U);
+    rig.line->mute(2);
+    rig.run(rig.model->discover(false));
+    EXPECT_EQ(rig.notice(), "Antes respondiam 3 caixas, agora 2");
+}
+
+}  // namespace
+}  // namespace Tests
