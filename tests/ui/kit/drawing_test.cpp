@@ -43,7 +43,7 @@ TEST(SymbolsTest, EachIsWholeAndTakesItsColour) {
             Symbols::draw(painter, file.chopped(4), {0, 0, 48, 48}, QColor(255, 0, 0));
         });
         const auto [first, last] = columns(image);
-        EXPECT_GT(last - first, 20) << file.toStdString();
+        EXPECT_GT(last - first, 15) << file.toStdString();
         EXPECT_LE(Hand::opacityAtBorder(image), 8) << file.toStdString() << " is cut off";
         EXPECT_FALSE(image.allGray()) << file.toStdString();
     }
