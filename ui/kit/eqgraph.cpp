@@ -47,8 +47,6 @@ double movedByOctaves(double fc, double octaves) {
                       EQPlot::highestHz);
 }
 
-constexpr double crossLabelHeight = 14;
-
 // Of the cross. Its background covers the label of the scale behind it.
 void drawCrossLabel(QPainter& painter, const QRectF& place, const QString& text) {
     Paint::fill(painter, place, 4, Theme::well);
@@ -201,7 +199,7 @@ bool EQGraph::hasCross() const {
 void EQGraph::repaintCross() {
     if (!pointer) return;
     const QRectF area = plot().area;
-    QRegion changed(0, 0, levelLabels, height());
+    QRegion changed(0, 0, levelLabels + 8, height());
     changed += QRectF(0, area.bottom(), width(), height() - area.bottom()).toAlignedRect();
     changed += QRectF(area.left(), pointer->y() - 2, area.width(), 4).toAlignedRect();
     changed += QRectF(pointer->x() - 2, area.top(), 4, area.height()).toAlignedRect();
@@ -213,8 +211,8 @@ void EQGraph::pointAt(std::optional<QPointF> point) {
     pointer = point;
     repaintCross();
     const std::optional<int> under = point && isMovable() ? topmostAt(*point) : std::nullopt;
-    setCursor(under ? Qt::PointingHandCursor : Qt::ArrowCursor);
     if (under != hovered) {
+        setCursor(under ? Qt::PointingHandCursor : Qt::ArrowCursor);
         repaintHandle(std::exchange(hovered, under));
         repaintHandle(under);
         if (onHover) onHover(under);
@@ -287,10 +285,10 @@ void EQGraph::mouseReleaseEvent(QMouseEvent* event) {
 
 void EQGraph::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isMovable()) return;
-    const std::optional<int> top = topmostAt(event->position());
-    if (!top) return;
-    select(top);
-    flatten(*top);
+    const std::vector<int> under = handlesAt(event->position());
+    if (under.size() != 1) return mousePressEvent(event);
+    select(under.front());
+    flatten(under.front());
 }
 
 void EQGraph::flatten(int id) {
@@ -417,8 +415,7 @@ void EQGraph::paint(QPainter& painter) {
     Paint::cached(painter, QStringLiteral("eq grid"), rect(),
                   [&](QPainter& canvas) { drawEQGrid(canvas, where); });
     drawCurves(painter);
-    if (const Handle* const handle = handleOf(inUse); handle && !lone.empty())
-        drawThinEQCurve(painter, where, lone, Theme::faded(handle->color, 0.8));
+    if (!lone.empty()) drawThinEQCurve(painter, where, lone, Theme::white(0.6));
     if (hasCross()) drawCross(painter);
     for (const Handle* const handle : inDrawingOrder())
         drawHandle(painter, *handle);
@@ -440,11 +437,11 @@ void EQGraph::drawCross(QPainter& painter) const {
     painter.setPen(QPen(Theme::white(0.28), 1));
     painter.drawLine(QPointF(pointer->x(), area.top()), QPointF(pointer->x(), area.bottom()));
     painter.drawLine(QPointF(area.left(), pointer->y()), QPointF(area.right(), pointer->y()));
-    constexpr double frequencyWidth = 46;
-    QRectF frequency(0, area.bottom() + 5, frequencyWidth, crossLabelHeight);
-    frequency.moveLeft(std::clamp(pointer->x() - frequencyWidth / 2, 0.0, width() - frequencyWidth));
+    constexpr QSizeF labelSize(46, 14);
+    QRectF frequency(QPointF(0, area.bottom() + 5), labelSize);
+    frequency.moveLeft(std::clamp(pointer->x() - labelSize.width() / 2, 0.0, width() - labelSize.width()));
     drawCrossLabel(painter, frequency, Formats::formatHz(where.hz(pointer->x())));
-    QRectF level(0, 0, levelLabels - 2, crossLabelHeight);
+    QRectF level(QPointF(), labelSize);
     level.moveCenter({level.center().x(), pointer->y()});
     drawCrossLabel(painter, level, Formats::signedDecibels(where.db(pointer->y())));
 }

@@ -22,9 +22,9 @@ namespace Kit {
 ///
 /// The selected handle lies on top of the others, and of those a later one on an earlier one. A click
 /// selects the topmost handle under the pointer, and a further click on the same spot the next one below.
-/// A double click sets the gain to 0. With Option (Alt) or Shift held a handle moves a fifth as far as
-/// the pointer, from where it was. The wheel acts on the handle under the pointer while the graph has
-/// the focus.
+/// A double click sets the gain to 0; where several handles lie it is two clicks. With Option (Alt) or Shift
+/// held a handle moves a fifth as far as the pointer, from where it was. The wheel acts on the handle under
+/// the pointer while the graph has the focus.
 ///
 /// Keyboard: [ and ], Control with left and right, or the digits of a label select a handle; the arrows
 /// move it by 1/24 octave or 0.5 dB, by a fifth of that with Option or Shift held; Home sets the gain to

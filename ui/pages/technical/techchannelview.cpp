@@ -117,7 +117,6 @@ QWidget* TechChannelView::equaliserPanel() {
         below->addLayout(filterRows(panel));
     }
     panel->content().addLayout(below, 1);
-    linkGraphAndTable();
     return panel;
 }
 
@@ -148,6 +147,7 @@ void TechChannelView::buildGraph(QWidget* parent) {
 }
 
 QLayout* TechChannelView::table(QWidget* parent) {
+    std::vector<PeqRow*> rows;
     auto* const lines = new QVBoxLayout;
     lines->setSpacing(2);
     lines->addWidget(new PeqHeader(parent));
@@ -158,15 +158,16 @@ QLayout* TechChannelView::table(QWidget* parent) {
         lines->addWidget(row, 1);
         rows.push_back(row);
     }
+    linkToGraph(rows);
     auto* const left = new QHBoxLayout;
     left->addLayout(lines, 1000);
     left->addStretch(1);
     return left;
 }
 
-void TechChannelView::linkGraphAndTable() {
-    const auto show = [this](void (PeqRow::*set)(bool)) {
-        return [this, set](std::optional<int> shown) {
+void TechChannelView::linkToGraph(const std::vector<PeqRow*>& rows) {
+    const auto show = [&rows](void (PeqRow::*set)(bool)) {
+        return [rows, set](std::optional<int> shown) {
             for (int band = 0; PeqRow* const row : rows)
                 (row->*set)(band++ == shown);
         };
@@ -217,7 +218,7 @@ void TechChannelView::pasteAll() {
     const std::vector<PeqValue> copied = EQClipboard::copied(EQClipboard::Content::equaliser);
     if (copied.empty()) return model.warn("Nenhum equalizador copiado: tecle Ctrl+Shift+C no gráfico");
     const History::Scope step(model.history);
-    const std::size_t written = std::min(copied.size(), rows.size());
+    const std::size_t written = std::min(copied.size(), static_cast<std::size_t>(AppModel::bandsOf(channel)));
     for (std::size_t band = 0; band < written; ++band)
         editBand(model, channel, static_cast<int>(band),
                  [&copied, band](PeqValue& value) { value = copied[band]; });

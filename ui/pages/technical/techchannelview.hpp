@@ -31,7 +31,7 @@ private:
     QWidget* equaliserPanel();
     void buildGraph(QWidget* parent);
     QLayout* table(QWidget* parent);
-    void linkGraphAndTable();
+    void linkToGraph(const std::vector<PeqRow*>& rows);
     void copy(bool all);
     void pasteBand();
     void pasteAll();
@@ -46,7 +46,6 @@ private:
     const std::string_view channel;
     const QString title;
     Kit::EQGraph* graph = nullptr;
-    std::vector<PeqRow*> rows;
 };
 
 }  // namespace Corvane
