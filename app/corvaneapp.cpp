@@ -71,6 +71,12 @@ void CorvaneApp::start() {
     }
     window = std::make_unique<MainWindow>(*model, true);
     window->show();
+    endSignals = std::make_unique<EndSignals>([this] { window->close(); });
+}
+
+std::string CorvaneApp::finish() {
+    model->dropEdits();
+    return model->unsent;
 }
 
 }  // namespace Corvane

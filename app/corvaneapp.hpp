@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/demo.hpp"
+#include "app/endsignals.hpp"
 #include "app/model/appmodel.hpp"
 #include "app/model/uiexecutor.hpp"
 #include "app/options.hpp"
@@ -20,11 +21,16 @@ public:
     /// Shows the window; in the unattended mode, starts its run instead.
     void start();
 
+    /// Call it when the event loop has ended. Returns in words which edits did not reach the speakers;
+    /// empty if all did.
+    std::string finish();
+
 private:
     std::unique_ptr<Demo> demo;
     std::shared_ptr<UiExecutor> executor;
     std::shared_ptr<AppModel> model;
     std::unique_ptr<MainWindow> window;
+    std::unique_ptr<EndSignals> endSignals;
 };
 
 }  // namespace Corvane

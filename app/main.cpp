@@ -55,7 +55,9 @@ int main(int argc, char** argv) {
         qInstallMessageHandler(usual);
         Corvane::CorvaneApp corvane(options);
         corvane.start();
-        return QApplication::exec();
+        const int status = QApplication::exec();
+        if (const std::string unsent = corvane.finish(); !unsent.empty()) commandLine.complain(unsent);
+        return status;
     } catch (const std::exception& error) {
         commandLine.complain(error.what());
         return failed;

@@ -89,6 +89,10 @@ public:
     /// disconnects at once. A notice tells what could not be sent.
     Wendril::Task<void> leave();
 
+    /// Gives up the edits that are not confirmed, and tells which: by a notice, and in `unsent`.
+    void dropEdits();
+    std::string unsent;  // since the latest connection; empty if nothing was given up
+
     /// Reads all settings of the targeted speakers. Edits made meanwhile stay.
     Wendril::Task<void> readAgain();
 
@@ -203,7 +207,6 @@ private:
 
     std::shared_ptr<Wendril::Transport> chosenTransport() const;
     void fail(const std::string& reason);
-    void dropEdits();
     void linkLost(const std::string& reason);
     void takeOver(const std::vector<Wendril::DeviceInfo>& found);
     void warn(std::uint8_t address, const std::string& complaint);

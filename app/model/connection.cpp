@@ -53,6 +53,7 @@ Task<void> AppModel::connectSteps() {
     const auto opened = co_await link.open(std::move(transport));
     if (opened) {
         foundBefore = 0;
+        unsent.clear();
         events.add("Conectado a " + link.client->bus->transport->name());
         co_await discoverSteps(false);
     } else {
@@ -91,9 +92,10 @@ void AppModel::dropEdits() {
         std::string list;
         for (const std::string& address : addresses)
             list += (list.empty() ? "" : ", ") + address;
-        warn((keys.size() == 1 ? "1 ajuste não foi enviado"
-                               : std::to_string(keys.size()) + " ajustes não foram enviados") +
-             std::string(" (") + (addresses.size() == 1 ? "caixa " : "caixas ") + list + ")");
+        unsent = (keys.size() == 1 ? "1 ajuste não foi enviado"
+                                   : std::to_string(keys.size()) + " ajustes não foram enviados") +
+                 std::string(" (") + (addresses.size() == 1 ? "caixa " : "caixas ") + list + ")";
+        warn(unsent);
     }
     edits.clear();
 }

@@ -98,7 +98,8 @@ Task<void> AppModel::runPreset(PresetRun run, Command command) {
         }
     }
     activity = std::nullopt;
-    std::string text = "Preset " + std::to_string(run.number) + " " + run.done + (done.size() == 1 ? " na " : " em ") + wordFor(done);
+    std::string text = "Preset " + std::to_string(run.number) + " " + run.done +
+                       (done.size() == 1 ? " na " : " em ") + wordFor(done);
     if (done.size() < asked.size()) text += " de " + std::to_string(asked.size());
     events.add(text);
     tell(std::move(text));

@@ -196,7 +196,7 @@ void Knob::drawPointer(QPainter& painter) const {
 
 void Knob::drawTexts(QPainter& painter) const {
     QRectF line(0, dial().bottom() + 2, width(), readOutHeight(look.size) - 2);
-    Paint::text(painter, line, Qt::AlignCenter, format(value()),
+    Paint::text(painter, line, Qt::AlignCenter, valueText(),
                 {Theme::font(readOutSize(look.size), QFont::Medium), Theme::text, {}, true});
     line = {0, line.bottom(), double(width()), captionHeight(look.size)};
     Paint::text(painter, line, Qt::AlignCenter, title.toUpper(),

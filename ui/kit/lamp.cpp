@@ -12,6 +12,12 @@ void drawLamp(QPainter& painter, const QRectF& bounds, const QColor& color, bool
     Paint::edge(painter, lamp, lampSize / 2, Theme::black(0.4), 0.5);
 }
 
+void drawHollowLamp(QPainter& painter, const QRectF& bounds, const QColor& color) {
+    QRectF lamp(0, 0, lampSize, lampSize);
+    lamp.moveCenter(bounds.center());
+    Paint::edge(painter, lamp, lampSize / 2, color, 1.5);
+}
+
 LampSwitch::LampSwitch(const QString& name, QWidget* parent)
     : Button(parent) {
     setAccessibleName(name);

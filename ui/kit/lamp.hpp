@@ -10,6 +10,9 @@ constexpr double lampGlow = 6;  // how far the glow extends beyond the lamp
 /// A lamp in the middle of `bounds`.
 void drawLamp(QPainter& painter, const QRectF& bounds, const QColor& color, bool on);
 
+/// A ring of that colour: something is there, but not all of it.
+void drawHollowLamp(QPainter& painter, const QRectF& bounds, const QColor& color);
+
 /// A square button with a lamp. A click does not toggle the lamp: the owner does, with `setOn`.
 class LampSwitch final : public Button {
 public:

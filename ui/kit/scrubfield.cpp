@@ -62,14 +62,14 @@ double ScrubField::dragged(double start, QPointF translation, Qt::KeyboardModifi
 // A logarithmic field steps by semitones, but at least by `step`: rounding would undo a smaller change.
 void ScrubField::moveBySteps(double steps) {
     if (!logarithmic) return ValueControl::moveBySteps(steps);
-    const double change = value() * std::exp2(steps / semitonesPerOctave) - value();
-    propose(value() + std::copysign(std::max(std::abs(change), step), change));
+    const double change = base() * std::exp2(steps / semitonesPerOctave) - base();
+    propose(base() + std::copysign(std::max(std::abs(change), step), change));
 }
 
 double ScrubField::fineArrow() const { return logarithmic ? fineFactor : ValueControl::fineArrow(); }
 
 void ScrubField::beginEditing() {
-    beginEditingWith(logarithmic ? QString::asprintf("%.0f", value()) : QString::asprintf("%g", value()));
+    beginEditingWith(logarithmic ? QString::asprintf("%.0f", base()) : QString::asprintf("%g", base()));
     editor->selectAll();
 }
 

@@ -55,19 +55,26 @@ void ValueControl::propose(double candidate) {
     if (static_cast<float>(next) != static_cast<float>(current) && onChange) onChange(next);
 }
 
-void ValueControl::moveBySteps(double steps) { propose(current + steps * stepSize()); }
+// A board may report any number.
+QString ValueControl::valueText() const {
+    return std::isfinite(current) ? format(current) : QStringLiteral("—");
+}
+
+double ValueControl::base() const { return std::isfinite(current) ? current : defaultValue; }
+
+void ValueControl::moveBySteps(double steps) { propose(base() + steps * stepSize()); }
 
 double ValueControl::stepSize() const { return step > 0 ? step : range.extent() / stepsOfContinuousRange; }
 
 double ValueControl::fineArrow() const { return step > 0 ? step / stepSize() : fineFactor; }
 
 double ValueControl::fraction() const {
-    return std::isfinite(current) ? std::clamp((current - range.lower) / range.extent(), 0.0, 1.0) : 0;
+    return std::clamp((base() - range.lower) / range.extent(), 0.0, 1.0);
 }
 
 void ValueControl::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
-    dragStart = current;
+    dragStart = base();
     dragFrom = event->globalPosition();
     update();
 }

@@ -43,12 +43,15 @@ public:
     virtual double stepSize() const;
 
     QAccessible::Role accessibleRole() const override { return QAccessible::Dial; }
-    QString valueText() const override { return format(current); }
+    QString valueText() const override;
 
     /// The nearest value in the range and on the step.
     double legal(double candidate) const;
 
 protected:
+    /// The value that changes start from: the default while the value is not finite.
+    double base() const;
+
     /// The value's place in the range, 0 to 1.
     double fraction() const;
     bool isDragging() const { return dragStart.has_value(); }

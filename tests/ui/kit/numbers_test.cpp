@@ -140,6 +140,24 @@ TEST(NumberTest, ProposalsEndWithinTheRangeAndOnTheStepAndAreReportedOnce) {
     }
 }
 
+// A board may report any number.
+TEST(NumberTest, AValueThatIsNoNumberStandsAtTheDefaultAndCanBeMoved) {
+    for (const double value : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        Owned still(threshold(), 5);
+        Owned owned(threshold(), value);
+        EXPECT_EQ(owned.control.valueText(), "—");
+        EXPECT_NE(Hand::picture(owned.control), Hand::picture(still.control)) << "the read-out";
+        QTest::keyClick(&owned.control, Qt::Key_Up);
+        EXPECT_EQ(owned.control.value(), 5.5);
+        owned.control.setValue(value);
+        Hand::drag(owned.control, {0, -11});
+        EXPECT_FLOAT_EQ(owned.control.value(), 7);
+        Owned typed(gain(), value);
+        QTest::keyClick(&typed.control, Qt::Key_Up);
+        EXPECT_FLOAT_EQ(typed.control.value(), -11.9);
+    }
+}
+
 TEST(NumberTest, ADragEndsWhenItsControlIsDisabledOrHidden) {
     for (const bool hide : {false, true}) {
         Owned owned(threshold(), 0);

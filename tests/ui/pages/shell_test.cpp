@@ -148,6 +148,27 @@ TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {
     EXPECT_FALSE(window.isVisible());
 }
 
+TEST(MainWindowTest, LetsTheEditsThatWaitGoOutBeforeItCloses) {
+    for (const bool again : {false, true}) {
+        Rig rig(chainOf(2));
+        rig.goOnline();
+        MainWindow window(*rig.model, true);
+        Hand::showActive(window);
+        rig.model->setVolume(-9);
+        window.close();
+        EXPECT_TRUE(window.isVisible());
+        if (again)
+            window.close();
+        else
+            rig.time.advance(1s);
+        QApplication::processEvents();
+        EXPECT_FALSE(window.isVisible());
+        EXPECT_EQ(rig.line->board(1).value(1) == gain(-9), !again);
+        rig.model->dropEdits();
+        EXPECT_EQ(rig.model->unsent, again ? "4 ajustes não foram enviados (caixas 01, 02)" : "");
+    }
+}
+
 TEST(MainWindowTest, ClosesAtAnyMoment) {
     for (int steps = 0; steps < 4000; steps += 97) {
         Rig rig(chainOf(2));

@@ -107,6 +107,7 @@ void ContentView::addShortcuts() {
     shortcut(Qt::CTRL | Qt::Key_Y, redo);
     shortcut(Qt::CTRL | Qt::Key_L, [this] { locked = !locked.value(); })->setAutoRepeat(false);
     shortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D, [this] { showDiagnostics(); })->setAutoRepeat(false);
+    shortcut(Qt::CTRL | Qt::Key_R, [this] { model.start(model.readAgain()); })->setAutoRepeat(false);
     auto* const escape = shortcut(Qt::Key_Escape, [this] { model.target = std::nullopt; });
     // A field that is being typed in gets the key itself.
     connect(qApp, &QApplication::focusChanged, escape,

@@ -109,7 +109,7 @@ void HeaderBar::addConnectButton(QHBoxLayout& row) {
     button->action = [this] {
         const Status status = model.status.value();
         const bool linked = status.isWorking() || status.isOnline();
-        model.start(linked ? model.disconnect() : model.connect());
+        model.start(linked ? model.leave() : model.connect());
     };
     Corvane::bind(
         *button,

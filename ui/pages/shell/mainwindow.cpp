@@ -2,9 +2,11 @@
 
 #include "ui/pages/shell/windowbuttons.hpp"
 
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -18,7 +20,8 @@ constexpr QPoint buttonsPlace(18, 9);
 }  // namespace
 
 MainWindow::MainWindow(AppModel& model, bool choosesLink)
-    : view(new ContentView(model, choosesLink, this))
+    : model(model)
+    , view(new ContentView(model, choosesLink, this))
     , buttons(new WindowButtons(
           {.close = [this] { close(); }, .minimise = [this] { showMinimized(); }, .zoom = [this] { zoom(); }},
           this)) {
@@ -31,6 +34,16 @@ MainWindow::MainWindow(AppModel& model, bool choosesLink)
     buttons->move(buttonsPlace);
     buttons->raise();
     resize(ContentView::usual.boundedTo(screen()->availableSize()));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (leaving || !model.isSending()) return event->accept();
+    event->ignore();
+    model.start(model.leave());
+    leaving = watch([this] { return model.status.value().isOnline(); },
+                    [this](bool online) {
+                        if (!online) QTimer::singleShot(0, this, &QWidget::close);
+                    });
 }
 
 // The window's handle gets mouse events before any widget does, so a press on an edge resizes the

@@ -7,7 +7,8 @@
 namespace Corvane {
 
 /// The window. It has no frame: it is moved by header and strip, resized at its edges, and closed,
-/// minimised and zoomed by its own buttons. The model must outlive it.
+/// minimised and zoomed by its own buttons. Closing lets the edits that wait go out first; closing again
+/// ends at once. The model must outlive it.
 class MainWindow final : public QWidget {
 public:
     MainWindow(AppModel& model, bool choosesLink);
@@ -15,6 +16,7 @@ public:
     ContentView& content() { return *view; }
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -28,11 +30,13 @@ private:
     void showEdgeCursor(Qt::Edges edges);
     void zoom();
 
+    AppModel& model;
     ContentView* view;
     QWidget* buttons;
     bool edgeCursorShown = false;
     // The grabbed point of the window, while it is moved on a desktop that does not move windows.
     std::optional<QPoint> grip;
+    std::shared_ptr<Watcher> leaving;  // from the first attempt to close, while edits wait
 };
 
 }  // namespace Corvane

@@ -35,6 +35,12 @@ void SpeakerChip::setOnline(bool value) {
     update();
 }
 
+void SpeakerChip::setIncomplete(bool value) {
+    incomplete = value;
+    setToolTip(label + (value ? QStringLiteral("\nLeitura incompleta") : QString()));
+    update();
+}
+
 // Rounded up as a whole: the widths of title and name are not rounded by themselves.
 int SpeakerChip::widthFor(int nameWidth) const {
     const double text = std::min(titleWidth + nameWidth, labelWidth);
@@ -67,7 +73,11 @@ void SpeakerChip::paint(QPainter& painter) {
                 selected ? Theme::faded(Theme::accent, 0.5) : Theme::white(0.06 + hover));
     double left = padding;
     if (online) {
-        Kit::drawLamp(painter, QRectF(padding, 0, Kit::lampSize, height()), Theme::good, *online);
+        const QRectF lamp(padding, 0, Kit::lampSize, height());
+        if (*online && incomplete)
+            Kit::drawHollowLamp(painter, lamp, Theme::good);
+        else
+            Kit::drawLamp(painter, lamp, Theme::good, *online);
         left += Kit::lampSize + lampGap;
     }
     // Two pixels of the padding are for the letter spacing behind the last letter.

@@ -21,6 +21,9 @@ public:
     /// Whether the lamp is lit. A chip for which this is never called has no lamp.
     void setOnline(bool value);
 
+    /// A hollow lamp: not all settings of the speaker are known.
+    void setIncomplete(bool value);
+
     /// Of the name with the dot before it, and of the chip whose name has that width at most.
     int nameWidth() const;
     int widthFor(int nameWidth) const;
@@ -47,6 +50,7 @@ private:
     const double titleWidth;
     const double labelWidth;
     std::optional<bool> online;
+    bool incomplete = false;
 };
 
 }  // namespace Corvane

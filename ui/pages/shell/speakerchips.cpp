@@ -98,21 +98,24 @@ void SpeakerChips::showSpeakers(const Speakers& speakers) {
     }
     chips.clear();
     for (const auto& speaker : speakers)
-        chips.push_back(chipFor(*speaker));
+        chips.push_back(chipFor(speaker));
     setVisible(!speakers.empty());
     arrange();
     updateGeometry();
 }
 
-SpeakerChip* SpeakerChips::chipFor(const Speaker& speaker) {
-    const std::uint8_t address = speaker.address;
+SpeakerChip* SpeakerChips::chipFor(const std::shared_ptr<Speaker>& speaker) {
+    const std::uint8_t address = speaker->address;
     auto* const chip = new SpeakerChip(toQString(Wendril::twoDigits(address)),
-                                       toQString(speaker.info.value().model), opening);
+                                       toQString(speaker->info.value().model), opening);
     chip->action = [this, address] { model.target = address; };
     chip->focused = [this, chip] { reveal(*chip); };
     Corvane::bind(
         *chip, [this] { return model.status.value().isOnline(); },
         [chip](bool online) { chip->setOnline(online); });
+    Corvane::bind(
+        *chip, [speaker] { return speaker->firstMissing().has_value(); },
+        [chip](bool incomplete) { chip->setIncomplete(incomplete); });
     Corvane::bind(
         *chip, [this, address] { return model.target.value() == address; },
         [this, chip](bool selected) {

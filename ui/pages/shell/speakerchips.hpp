@@ -38,7 +38,7 @@ private:
 
     void showSpeakers(const Speakers& speakers);
     void showAllChip(bool visible);
-    SpeakerChip* chipFor(const Speaker& speaker);
+    SpeakerChip* chipFor(const std::shared_ptr<Speaker>& speaker);
     int rowWidth(int nameWidth) const;
     int nameWidthFor(int room) const;
     int allWidth() const;      // with the gap before it; 0 while it is hidden
