@@ -22,6 +22,10 @@ public:
     /// What a click does.
     virtual void activate() {}
 
+    /// Forgets the mouse button or key that is held down, and closes its list: the control is hidden or
+    /// disabled, or what it shows belongs to something else now.
+    virtual void cancelInteraction() {}
+
     /// The opacity that the control is drawn with, from 0 to 1.
     void setOpacity(double value);
 
@@ -44,9 +48,6 @@ protected:
 
     /// Redraws, and tells screen readers.
     void stateChanged();
-
-    /// Forgets the mouse button or key that is held down: the control is hidden or disabled.
-    virtual void cancelInteraction() {}
 
     bool isHovered() const { return hovered && isEnabled(); }
 

@@ -5,7 +5,6 @@
 #include "ui/kit/text.hpp"
 
 #include <QKeyEvent>
-#include <QMenu>
 
 #include <algorithm>
 
@@ -51,7 +50,7 @@ void MenuButton::setCurrent(std::optional<int> index) {
 // window. The choice is therefore delivered by a queued call, after the list has closed.
 void MenuButton::activate() {
     if (!isEnabled()) return;
-    auto* const list = new QMenu(this);
+    list = new QMenu(this);
     list->setAttribute(Qt::WA_DeleteOnClose);
     list->setFont(Theme::font(12));
     list->setStyleSheet(styleOfList());
@@ -64,6 +63,11 @@ void MenuButton::activate() {
     }
     list->popup(mapToGlobal(QPoint(0, height() + 2)));
     list->setActiveAction(list->defaultAction());
+}
+
+void MenuButton::cancelInteraction() {
+    Button::cancelInteraction();
+    if (list) list->close();
 }
 
 void MenuButton::choose(int index) {

@@ -2,6 +2,8 @@
 
 #include "ui/kit/button.hpp"
 
+#include <QMenu>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -21,6 +23,7 @@ public:
     void activate() override;
     QAccessible::Role accessibleRole() const override { return QAccessible::ComboBox; }
     QString valueText() const override;
+    void cancelInteraction() override;
 
 protected:
     void setTitles(const QStringList& titles);
@@ -36,6 +39,7 @@ private:
 
     QStringList titles;
     std::optional<int> current;
+    QPointer<QMenu> list;  // while it is open
 };
 
 /// A MenuButton whose titles stand for values.

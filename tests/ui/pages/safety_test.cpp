@@ -55,6 +55,34 @@ TEST(LockTest, ThePageTakesNoInputAndItsMetersLive) {
     EXPECT_TRUE(desk.shows("Procurar e renumerar as caixas"));
 }
 
+TEST(WorkTest, EndsWithItsPageModeLinkOrSpeaker) {
+    const std::pair<const char*, std::function<void(Desk&)>> changes[] = {
+        {"page", [](Desk& desk) { desk.view.techPage = TechPage{}; }},
+        {"mode", [](Desk& desk) { desk.model->technical = false; }},
+        {"link", [](Desk& desk) { desk.cable.lock()->cut(nullptr), desk.settle(); }},
+        {"speaker", [](Desk& desk) { desk.find(desk.chip(1)).activate(); }}};
+    for (const auto& [name, change] : changes) {
+        SCOPED_TRACE(name);
+        for (const bool typing : {true, false}) {
+            Desk desk("IN 1", 2);
+            desk.model->target = desk.speaker(1)->address;
+            const auto held = [&](std::size_t position) {
+                return desk.shown(position, K7Q::index(ModuleKind::peq, "In0", 0)).as<PeqValue>()->gain;
+            };
+            auto& gain = desk.find<Kit::ValueControl>("Banda 1, ganho");
+            gain.setFocus();
+            if (typing) QTest::keyClicks(&gain, "2");
+            if (!typing) Hand::pull(gain, {{80, 0}}), desk.find("Banda 1, tipo").activate();
+            EXPECT_EQ(QApplication::activePopupWidget() != nullptr, !typing);
+            change(desk);
+            EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+            Hand::mouse(gain, QEvent::MouseMove, {200, 0});
+            EXPECT_EQ(held(1), 2) << "what was typed or dragged to until then";
+            EXPECT_EQ(held(0), 0);
+        }
+    }
+}
+
 TEST(UndoTest, AGestureIsOneStepAndSaysWhatItHasUndone) {
     Desk desk("TOM", 2);
     auto& bass = desk.find<Kit::ValueControl>("Graves");

@@ -13,6 +13,7 @@
 #include "ui/pages/technical/techpageview.hpp"
 
 #include "ui/kit/backdrop.hpp"
+#include "ui/kit/control.hpp"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -85,6 +86,13 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
             // Otherwise the toolkit gives the focus to the next control, and the next key acts there.
             if (QWidget* const focused = pages->focusWidget(); !takesInput && focused) focused->clearFocus();
             pages->setEnabled(takesInput);
+        });
+    // A drag would go on with the value of other speakers.
+    Corvane::bind(
+        *this, [&model] { return model.target.value(); },
+        [this](const auto&) {
+            for (QWidget* const each : pages->findChildren<QWidget*>())
+                if (auto* const control = dynamic_cast<Kit::Control*>(each)) control->cancelInteraction();
         });
     new GestureFilter(*this, model.history);
     addShortcuts();

@@ -59,6 +59,13 @@ Kit::Control::Outline SpeakerChip::outline() const {
     return {QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), height() / 2.0};
 }
 
+// What is being typed elsewhere is set when it loses the focus. A screen reader can act without moving
+// the focus, but that text is meant for the speakers edited so far.
+void SpeakerChip::activate() {
+    setFocus(Qt::OtherFocusReason);
+    Button::activate();
+}
+
 void SpeakerChip::focusInEvent(QFocusEvent* event) {
     Button::focusInEvent(event);
     if (focused) focused();

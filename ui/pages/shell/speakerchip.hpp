@@ -31,6 +31,7 @@ public:
     /// Called when the chip takes the keyboard focus.
     std::function<void()> focused;
 
+    void activate() override;
     bool isCheckable() const override { return true; }
     bool isChecked() const override { return selected; }
     QSize sizeHint() const override { return {widthFor(nameWidth()), chipHeight}; }
