@@ -27,24 +27,17 @@ Task<int> on(std::shared_ptr<Executor> executor, int value) {
 Task<int> visit(std::shared_ptr<Executor> home, std::shared_ptr<Executor> away) {
     const int first = co_await on(away, 1);
     EXPECT_TRUE(home->isCurrent());
-    bool failed = false;
     try {
         co_await on(away, -1);
+        ADD_FAILURE();
     } catch (const std::runtime_error&) {
-        failed = true;
+        EXPECT_TRUE(home->isCurrent());
     }
-    EXPECT_TRUE(home->isCurrent() && failed);
     co_await resumeOn(away);
     co_return first + 1;
 }
 
 TEST(TaskTest, ATaskResumesWhereItWasStartedWhateverItAwaits) {
-    Simulator::VirtualTime time;
-    const auto home = time.executor();
-    auto spawned = spawn(home, visit(home, time.executor()));
-    time.runUntilIdle();
-    EXPECT_EQ(spawned.get(), 2);
-
     const auto a = std::make_shared<SerialQueue>("a");
     const auto b = std::make_shared<SerialQueue>("b");
     EXPECT_EQ(spawn(a, visit(a, b)).get(), 2);
@@ -173,7 +166,7 @@ TEST(SerialQueueTest, AWatchThatEndsInItsOwnHandlerIsNotCalledAgainAndDropsWhatI
     EXPECT_EQ(calls, 1);
 }
 
-TEST(SerialQueueTest, AQueueMayBeDestroyedByItsOwnFunctionAndWithFunctionsLeft) {
+TEST(SerialQueueTest, AQueueMayBeDestroyedByItsOwnFunction) {
     for (int round = 0; round < 50; ++round) {
         std::promise<void> done;
         auto queue = std::make_shared<SerialQueue>("own");
@@ -184,16 +177,6 @@ TEST(SerialQueueTest, AQueueMayBeDestroyedByItsOwnFunctionAndWithFunctionsLeft) 
             done.set_value();
         });
         done.get_future().wait();
-    }
-    // Tasks that go back and forth between queues, dropped midway.
-    for (int round = 0; round < 20; ++round) {
-        const auto shared = std::make_shared<SerialQueue>("shared");
-        std::vector<std::shared_ptr<SerialQueue>> callers;
-        for (int i = 0; i < 3; ++i) {
-            callers.push_back(std::make_shared<SerialQueue>("caller"));
-            for (int k = 0; k < 20; ++k)
-                spawn(callers.back(), visit(callers.back(), shared));
-        }
     }
 }
 
