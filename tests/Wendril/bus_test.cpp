@@ -157,7 +157,7 @@ TEST_F(BusTest, ReportsAndBytesOfAnEarlierOpeningAreIgnored) {
     EXPECT_EQ(afterReply(1, request), "");
 }
 
-TEST_F(BusTest, ABusThatIsNotOpenSendsNothing) {
+TEST_F(BusTest, ABusThatIsNotOpenSendsNothingAndAnOpenOneDoesNotOpenAgain) {
     auto never = start(1);
     EXPECT_EQ(after(0ms, never), closed);
     transport->whileOpening = [](const std::stop_token&) { throw TransportError::write(5); };
@@ -165,6 +165,9 @@ TEST_F(BusTest, ABusThatIsNotOpenSendsNothing) {
     auto still = start(1);
     EXPECT_EQ(after(0ms, still), closed);
     EXPECT_TRUE(transport->written.empty());
+    transport->whileOpening = [openings = 0](const std::stop_token&) mutable { EXPECT_EQ(++openings, 1); };
+    run(bus->open());
+    run(bus->open());
 }
 
 TEST_F(BusTest, ACloseStopsTheOpeningsThatWereAskedForBefore) {
@@ -193,21 +196,6 @@ TEST_F(BusTest, DroppingTheBusEndsItsRequestsWithoutACallOfTheCloseHandler) {
     EXPECT_EQ(after(0ms, first) + after(0ms, queued), closed + closed);
     EXPECT_GT(transport->closes, 0);
     EXPECT_TRUE(closings.empty());
-}
-
-// The address sanitizer reports what the dropped tasks would leak.
-TEST(BusEndTest, TheEndOfTheExecutorDropsWaitingAndQueuedRequests) {
-    std::vector<Spawned<Frame>> requests;
-    {
-        Scripted s;
-        s.run(s.bus->open());
-        for (std::uint8_t address = 1; address <= 3; ++address)
-            requests.push_back(spawn(s.time.executor(), s.bus->request(wire(frameOf(address)), 1s, 1,
-                                                                       [](const Frame&) { return true; })));
-        s.time.advance(1500ms);
-    }
-    for (auto& request : requests)
-        EXPECT_EQ(failureOf([&] { request.get(); }), "the executor of the task has ended");
 }
 
 }  // namespace

