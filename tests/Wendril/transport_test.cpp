@@ -16,6 +16,7 @@
 #include <fstream>
 #include <future>
 #include <optional>
+#include <thread>
 
 namespace Wendril {
 namespace {
@@ -36,6 +37,12 @@ struct RealChain {
             transport = std::make_shared<SerialTransport>(pty.emplace(queue, line).path(), K7Q::baudRate);
         bus = std::make_shared<Bus>(transport);
         client.emplace(bus, K7Q::productID);
+    }
+
+    bool hasReceived() {
+        std::promise<bool> received;
+        queue->post([&] { received.set_value(!line->summary().requests.empty()); });
+        return received.get_future().get();
     }
 
     template <class T>
@@ -76,7 +83,8 @@ TEST_P(TransportTest, TheEndOfTheFarSideIsReportedAndEndsAWaitingRequest) {
         [&report](const std::exception_ptr& error) { report.set_value(error ? describe(error) : "clean"); }));
     chain.run(chain.bus->open());
     auto waiting = spawn(chain.bus->executor, chain.client->presetInfo(1));
-    chain.run(chain.bus->setLogger(nullptr));  // by its end the request has been sent
+    while (!chain.hasReceived())
+        std::this_thread::yield();
     chain.pty.reset();
     chain.tcp.reset();
     const std::string pulled =
