@@ -30,14 +30,18 @@ public:
     void write(ByteView data) override {
         written.emplace_back(data.begin(), data.end());
         for (const Frame& request : FrameParser().feed(data))
-            for (const Frame& reply : answer(request))
-                onData(wire(reply));
+            for (const Frame& reply : answer(request)) {
+                Bytes bytes = wire(reply);
+                if (damage) std::exchange(damage, nullptr)(bytes);
+                onData(bytes);
+            }
     }
     void close() override { ++closes; }
     std::shared_ptr<Executor> queue() const override { return executor; }
 
     using Answer = std::function<std::vector<Frame>(const Frame& request)>;
     Answer answer = [](const Frame&) { return std::vector<Frame>{}; };
+    std::function<void(Bytes&)> damage;  // done to the next reply
     std::function<void(const std::stop_token&)> whileOpening = [](const std::stop_token&) {};
     const std::shared_ptr<Executor> executor;
     OnData onData;

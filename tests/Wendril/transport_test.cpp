@@ -39,15 +39,10 @@ struct RealChain {
         client.emplace(bus, K7Q::productID);
     }
 
-    void hangUp() {
-        pty.reset();
-        tcp.reset();
-    }
-
-    Simulator::Line::Summary summary() {
-        std::promise<Simulator::Line::Summary> summary;
-        queue->post([&] { summary.set_value(line->summary()); });
-        return summary.get_future().get();
+    bool hasReceived() {
+        std::promise<bool> received;
+        queue->post([&] { received.set_value(!line->summary().requests.empty()); });
+        return received.get_future().get();
     }
 
     template <class T>
@@ -79,7 +74,6 @@ TEST_P(TransportTest, ASpeakerIsReadWrittenAndReadAgainAfterReopening) {
         EXPECT_EQ(chain.run(chain.client->read(2, K7Q::module(89).value())), value);
         chain.run(chain.bus->close());
     }
-    EXPECT_TRUE(chain.summary().faults.empty());
 }
 
 TEST_P(TransportTest, TheEndOfTheFarSideIsReportedAndEndsAWaitingRequest) {
@@ -89,9 +83,10 @@ TEST_P(TransportTest, TheEndOfTheFarSideIsReportedAndEndsAWaitingRequest) {
         [&report](const std::exception_ptr& error) { report.set_value(error ? describe(error) : "clean"); }));
     chain.run(chain.bus->open());
     auto waiting = spawn(chain.bus->executor, chain.client->presetInfo(1));
-    while (chain.summary().requests.empty())
+    while (!chain.hasReceived())
         std::this_thread::yield();
-    chain.hangUp();
+    chain.pty.reset();
+    chain.tcp.reset();
     const std::string pulled =
         "Não foi possível abrir /dev/pts/" + chain.transport->name() + ": Input/output error";
     EXPECT_EQ(report.get_future().get(), GetParam() ? "clean" : pulled);
@@ -154,13 +149,9 @@ TEST(SerialTransportTest, ALineIsOpenedRawAt115200EmptyAndForOneProgramOnly) {
     const Descriptor terminal(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     termios settings{};
     ::tcgetattr(terminal.number, &settings);
-    const termios cooked = settings;
-    ::cfmakeraw(&settings);
-    ::tcsetattr(terminal.number, TCSANOW, &settings);
-    EXPECT_EQ(::write(farSide.number, "old", 3), 3);
+    EXPECT_EQ(::write(farSide.number, "old\n", 4), 4);
     pollfd arrival{terminal.number, POLLIN, 0};
     ::poll(&arrival, 1, -1);
-    settings = cooked;
     settings.c_iflag |= ISTRIP | IXON | ICRNL;
     settings.c_cflag = (settings.c_cflag | CSTOPB | CRTSCTS) & ~static_cast<tcflag_t>(CLOCAL);
     ::cfsetspeed(&settings, B9600);
@@ -209,26 +200,16 @@ TEST(TCPTransportTest, ARefusedConnectionFailsAtOnceWithTheSystemsText) {
     EXPECT_THROW(unknown.open(ignoreData, ignoreClose), std::system_error);
 }
 
-TEST(TCPTransportTest, AConnectThatHangsEndsInTimeOrWithTheClosingOfItsBus) {
+TEST(TCPTransportTest, AConnectThatHangsEndsInTimeOrWhenAskedTo) {
     const DeafListener deaf;
     TCPTransport brief("127.0.0.1", deaf.port(), 100ms);
     EXPECT_EQ(failureOf([&] { brief.open(ignoreData, ignoreClose); }),
               "Não foi possível abrir 127.0.0.1:" + std::to_string(deaf.port()) + ": Connection timed out");
     std::stop_source stopped;
     stopped.request_stop();
-    const auto endless = std::make_shared<TCPTransport>("127.0.0.1", deaf.port(), Duration::max());
-    EXPECT_EQ(failureOf([&] { endless->cancellableOpen(ignoreData, ignoreClose, stopped.get_token()); }),
+    TCPTransport endless("127.0.0.1", deaf.port(), Duration::max());
+    EXPECT_EQ(failureOf([&] { endless.cancellableOpen(ignoreData, ignoreClose, stopped.get_token()); }),
               "Conexão fechada");
-    for (const bool drop : {false, true}) {
-        auto bus = std::make_shared<Bus>(endless);
-        const auto caller = std::make_shared<SerialQueue>("caller");
-        auto opening = spawn(caller, bus->open());
-        if (drop)
-            bus.reset();
-        else
-            spawn(caller, bus->close()).get();
-        EXPECT_EQ(failureOf([&] { opening.get(); }), "Conexão fechada");
-    }
 }
 
 // More than any socket buffer holds, to a bridge that begins to read only then.

@@ -42,6 +42,11 @@ TEST(ProfileTest, ModulesHaveTheNumbersOfTheBoard) {
     EXPECT_EQ(peqTypeFromRaw(2), PeqType::highShelf);
 }
 
+TEST(ProfileTest, OnlyNumbersHaveLimitsAndACrosspointIsNoInput) {
+    EXPECT_THROW(limitsOf(peq, "type", "In0"), std::invalid_argument);
+    EXPECT_TRUE(isInput("In1") && !isInput("Out0") && !isInput("In0-Out0"));
+}
+
 TEST(ProfileDeathTest, AModuleThatTheBoardLacksStopsTheProgram) {
     EXPECT_DEATH(K7Q::index(ModuleKind::peq, "In0", 4), "no module PEQ In0 band 4");
     EXPECT_DEATH(ModuleValue::factory({peq, "In0", 7, 4}), "In0 has no band 4");
@@ -117,55 +122,6 @@ TEST(ValueTest, DefaultsAreThoseOfTheBoardAndReadBackFromRepliesLongEnough) {
                             " gain=0 q=3 type=0 bypass=0";
         EXPECT_EQ(fieldsText(*factory), defaults.at(ref.kind)) << labelOf(ref);
     }
-}
-
-TEST(LimitsTest, EveryNumberHasTheRangeOfTheBoard) {
-    const struct {
-        ModuleKind kind;
-        const char* fields;
-        const char* channel;
-        double lowest;
-        double highest;
-    } rows[] = {
-        {gain, "db", "In1", -60, 6},
-        {gain, "db", "Out0", -60, 15},
-        {mixer, "db", "In0-Out0", -60, 6},
-        {peq, "fc", "In0", 20, 22000},
-        {peq, "gain", "In0", -12, 12},
-        {peq, "q", "Out3", 0.3, 50},
-        {hpf, "fc", "Out0", 20, 22000},
-        {lpf, "fc", "Out0", 20, 22000},
-        {compressor, "threshold", "Out0", -20, 22},
-        {compressor, "ratio", "Out0", 1, 20},
-        {compressor, "knee", "Out0", 0, 30},
-        {compressor, "attack", "Out0", 1, 2895},
-        {compressor, "release", "Out0", 1, 2895},
-        {limiter, "threshold", "Out0", -20, 24},
-        {limiter, "knee", "Out0", 0, 30},
-        {limiter, "release", "Out0", 1, 2895},
-        {gate, "threshold", "In0", -120, -60},
-        {gate, "attack", "In0", 1, 2895},
-        {delay, "ms", "In0", 0, 5},
-    };
-    for (const auto& [kind, field, channel, lowest, highest] : rows) {
-        const Limits limits = limitsOf(kind, field, channel);
-        EXPECT_EQ(std::pair(limits.lowest, limits.highest), std::pair(lowest, highest))
-            << nameOf(kind) << field;
-    }
-    for (const ModuleRef& ref : K7Q::modules()) {
-        if (ref.kind == vu) continue;
-        auto value = ModuleValue::factory(ref).value();
-        forEachField(value, [&ref](const char* name, auto field) {
-            if constexpr (!isLimited<decltype(field)>) {
-                EXPECT_THROW(limitsOf(ref.kind, name, ref.channel), std::invalid_argument) << name;
-            } else {
-                const Limits limits = limitsOf(ref.kind, name, ref.channel);
-                EXPECT_TRUE(limits.lowest <= field && field <= limits.highest) << labelOf(ref) << name;
-                EXPECT_TRUE(limits.unit == "ms" || limits.step > 0) << labelOf(ref) << name;
-            }
-        });
-    }
-    EXPECT_TRUE(isInput("In1") && !isInput("Out0") && !isInput("In0-Out0"));
 }
 
 }  // namespace
