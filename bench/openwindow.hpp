@@ -5,7 +5,7 @@
 #include "app/model/uiexecutor.hpp"
 #include "simulator/line.hpp"
 #include "simulator/virtualtime.hpp"
-#include "tests/ui/pages/onscreen.hpp"
+#include "tests/ui/onscreen.hpp"
 #include "ui/pages/shell/mainwindow.hpp"
 
 #include <benchmark/benchmark.h>

@@ -42,6 +42,16 @@ inline bool wheel(QWidget& control, QPoint turn, QPointF at = {9, 9}) {
     return event.isAccepted();
 }
 
+inline void enter(QWidget& control) {
+    QEnterEvent event({}, {}, {});
+    QApplication::sendEvent(&control, &event);
+}
+
+inline void leave(QWidget& control) {
+    QEvent event(QEvent::Leave);
+    QApplication::sendEvent(&control, &event);
+}
+
 inline void showActive(QWidget& window) {
     window.show();
     QApplication::setActiveWindow(&window);

