@@ -9,6 +9,7 @@
 #include <poll.h>
 
 #include <atomic>
+#include <functional>
 #include <future>
 
 namespace Wendril {
@@ -145,6 +146,16 @@ TEST(SerialQueueTest, FunctionsRunInOrderAndTimersByTheirTime) {
     done.get_future().wait();
     EXPECT_EQ(order, "abcd");
     EXPECT_FALSE(queue.isCurrent());
+}
+
+TEST(SerialQueueTest, TimersGetTheirTurnAmongFunctionsThatNeverEnd) {
+    std::function<void()> again;
+    SerialQueue queue("queue");
+    again = [&] { queue.post([&] { again(); }); };
+    std::promise<void> expired;
+    queue.postAfter(1ms, [&] { expired.set_value(); });
+    queue.post([&] { again(); });
+    expired.get_future().wait();
 }
 
 TEST(SerialQueueTest, AWatchThatEndsInItsOwnHandlerIsNotCalledAgainAndDropsWhatItHolds) {

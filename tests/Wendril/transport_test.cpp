@@ -215,7 +215,7 @@ TEST(TCPTransportTest, AConnectThatHangsEndsInTimeOrWhenAskedTo) {
 // More than any socket buffer holds, to a bridge that begins to read only then.
 TEST(TCPTransportTest, WhatTheConnectionDoesNotTakeAtOnceFollowsInOrderAndWithoutDelay) {
     const Listener listener(1);
-    TCPTransport transport("127.0.0.1", listener.port());
+    TCPTransport transport("localhost", listener.port());
     transport.open(ignoreData, ignoreClose);
     const Descriptor bridge(::accept4(listener.socket.number, nullptr, nullptr, SOCK_CLOEXEC));
     EXPECT_TRUE(sendsWithoutDelay(bridge.number));
