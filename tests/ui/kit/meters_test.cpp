@@ -49,6 +49,8 @@ TEST(MeterBarTest, SpansMinus60To6JumpsWhileHiddenAndMovesEvenlyOnTheScreen) {
         bar.setLevel(level);
         EXPECT_NEAR(litRows(bar), rows, 1) << level;
     }
+    EXPECT_GT(Hand::colorAt(bar, {7.5, 58}).green(), Hand::colorAt(bar, {7.5, 102}).green() + 50)
+        << "lighter at its top";
     Frames frames;
     Hand::showActive(bar);
     bar.setLevel(6);

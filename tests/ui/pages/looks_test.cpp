@@ -83,6 +83,7 @@ TEST(LooksTest, APageIsDimmedWithoutALinkAndARowByItsBypass) {
     };
     const int dimmed = pixelOfTheKnob();
     desk.goTo("TOM");
+    // The page is drawn at 0.45. The background shines through and adds the rest.
     EXPECT_NEAR(dimmed, 0.53 * pixelOfTheKnob(), 8);
     desk.goTo("OUT 1");
     desk.set(ModuleKind::peq, "Out0", 1, {PeqValue{.bypass = true}});

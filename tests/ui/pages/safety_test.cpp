@@ -125,8 +125,7 @@ TEST(DiagnosticsTest, ShowsAndCopiesWhatHasHappened) {
         return OnScreen::find<QPlainTextEdit>(window, part).toPlainText();
     };
     EXPECT_TRUE(text("Eventos").endsWith("A caixa 02 parou de responder"));
-    EXPECT_EQ(text("Linha").count('\n'), 3)
-        << "titles, two speakers, damaged bytes: not the addresses in vain";
+    EXPECT_EQ(text("Linha").count('\n'), 3) << "titles, two speakers, damaged bytes";
     EXPECT_TRUE(text("Quadros").contains("ajuste: GANHO, SAÍDA 1: db=-3"));
     QTest::mouseClick(&OnScreen::find<Kit::Button>(window, "Copiar"), Qt::LeftButton);
     for (const QString& part : {text("Eventos"), text("Linha"), text("Quadros").right(30)})
