@@ -41,18 +41,20 @@ std::vector<double> curve(const ModuleValues& values, std::span<const double> fr
 
 }  // namespace
 
-void showResponse(const Session& session, std::uint8_t address, const std::string& channel) {
+void showResponse(Session& session, const Addresses& addresses, const std::string& channel) {
     const auto modules = curveModules(channel);
     if (modules.empty())
         throw std::invalid_argument("não há canal \"" + channel + "\"; há In0, In1, Out0, Out1, Out2, Out3");
-    Link link(session.endpoint, session.verbose);
     const auto frequencies = FilterMath::frequencies(curvePoints, lowestFrequency, highestFrequency);
-    const auto db = curve(link.run(readEach(link.client(), address, modules)), frequencies);
-    if (session.json) return printJson(Json{{"channel", channel}, {"frequencies", frequencies}, {"db", db}});
-    std::vector<Row> rows;
-    for (std::size_t i = 0; i < frequencies.size(); ++i)
-        rows.push_back({fixed(frequencies[i], 2), fixed(db[i], 2)});
-    print(table({"Hz", "dB"}, rows));
+    session.forEach(addresses, [&](std::uint8_t address) -> Answer {
+        Link& link = session.link();
+        const auto db = curve(link.run(readEach(link.client(), address, modules), address), frequencies);
+        std::vector<Row> rows;
+        for (std::size_t i = 0; i < frequencies.size(); ++i)
+            rows.push_back({fixed(frequencies[i], 2), fixed(db[i], 2)});
+        return {Json{{"channel", channel}, {"frequencies", frequencies}, {"db", db}},
+                table({"Hz", "dB"}, std::move(rows))};
+    });
 }
 
 }  // namespace Cli

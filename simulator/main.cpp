@@ -2,6 +2,7 @@
 
 #include "simulator/line.hpp"
 #include "simulator/ptyend.hpp"
+#include "simulator/showboards.hpp"
 #include "simulator/tcpend.hpp"
 
 #include "Wendril/runtime/serialqueue.hpp"
@@ -10,9 +11,11 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <fstream>
 #include <future>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include <sys/prctl.h>
@@ -53,9 +56,22 @@ sigset_t endSignals() {
     return signals;
 }
 
-Line::Summary serve(const ProgramOptions& options, const sigset_t& signals) {
+void writeFile(const std::string& path, const std::string& text) {
+    std::ofstream file(path);
+    file << text << std::flush;
+    if (!file) throw std::runtime_error("cannot write " + path);
+}
+
+Line::Summary serve(ProgramOptions options, const sigset_t& signals) {
     const auto queue = std::make_shared<Wendril::SerialQueue>("line");
+    Cli::Show show;
+    if (!options.load.empty()) {
+        show = Cli::Show::read(options.load);
+        if (show.speakers.empty()) throw std::runtime_error(options.load + " holds no speakers");
+        options.line.boards = show.speakers.size();
+    }
     const auto line = std::make_shared<Line>(queue, options.line);
+    loadShow(*line, show);
     if (options.log) line->setLog(print);
     queue->post(sharpenTimers);
     for (const auto& mute : options.mutes)
@@ -76,8 +92,14 @@ Line::Summary serve(const ProgramOptions& options, const sigset_t& signals) {
     pty.reset();
     tcp.reset();
     std::promise<Line::Summary> summary;
-    queue->post([&summary, line] { summary.set_value(line->summary()); });
-    return summary.get_future().get();
+    std::string dumped;
+    queue->post([&, line] {
+        if (!options.dump.empty()) dumped = showOf(*line, options.line.boards).text();
+        summary.set_value(line->summary());
+    });
+    Line::Summary result = summary.get_future().get();
+    if (!options.dump.empty()) writeFile(options.dump, dumped);
+    return result;
 }
 
 }  // namespace
