@@ -56,6 +56,19 @@ struct RestoreOptions {
 /// not touched.
 void restore(Session& session, const std::string& file, const RestoreOptions& options);
 
+/// Writes the filters of a text file into the bands of a channel from band `from` on, bypasses those that
+/// are left over, and compares what the board holds then. Standard error tells what was limited or did
+/// not fit.
+void importEqualiser(Session& session, const Addresses& addresses, const std::string& channel,
+                     const std::string& file, std::uint32_t from);
+
+/// Prints the bands of a channel as such a file.
+void exportEqualiser(Session& session, std::uint8_t address, const std::string& channel);
+
+/// Pings and reads in turn, for so many seconds, and tells what the line did with each speaker. Throws a
+/// Failure `noAnswer` when a reply was lost.
+void checkLine(Session& session, const Addresses& addresses, double seconds);
+
 /// The curve of an input's equaliser, or of an output's with its crossover.
 void showResponse(Session& session, const Addresses& addresses, const std::string& channel);
 

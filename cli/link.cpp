@@ -137,6 +137,13 @@ void Link::closeOnInterruption() {
     bus->abandon();
 }
 
+Link::Counts Link::counts(std::uint8_t address) const {
+    const LineRecord::Summary summary = bus->record->summary();
+    const auto found = summary.addresses.find(address);
+    if (found == summary.addresses.end()) return {0, 0, summary.droppedBytes};
+    return {found->second.timedOut, found->second.resent, summary.droppedBytes};
+}
+
 void Link::throwIfLost() {
     const std::scoped_lock lock(loss->mutex);
     if (loss->signal != 0) throw Interrupted(loss->signal);

@@ -59,6 +59,14 @@ public:
     /// Throws the reason when the link has ended. Needed after tasks that never fail.
     void throwIfLost();
 
+    /// What the line has done so far: for that speaker, and bytes of all that were no frames.
+    struct Counts {
+        std::uint64_t timedOut;
+        std::uint64_t resent;
+        std::uint64_t droppedBytes;
+    };
+    Counts counts(std::uint8_t address) const;
+
     const std::string name;
 
 private:

@@ -4,6 +4,7 @@
 #include "cli/commands.hpp"
 
 #include <functional>
+#include <stdexcept>
 #include <utility>
 
 namespace Cli {
@@ -11,6 +12,7 @@ namespace Cli {
 namespace {
 
 constexpr const char* moduleHelp = "GAIN/In0, PEQ/Out2/4 ou o número";
+constexpr const char* channelHelp = "In0, In1, Out0 a Out3";
 constexpr const char* localStatuses = "Termina com 0; 1 falha; 2 uso errado.";
 constexpr const char* statuses =
     "Termina com 0; 1 outra falha; 2 uso errado; 3 recusado pela caixa ou não confere;\n"
@@ -31,6 +33,8 @@ struct Arguments {
     std::string file;
     bool keepGoing = false;
     RestoreOptions restoring;
+    std::uint32_t band = 0;
+    double seconds = 30;
 };
 
 // One command line: the table of all commands, read once.
@@ -46,6 +50,7 @@ public:
         addSettingCommands();
         addPresetCommands();
         addShowCommands();
+        addPeqCommands();
     }
 
     void run(const std::vector<std::string>& arguments) {
@@ -123,6 +128,13 @@ private:
         addresses(meters);
         meters->add_flag("--watch", a.watch, "até Ctrl-C");
 
+        CLI::App* const check =
+            add("check", "testa a linha", [this] { checkLine(session, a.addresses, a.seconds); });
+        addresses(check)->required(false);
+        check->add_option("--seconds", a.seconds, "duração (30)")
+            ->type_name("S")
+            ->transform(commandLine.number(0.1, 86400.0));
+
         CLI::App* const script = add("run", "executa os comandos de um arquivo, um por linha",
                                      [this] { runScript(session, a.file, a.keepGoing); });
         argument(script, "ARQUIVO", a.file, "\"-\" lê a entrada padrão; # começa um comentário");
@@ -144,7 +156,7 @@ private:
         CLI::App* const response = add("response", "curva de resposta de um canal",
                                        [this] { showResponse(session, a.addresses, a.channel); });
         addresses(response);
-        argument(response, "CANAL", a.channel, "In0, In1, Out0 a Out3");
+        argument(response, "CANAL", a.channel, channelHelp);
     }
 
     void addPresetCommands() {
@@ -165,6 +177,31 @@ private:
         argument(save, "NOME", a.name, "nome, até 20 bytes");
         slot(add(*preset, "delete", "apaga um preset",
                  [this] { deletePreset(session, a.addresses, a.number); }));
+    }
+
+    void addPeqCommands() {
+        CLI::App* const peq = commandLine.app.add_subcommand("peq", "equalizadores em arquivos de texto");
+        peq->require_subcommand(1)->fallthrough();
+        peq->footer(statuses);
+        CLI::App* const toImport = add(*peq, "import", "escreve os filtros de um arquivo num canal", [this] {
+            importEqualiser(session, a.addresses, a.channel, a.file, a.band);
+        });
+        CLI::App* const toExport = add(*peq, "export", "mostra o equalizador de um canal como arquivo",
+                                       [this] { exportEqualiser(session, onlyAddress(), a.channel); });
+        for (CLI::App* const command : {toImport, toExport}) {
+            addresses(command);
+            argument(command, "CANAL", a.channel, channelHelp);
+        }
+        argument(toImport, "ARQUIVO", a.file,
+                 "texto com linhas \"Filter 1: ON PK Fc 63,0 Hz Gain -4,5 dB Q 3,00\"");
+        toImport->add_option("--from", a.band, "primeira banda, a partir de 0 (0)")
+            ->type_name("BANDA")
+            ->transform(commandLine.number<std::uint32_t>(0, 9));
+    }
+
+    std::uint8_t onlyAddress() const {
+        if (a.addresses.named.size() != 1) throw std::invalid_argument("este comando é para uma caixa só");
+        return a.addresses.named.front();
     }
 
     void addShowCommands() {

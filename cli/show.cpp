@@ -225,7 +225,7 @@ void diff(Session& session, const std::string& file) {
     printDifferences(session, differences);
     if (!matching.absent.empty()) refuseAbsent(matching.absent);
     if (!differences.empty())
-        throw Failure(ExitStatus::refused, "há " + std::to_string(differences.size()) + " diferenças");
+        throw Failure(ExitStatus::refused, "diferenças: " + std::to_string(differences.size()));
 }
 
 void restore(Session& session, const std::string& file, const RestoreOptions& options) {

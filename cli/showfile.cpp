@@ -1,5 +1,6 @@
 #include "cli/showfile.hpp"
 
+#include "cli/file.hpp"
 #include "cli/json.hpp"
 #include "cli/numbers.hpp"
 
@@ -10,8 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iostream>
 #include <limits>
 #include <set>
 #include <stdexcept>
@@ -195,7 +194,6 @@ std::string Show::text() const {
 }
 
 Show Show::parse(std::string_view text) {
-    if (text.size() > mostBytes) refuse("tem mais de " + std::to_string(mostBytes >> 20) + " MiB");
     const Json json = parseJson(text);
     if (!json.is_object() || json.value("format", Json()) != formatName)
         refuse("não traz \"format\": \"" + std::string(formatName) + "\"");
@@ -215,16 +213,7 @@ Show Show::parse(std::string_view text) {
     return show;
 }
 
-Show Show::read(const std::string& path) {
-    std::ifstream file;
-    if (path != "-") file.open(path, std::ios::binary);
-    std::istream& input = path == "-" ? std::cin : file;
-    if (!input) throw std::runtime_error("não foi possível ler " + path);
-    std::string text(mostBytes + 1, '\0');  // one byte more than is allowed shows that there is more
-    input.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(input.gcount()));
-    return parse(text);
-}
+Show Show::read(const std::string& path) { return parse(readFile(path)); }
 
 void checkLimits(const Show& show) {
     for (const ShowSpeaker& speaker : show.speakers)

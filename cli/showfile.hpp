@@ -2,7 +2,6 @@
 
 #include "Wendril/client.hpp"
 
-#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -23,7 +22,6 @@ struct ShowSpeaker {
 /// All that a show file holds (docs/show-file.md).
 struct Show {
     static constexpr int version = 1;
-    static constexpr std::size_t mostBytes = 16 << 20;
 
     std::vector<ShowSpeaker> speakers;
 

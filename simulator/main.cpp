@@ -5,13 +5,14 @@
 #include "simulator/showboards.hpp"
 #include "simulator/tcpend.hpp"
 
+#include "cli/file.hpp"
+
 #include "Wendril/runtime/serialqueue.hpp"
 #include "Wendril/runtime/task.hpp"
 
 #include <csignal>
 #include <cstdio>
 #include <exception>
-#include <fstream>
 #include <future>
 #include <memory>
 #include <optional>
@@ -56,12 +57,6 @@ sigset_t endSignals() {
     return signals;
 }
 
-void writeFile(const std::string& path, const std::string& text) {
-    std::ofstream file(path);
-    file << text << std::flush;
-    if (!file) throw std::runtime_error("cannot write " + path);
-}
-
 Line::Summary serve(ProgramOptions options, const sigset_t& signals) {
     const auto queue = std::make_shared<Wendril::SerialQueue>("line");
     Cli::Show show;
@@ -98,7 +93,7 @@ Line::Summary serve(ProgramOptions options, const sigset_t& signals) {
         summary.set_value(line->summary());
     });
     Line::Summary result = summary.get_future().get();
-    if (!options.dump.empty()) writeFile(options.dump, dumped);
+    if (!options.dump.empty()) Cli::writeFile(options.dump, dumped);
     return result;
 }
 
