@@ -69,7 +69,13 @@ void exportEqualiser(Session& session, std::uint8_t address, const std::string& 
 /// Failure `noAnswer` when a reply was lost.
 void checkLine(Session& session, const Addresses& addresses, double seconds);
 
-/// The curve of an input's equaliser, or of an output's with its crossover.
-void showResponse(Session& session, const Addresses& addresses, const std::string& channel);
+struct ResponseOptions {
+    std::vector<std::string> channels;
+    std::vector<std::string> sum;  // channels that are added with their gain, polarity, mute and delay
+    std::string svg;               // file for a drawing
+};
+
+/// Level and phase of inputs' equalisers, of outputs' with their crossovers, and of a sum.
+void showResponse(Session& session, const Addresses& addresses, const ResponseOptions& options);
 
 }  // namespace Cli

@@ -33,6 +33,7 @@ struct Arguments {
     std::string file;
     bool keepGoing = false;
     RestoreOptions restoring;
+    ResponseOptions response;
     std::uint32_t band = 0;
     double seconds = 30;
 };
@@ -153,10 +154,16 @@ private:
         argument(write, "MÓDULO", a.module, moduleHelp);
         argument(write, "CAMPO=VALOR", a.assignments, "por exemplo db=-6, fc=2,5k ou type=linkwitz24");
 
-        CLI::App* const response = add("response", "curva de resposta de um canal",
-                                       [this] { showResponse(session, a.addresses, a.channel); });
+        CLI::App* const response = add("response", "curvas de resposta, com fase",
+                                       [this] { showResponse(session, a.addresses, a.response); });
         addresses(response);
-        argument(response, "CANAL", a.channel, channelHelp);
+        argument(response, "CANAL", a.response.channels, channelHelp)->required(false);
+        response->add_option("--sum", a.response.sum, "soma saídas, com ganho, atraso, polaridade e mudo")
+            ->type_name("CANAL,...")
+            ->delimiter(',')
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        response->add_option("--svg", a.response.svg, "desenha as curvas neste arquivo")
+            ->type_name("ARQUIVO");
     }
 
     void addPresetCommands() {

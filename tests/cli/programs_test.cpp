@@ -29,9 +29,9 @@ TEST_F(ProgramsTest, ModulesAreReadWrittenAndDrawn) {
     EXPECT_EQ(Tests::shell(CLI + port + "write 1 PEQ/In0/0 gain=6 bypass=0").status, 0);
     EXPECT_EQ(json(port + "read 1 PEQ/In0/0").at(0).at("value").at("gain"), 6);
     EXPECT_EQ(json(port + "read 1").size(), 92U);
-    EXPECT_NEAR(*std::ranges::max_element(json(port + "response 1 In0").at("db")), 6, 0.1);
+    EXPECT_NEAR(*std::ranges::max_element(json(port + "response 1 In0").at("curves").at(0).at("db")), 6, 0.1);
     EXPECT_EQ(Tests::shell(CLI + port + "write 1 LPF/Out3 fc=1000 type=9 bypass=0").status, 0);
-    EXPECT_LT(json(port + "response 1 Out3").at("db").back(), -40);
+    EXPECT_LT(json(port + "response 1 Out3").at("curves").at(0).at("db").back(), -40);
     EXPECT_EQ(json(port + "meters 1").size(), 6U);
     EXPECT_EQ(simulator.end(SIGTERM), 0) << simulator.rest();
 }
