@@ -51,20 +51,25 @@ struct Number {
     std::string unit;  // written next to it
 };
 
-// In one number with both signs the last one is the decimal sign. A file with decimal points uses commas
-// for thousands.
+bool isThousands(const std::string& word, std::size_t sign) {
+    const std::size_t end = std::min(word.find_first_not_of("0123456789", sign + 1), word.size());
+    return end - sign == 4;
+}
+
+// The last sign of a number is its decimal sign, unless three digits follow and the file has another.
 std::optional<Number> parseQuantity(std::string word, bool hasPoints) {
     const std::size_t digits = std::min(word.find_first_not_of("+-0123456789.,"), word.size());
     Number number{0, word.substr(digits)};
     word.resize(digits);
     if (word.starts_with('+')) word.erase(0, 1);
-    const std::size_t point = word.rfind('.');
-    const std::size_t comma = word.rfind(',');
-    const bool both = point != word.npos && comma != word.npos;
-    const bool isCommaDecimal = both ? comma > point : !hasPoints;
-    std::erase(word, isCommaDecimal ? '.' : ',');
-    if (isCommaDecimal && !both && point != word.npos) return std::nullopt;
-    std::ranges::replace(word, ',', '.');
+    const std::size_t last = word.find_last_of(".,");
+    if (last != word.npos) {
+        const bool bothSigns = word.find(word[last] == '.' ? ',' : '.') != word.npos;
+        const bool isDecimal = bothSigns || !isThousands(word, last) || (word[last] == '.') == hasPoints;
+        std::string plain = word.substr(0, last);
+        std::erase_if(plain, [](char c) { return c == '.' || c == ','; });
+        word = plain + (isDecimal ? "." : "") + word.substr(last + 1);
+    }
     const auto value = parseNumber<double>(word);
     if (!value || !std::isfinite(*value)) return std::nullopt;
     number.value = *value;
@@ -107,16 +112,19 @@ public:
     }
 
 private:
-    // Whether a number of the filters has a decimal point, and none of them only a comma.
+    // Whether the decimal sign of the file is a point: no number has a comma that is surely one.
     static bool writesPoints(std::string_view text) {
         std::istringstream lines{std::string(text)};
         for (std::string line; std::getline(lines, line);) {
             const auto words = wordsOf(line);
-            if (words.empty() || words.front() != "FILTER") continue;
+            if (words.empty() || !words.front().starts_with("FILTER")) continue;
             for (const std::string& word : words)
-                if (isNumber(word) && word.find('.') != word.npos && word.find(',') == word.npos) return true;
+                if (const std::size_t comma = word.rfind(','); isNumber(word) && comma != word.npos &&
+                                                               word.find('.', comma) == word.npos &&
+                                                               !isThousands(word, comma))
+                    return false;
         }
-        return false;
+        return true;
     }
 
     void remark(const std::string& what) {
