@@ -253,8 +253,9 @@ Task<std::string> presetNameOf(K7QClient client, std::uint8_t address, std::uint
     co_return fieldText(name.first(std::min(presetNameBytes, name.size())));
 }
 
-Task<void> changePreset(K7QClient client, std::uint8_t address, Command command, Bytes payload) {
-    co_await send(client, address, command, std::move(payload), ackFromAny(command.fun));
+Task<bool> changePreset(K7QClient client, std::uint8_t address, Command command, Bytes payload) {
+    const Frame reply = co_await send(client, address, command, std::move(payload), ackFromAny(command.fun));
+    co_return u8(reply.payload, 0) == 0;
 }
 
 template <std::size_t width>
@@ -319,15 +320,15 @@ Task<std::string> K7QClient::presetName(std::uint8_t address, std::uint32_t numb
     return presetNameOf(*this, address, number);
 }
 
-Task<void> K7QClient::loadPreset(std::uint8_t address, std::uint32_t number) const {
+Task<bool> K7QClient::loadPreset(std::uint8_t address, std::uint32_t number) const {
     return changePreset(*this, address, loadPresetCommand, numberPayload(number));
 }
 
-Task<void> K7QClient::savePreset(std::uint8_t address, std::uint32_t number, std::string name) const {
+Task<bool> K7QClient::savePreset(std::uint8_t address, std::uint32_t number, std::string name) const {
     return changePreset(*this, address, savePresetCommand, namedSlot(number, name));
 }
 
-Task<void> K7QClient::deletePreset(std::uint8_t address, std::uint32_t number) const {
+Task<bool> K7QClient::deletePreset(std::uint8_t address, std::uint32_t number) const {
     const std::uint32_t mask = number < 32 ? std::uint32_t{1} << number : 0;
     return changePreset(*this, address, deletePresetCommand, numberPayload(mask));
 }

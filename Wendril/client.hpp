@@ -97,14 +97,15 @@ public:
     Task<PresetInfo> presetInfo(std::uint8_t address) const;
     Task<std::string> presetName(std::uint8_t address, std::uint32_t number) const;
 
-    /// A board acknowledges these three even when it refuses; `presetInfo` tells what it did.
-    Task<void> loadPreset(std::uint8_t address, std::uint32_t number) const;
+    /// These three return whether the acknowledgement's status says that the board has accepted. A
+    /// refusal is no error here; `presetInfo` tells what the board did.
+    Task<bool> loadPreset(std::uint8_t address, std::uint32_t number) const;
 
-    /// The name is cut after 20 bytes of UTF-8.
-    Task<void> savePreset(std::uint8_t address, std::uint32_t number, std::string name) const;
+    /// The name is cut after `presetNameBytes` of UTF-8.
+    Task<bool> savePreset(std::uint8_t address, std::uint32_t number, std::string name) const;
 
     /// Numbers from 32 up delete nothing.
-    Task<void> deletePreset(std::uint8_t address, std::uint32_t number) const;
+    Task<bool> deletePreset(std::uint8_t address, std::uint32_t number) const;
 
     std::shared_ptr<Bus> bus;
     std::uint8_t product;

@@ -73,21 +73,21 @@ struct Filters {
     bool empty() const { return ratios.empty() && sections.empty(); }
 };
 
-Filters activeFilters(std::span<const PeqValue> peq, const Crossover& crossover) {
-    Filters filters;
+std::vector<Section> activeSections(std::span<const PeqValue> peq, const Crossover& crossover) {
+    std::vector<Section> sections;
     for (const PeqValue& band : peq) {
         if (band.bypass) continue;
         if (const auto section = peqCoefficients(band.fc, band.gain, band.q, band.type))
-            filters.add(*section);
+            sections.push_back(*section);
     }
-    const auto addPass = [&filters](bool highPass, const std::optional<FilterValue>& filter) {
+    const auto addPass = [&sections](bool highPass, const std::optional<FilterValue>& filter) {
         if (!filter || filter->bypass) return;
-        for (const Section& section : passSections(highPass, filter->fc, filter->type))
-            filters.add(section);
+        const auto cascade = passSections(highPass, filter->fc, filter->type);
+        sections.insert(sections.end(), cascade.begin(), cascade.end());
     };
     addPass(true, crossover.highPass);
     addPass(false, crossover.lowPass);
-    return filters;
+    return sections;
 }
 
 // Points are evaluated in blocks, and within a block section after section: so the compiler can compute
@@ -162,7 +162,9 @@ std::vector<double> frequencies(std::size_t count, double from, double to) {
 std::vector<double> response(std::span<const PeqValue> peq, const Crossover& crossover,
                              std::span<const double> at) {
     std::vector<double> db(at.size());
-    const Filters filters = activeFilters(peq, crossover);
+    Filters filters;
+    for (const Section& section : activeSections(peq, crossover))
+        filters.add(section);
     if (filters.empty()) return db;
     for (std::size_t from = 0; from < at.size(); from += blockPoints) {
         const std::size_t points = std::min(blockPoints, at.size() - from);
@@ -179,6 +181,18 @@ std::vector<double> response(std::span<const PeqValue> peq, const Crossover& cro
                        decibels);
     }
     return db;
+}
+
+std::vector<std::complex<double>> complexResponse(std::span<const PeqValue> peq, const Crossover& crossover,
+                                                  std::span<const double> at) {
+    const auto sections = activeSections(peq, crossover);
+    std::vector<std::complex<double>> factors(at.size(), 1);
+    for (std::size_t i = 0; i < at.size(); ++i) {
+        const auto z1 = std::polar(1.0, -2 * pi * at[i] / sampleRate);  // 1/z
+        for (const Section& s : sections)
+            factors[i] *= (s.b0 + z1 * (s.b1 + z1 * s.b2)) / (1.0 + z1 * (s.a1 + z1 * s.a2));
+    }
+    return factors;
 }
 
 }  // namespace Wendril::FilterMath

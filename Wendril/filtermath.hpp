@@ -3,6 +3,7 @@
 #include "Wendril/values.hpp"
 
 #include <array>
+#include <complex>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -44,5 +45,9 @@ std::vector<double> frequencies(std::size_t count, double from, double to);
 /// and floats that are not finite.
 std::vector<double> response(std::span<const PeqValue> peq, const Crossover& crossover,
                              std::span<const double> at);
+
+/// The same with phase, as a factor of the signal; a level below -120 dB stays as it is.
+std::vector<std::complex<double>> complexResponse(std::span<const PeqValue> peq, const Crossover& crossover,
+                                                  std::span<const double> at);
 
 }  // namespace Wendril::FilterMath

@@ -1,5 +1,7 @@
 #include "cli/commandline.hpp"
 
+#include "cli/nearest.hpp"
+
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -22,6 +24,8 @@ struct CommandLine::Words {
 
     // Parts of error messages.
     const char* unknown;
+    const char* unknownCommand;
+    const char* perhaps;
     const char* missing;
     const char* missingCommand;
     const char* needsValue;
@@ -44,6 +48,8 @@ const CommandLine::Words CommandLine::english{
     .command = "COMMAND",
     .commands = "Commands",
     .unknown = "unknown argument: ",
+    .unknownCommand = "unknown command: ",
+    .perhaps = "; did you mean ",
     .missing = "missing argument: ",
     .missingCommand = "missing command",
     .needsValue = " needs a value",
@@ -66,6 +72,8 @@ const CommandLine::Words CommandLine::portuguese{
     .command = "COMANDO",
     .commands = "Comandos",
     .unknown = "argumento desconhecido: ",
+    .unknownCommand = "comando desconhecido: ",
+    .perhaps = "; seria ",
     .missing = "falta o argumento ",
     .missingCommand = "falta o comando",
     .needsValue = " precisa de um valor",
@@ -98,6 +106,26 @@ public:
     std::string make_group(std::string title, bool positional,
                            std::vector<const CLI::Option*> options) const override {
         return Formatter::make_group(get_label(title), positional, std::move(options));
+    }
+
+    // A command may come after an argument of its parent: "preset CAIXAS save N NOME".
+    std::string make_usage(const CLI::App* app, std::string) const override {
+        std::vector<const CLI::App*> path;
+        for (const CLI::App* level = app; level; level = level->get_parent())
+            path.insert(path.begin(), level);
+        std::string usage = get_label("Usage") + ":";
+        for (const CLI::App* level : path) {
+            usage += " " + level->get_name();
+            if (level == app) usage += " [" + get_label("OPTIONS") + "]";
+            for (const CLI::Option* argument :
+                 level->get_options([](const CLI::Option* option) { return option->get_positional(); })) {
+                std::string name = argument->get_name(true);
+                if (argument->get_items_expected_max() > 1) name += "...";
+                usage += argument->get_required() ? " " + name : " [" + name + "]";
+            }
+        }
+        if (app->get_require_subcommand_min() > 0) usage += " " + get_label("SUBCOMMAND");
+        return usage + "\n";
     }
 
     // The usage line shows what is required, the description tells the default.
@@ -137,26 +165,57 @@ CommandLine::CommandLine(std::string programName, const std::string& description
     app.set_version_flag("--version", program + " " CORVANE_VERSION, words.version);
 }
 
-std::optional<int> CommandLine::parse(int argc, char** argv) {
+bool CommandLine::read(std::vector<std::string> arguments) {
+    std::ranges::reverse(arguments);  // the order in which CLI11 takes a list
     try {
-        app.parse(argc, argv);
-        return std::nullopt;
+        app.parse(std::move(arguments));
+        return true;
     } catch (const CLI::CallForHelp&) {
         print(app.help());
-        return 0;
+        return false;
     } catch (const CLI::CallForVersion& version) {
         print(version.what());
-        return 0;
+        return false;
     } catch (const CLI::ParseError& error) {
-        complain(explain(error) + words.seeHelp);
+        throw std::invalid_argument(explain(error) + words.seeHelp);
+    }
+}
+
+std::optional<int> CommandLine::parse(int argc, char** argv) {
+    try {
+        if (read({argv + 1, argv + argc})) return std::nullopt;
+        return 0;
+    } catch (const std::invalid_argument& error) {
+        complain(error.what());
         return wrongUsage;
     }
+}
+
+std::string CommandLine::explainUnknown(const std::string& argument) const {
+    const CLI::App* level = &app;
+    std::vector<std::string> options;
+    for (bool deeper = true; deeper;) {
+        for (const CLI::Option* option : level->get_options())
+            if (!option->get_lnames().empty()) options.push_back("--" + option->get_lnames().front());
+        const auto selected = level->get_subcommands();
+        deeper = !selected.empty();
+        if (deeper) level = selected.front();
+    }
+    std::vector<std::string> commands;
+    for (const CLI::App* command : level->get_subcommands({}))
+        commands.push_back(command->get_name());
+    const bool isOption = argument.starts_with('-');
+    const bool isCommand = !isOption && !commands.empty();
+    std::string text = (isCommand ? words.unknownCommand : words.unknown) + argument;
+    if (const auto name = nearest(argument, isOption ? options : commands))
+        text += words.perhaps + *name + "?";
+    return text;
 }
 
 // CLI11 tells the kind of an error by a type name and the options by the first and last word of its
 // English text.
 std::string CommandLine::explain(const CLI::ParseError& error) const {
-    if (const auto unknown = app.remaining(true); !unknown.empty()) return words.unknown + unknown.front();
+    if (const auto unknown = app.remaining(true); !unknown.empty()) return explainUnknown(unknown.front());
     const std::string kind = error.get_name();
     const std::string text = error.what();
     if (kind == "RequiredError")

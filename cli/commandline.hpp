@@ -5,7 +5,9 @@
 #include <CLI/CLI.hpp>
 
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace Cli {
 
@@ -20,6 +22,10 @@ public:
 
     /// Takes the options and commands of the program.
     CLI::App app;
+
+    /// Reads the arguments after the program's name. Prints help or the version and returns false when
+    /// they ask for it. Throws std::invalid_argument for a mistake.
+    bool read(std::vector<std::string> arguments);
 
     /// Reads the command line. When that ends the program (help, version or a mistake), prints the
     /// answer and returns the exit status: 0, or `wrongUsage`.
@@ -52,6 +58,7 @@ private:
     // "takes 1 to 254, not ".
     std::string rangeText(const std::string& lowest, const std::string& highest) const;
     std::string explain(const CLI::ParseError& error) const;
+    std::string explainUnknown(const std::string& argument) const;
 
     const std::string program;
     const Words& words;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/link.hpp"
+#include "cli/session.hpp"
 
 #include <cstdint>
 #include <string>
@@ -8,42 +8,74 @@
 
 // The commands of corvane-cli. Each prints its result on standard output, as a table or as JSON.
 // A wrong argument throws std::invalid_argument before anything is sent; other failures throw other
-// exceptions.
+// exceptions, mostly a Failure.
 namespace Cli {
 
-/// What all commands share.
-struct Session {
-    Endpoint endpoint;
-    bool verbose = false;
-    bool json = false;
-};
+/// With `all`, also the computer's own ports.
+void listPorts(const Session& session, bool all);
 
-void listPorts(const Session& session);
+/// `range`: "FIRST-LAST" or one address, 1 to 254.
+void scan(Session& session, const std::string& range);
 
-/// `range`: "FIRST-LAST" or one address, 1 to 255.
-void scan(const Session& session, const std::string& range);
+/// Asks on the terminal first.
+void assignAddresses(Session& session);
 
-/// Asks on the terminal first, unless `confirmed`.
-void assignAddresses(const Session& session, bool confirmed);
-
-void showInfo(const Session& session, std::uint8_t address);
+void showInfo(Session& session, const Addresses& addresses);
 
 /// All 92 settable modules when none is named.
-void readModules(const Session& session, std::uint8_t address, const std::vector<std::string>& modules);
+void readModules(Session& session, const Addresses& addresses, const std::vector<std::string>& modules);
 
 /// Reads the module, changes the named fields and writes it whole.
-void writeModule(const Session& session, std::uint8_t address, const std::string& module,
+void writeModule(Session& session, const Addresses& addresses, const std::string& module,
                  const std::vector<std::string>& assignments);
 
-/// With `watch`, prints readings until the link ends or the user interrupts.
-void showMeters(const Session& session, std::uint8_t address, bool watch);
+/// With `watched`, prints readings until the link ends, the user interrupts or a speaker has missed
+/// ten in a row.
+void showMeters(Session& session, const Addresses& addresses, bool watched);
 
-void listPresets(const Session& session, std::uint8_t address);
-void loadPreset(const Session& session, std::uint8_t address, std::uint32_t number);
-void savePreset(const Session& session, std::uint8_t address, std::uint32_t number, const std::string& name);
-void deletePreset(const Session& session, std::uint8_t address, std::uint32_t number);
+/// The last three throw a Failure `refused` when the board has not done it. Replacing and deleting ask.
+void listPresets(Session& session, const Addresses& addresses);
+void loadPreset(Session& session, const Addresses& addresses, std::uint32_t number);
+void savePreset(Session& session, const Addresses& addresses, std::uint32_t number, const std::string& name);
+void deletePreset(Session& session, const Addresses& addresses, std::uint32_t number);
 
-/// The curve of an input's equaliser, or of an output's with its crossover.
-void showResponse(const Session& session, std::uint8_t address, const std::string& channel);
+/// Prints a show file. Each request that gets no answer is made again, here and in the next two.
+void backup(Session& session, const Addresses& addresses);
+
+/// What differs between a show file and the chain. Speakers match by serial number, then by address.
+/// Throws a Failure `refused` when anything differs.
+void diff(Session& session, const std::string& file);
+
+struct RestoreOptions {
+    std::vector<std::string> only;   // kinds of modules; empty: all
+    std::vector<std::string> moves;  // "2=1": what the file holds of 2 goes to 1
+    bool dryRun = false;
+};
+
+/// Writes what differs from a show file, and reads back each module that it has written. Presets are
+/// not touched.
+void restore(Session& session, const std::string& file, const RestoreOptions& options);
+
+/// Writes the filters of a text file into the bands of a channel from band `from` on, bypasses those that
+/// are left over, and compares what the board holds then. Standard error tells what was limited or did
+/// not fit.
+void importEqualiser(Session& session, const Addresses& addresses, const std::string& channel,
+                     const std::string& file, std::uint32_t from);
+
+/// Prints the bands of a channel as such a file.
+void exportEqualiser(Session& session, std::uint8_t address, const std::string& channel);
+
+/// Pings and reads in turn, for so many seconds, and tells what the line did with each speaker. Throws a
+/// Failure `noAnswer` when a reply was lost.
+void checkLine(Session& session, const Addresses& addresses, double seconds);
+
+struct ResponseOptions {
+    std::vector<std::string> channels;
+    std::vector<std::string> sum;  // channels that are added with their gain, polarity, mute and delay
+    std::string svg;               // file for a drawing
+};
+
+/// Level and phase of inputs' equalisers, of outputs' with their crossovers, and of a sum.
+void showResponse(Session& session, const Addresses& addresses, const ResponseOptions& options);
 
 }  // namespace Cli

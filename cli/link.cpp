@@ -1,9 +1,15 @@
 #include "cli/link.hpp"
 
+#include "simulator/line.hpp"
+#include "simulator/memorytransport.hpp"
+
+#include "Wendril/runtime/serialqueue.hpp"
+#include "Wendril/text.hpp"
+
 #include <array>
 #include <csignal>
 #include <cstdio>
-#include <stdexcept>
+#include <filesystem>
 #include <utility>
 
 #include <poll.h>
@@ -14,8 +20,24 @@ using namespace Wendril;
 
 namespace {
 
+// A name without a directory is looked up where udev makes links to the ports.
+std::string pathOf(const std::string& port) {
+    if (port.find('/') != port.npos) return port;
+    for (const char* const directory : {"/dev/", "/dev/serial/by-id/"})
+        if (std::error_code ignored; std::filesystem::exists(directory + port, ignored))
+            return directory + port;
+    return port;
+}
+
 std::shared_ptr<Transport> transportTo(const Endpoint& endpoint) {
-    if (!endpoint.port.empty()) return std::make_shared<SerialTransport>(endpoint.port, K7Q::baudRate);
+    if (endpoint.demoSpeakers > 0) {
+        Simulator::LineOptions options;
+        options.boards = endpoint.demoSpeakers;
+        return std::make_shared<Simulator::MemoryTransport>(
+            std::make_shared<Simulator::Line>(std::make_shared<SerialQueue>("demo"), options));
+    }
+    if (!endpoint.port.empty())
+        return std::make_shared<SerialTransport>(pathOf(endpoint.port), K7Q::baudRate);
     return std::make_shared<TCPTransport>(endpoint.bridge.host, endpoint.bridge.port);
 }
 
@@ -27,12 +49,25 @@ const Wakeup& interruption() {
     return wakeup;
 }
 
-void onSignal(int) { interruption().raise(); }
+volatile std::sig_atomic_t lastSignal = 0;
+
+void onSignal(int signal) {
+    lastSignal = signal;
+    interruption().raise();
+}
 
 }  // namespace
 
+std::string Endpoint::name() const {
+    if (demoSpeakers > 0) return "cadeia simulada";
+    if (!port.empty()) return port;
+    const bool isIPv6 = bridge.host.find(':') != bridge.host.npos;
+    return (isIPv6 ? "[" + bridge.host + "]" : bridge.host) + ":" + std::to_string(bridge.port);
+}
+
 Link::Link(const Endpoint& endpoint, bool verbose)
-    : loss(std::make_shared<Loss>())
+    : name(endpoint.name())
+    , loss(std::make_shared<Loss>())
     , bus(std::make_shared<Bus>(transportTo(endpoint))) {
     if (verbose) run(bus->setLogger(printLogLine));
     run(bus->onClose([loss = loss](const std::exception_ptr& error) {
@@ -44,7 +79,7 @@ Link::Link(const Endpoint& endpoint, bool verbose)
     std::signal(SIGTERM, onSignal);
     watcher = std::thread([this] { closeOnInterruption(); });
     try {
-        run(bus->open());
+        open();
     } catch (...) {
         stopWatching();
         throw;
@@ -54,6 +89,32 @@ Link::Link(const Endpoint& endpoint, bool verbose)
 Link::~Link() {
     stopWatching();
     spawn(bus->executor, bus->close()).get();
+}
+
+void Link::open() {
+    try {
+        run(bus->open());
+    } catch (const TransportError& error) {
+        throw Failure(ExitStatus::cannotOpen,
+                      std::string(error.what()) + "; confira o nome e o cabo (corvane-cli ports)");
+    } catch (const std::system_error& error) {
+        throw Failure(ExitStatus::cannotOpen, "Não foi possível conectar à ponte " + name + ": " +
+                                                  error.what() + "; confira o endereço e a rede");
+    }
+}
+
+Failure Link::failureOf(const BusError& error, std::uint8_t address) const {
+    const std::string speaker = address == 0 ? "nenhuma caixa" : "a caixa " + twoDigits(address);
+    const std::string request = " (função " + std::to_string(error.fun()) + ")";
+    Failure failure(ExitStatus::failed, error.what());
+    if (error.kind() == BusError::Case::timeout)
+        failure = {ExitStatus::noAnswer, speaker + " não respondeu em " + name + request +
+                                             "; confira alimentação, cabo e endereço"};
+    else if (error.kind() == BusError::Case::rejected)
+        failure = {ExitStatus::refused, speaker + " recusou o comando" + request};
+    if (address != 0) failure.address = address;
+    if (error.kind() != BusError::Case::closed) failure.function = error.fun();
+    return failure;
 }
 
 void Link::stopWatching() {
@@ -71,15 +132,22 @@ void Link::closeOnInterruption() {
     if (entries[0].revents == 0) return;
     {
         const std::scoped_lock lock(loss->mutex);
-        loss->interrupted = true;
+        loss->signal = lastSignal;
     }
     bus->abandon();
 }
 
+Link::Counts Link::counts(std::uint8_t address) const {
+    const LineRecord::Summary summary = bus->record->summary();
+    const auto found = summary.addresses.find(address);
+    if (found == summary.addresses.end()) return {0, 0, summary.droppedBytes};
+    return {found->second.timedOut, found->second.resent, summary.droppedBytes};
+}
+
 void Link::throwIfLost() {
     const std::scoped_lock lock(loss->mutex);
-    if (loss->interrupted) throw Interrupted();
-    if (!loss->text.empty()) throw std::runtime_error(loss->text);
+    if (loss->signal != 0) throw Interrupted(loss->signal);
+    if (!loss->text.empty()) throw Failure(ExitStatus::failed, loss->text);
 }
 
 }  // namespace Cli

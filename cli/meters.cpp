@@ -1,8 +1,11 @@
 #include "cli/commands.hpp"
 #include "cli/output.hpp"
 
+#include "Wendril/text.hpp"
+
 #include <chrono>
 #include <exception>
+#include <map>
 
 #include <unistd.h>
 
@@ -14,41 +17,69 @@ namespace {
 
 constexpr auto pauseBetweenReadings = std::chrono::milliseconds(60);
 
-void printLevels(const Session& session, const std::vector<float>& levels, bool sameLine) {
-    if (session.json) {
-        Json object = Json::object();
-        for (std::size_t i = 0; i < levels.size(); ++i)
-            object[std::string(K7Q::meterChannels[i])] = jsonOf(levels[i]);
-        return print(object.dump() + "\n");
-    }
-    std::string text;
+constexpr int mostGaps = 10;  // in a row, then the speaker is gone
+
+Answer answerOf(const std::vector<float>& levels) {
+    Answer answer{Json::object(), ""};
     for (std::size_t i = 0; i < levels.size(); ++i) {
+        const std::string channel(K7Q::meterChannels[i]);
+        answer.json[channel] = jsonOf(levels[i]);
         const std::string level = fixed(levels[i], 1);
-        text += std::string(K7Q::meterChannels[i]) +
-                std::string(level.size() < 7 ? 7 - level.size() : 1, ' ') + level + " dB   ";
+        answer.text += channel + std::string(level.size() < 7 ? 7 - level.size() : 1, ' ') + level + " dB   ";
     }
-    print(sameLine ? "\r" + text : text + "\n");
+    return answer;
 }
 
-// A terminal shows the levels in one line that overwrites itself.
-bool watchesOnOneLine(const Session& session) { return !session.json && ::isatty(STDOUT_FILENO) != 0; }
+// A single speaker's levels stand in one line of a terminal that overwrites itself.
+bool watchesOnOneLine(const Session& session, std::size_t speakers) {
+    return !session.json && speakers == 1 && ::isatty(STDOUT_FILENO) != 0;
+}
 
-Task<void> watchMeters(K7QClient client, std::uint8_t address, Session session) {
-    for (;;) {
-        printLevels(session, co_await client.meters(address), watchesOnOneLine(session));
-        co_await sleepFor(pauseBetweenReadings);
+void printReading(const Session& session, std::uint8_t address, const Answer& answer, std::size_t speakers) {
+    if (session.json) {
+        Json line = answer.json;
+        if (speakers > 1) line["address"] = address;
+        print(line.dump() + "\n");
+    } else if (watchesOnOneLine(session, speakers)) {
+        print("\r" + answer.text);
+    } else {
+        print((speakers > 1 ? twoDigits(address) + "  " : "") + answer.text + "\n");
     }
+}
+
+void watch(Session& session, const std::vector<std::uint8_t>& targets) {
+    Link& link = session.link();
+    std::map<std::uint8_t, int> gaps;
+    for (;;)
+        for (const std::uint8_t address : targets) {
+            Answer answer;
+            try {
+                answer = answerOf(link.run(link.client().meters(address), address));
+                gaps[address] = 0;
+            } catch (const Failure& failure) {
+                if (failure.status != ExitStatus::noAnswer || ++gaps[address] >= mostGaps) throw;
+                answer = {Json{{"gap", true}}, "sem resposta"};
+            }
+            printReading(session, address, answer, targets.size());
+            link.run(sleepFor(pauseBetweenReadings));
+        }
 }
 
 }  // namespace
 
-void showMeters(const Session& session, std::uint8_t address, bool watch) {
-    Link link(session.endpoint, session.verbose);
-    if (!watch) return printLevels(session, link.run(link.client().meters(address)), false);
+void showMeters(Session& session, const Addresses& addresses, bool watched) {
+    if (!watched)
+        return session.forEach(addresses, [&session](std::uint8_t address) {
+            Link& link = session.link();
+            Answer answer = answerOf(link.run(link.client().meters(address), address));
+            answer.text += "\n";
+            return answer;
+        });
+    const auto targets = session.resolve(addresses);
     try {
-        link.run(watchMeters(link.client(), address, session));
+        watch(session, targets);
     } catch (const std::exception&) {
-        if (watchesOnOneLine(session)) print("\n");
+        if (watchesOnOneLine(session, targets.size())) print("\n");
         throw;
     }
 }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -50,21 +51,67 @@ std::string slopeList() {
     return list;
 }
 
-void parseInto(const ModuleRef& module, const std::string& field, std::string text, float& target) {
+// "2,5k" is 2500; decimal point or comma.
+std::optional<double> parseDecimal(std::string text) {
+    const bool isThousands = text.ends_with('k') || text.ends_with('K');
+    if (isThousands) text.pop_back();
     std::ranges::replace(text, ',', '.');
-    const auto number = parseNumber<float>(text);
+    const auto number = parseNumber<double>(text);
+    // In the decimal notation of the user: 2.3k is 2300 exactly.
+    return number && isThousands ? std::round(*number * 1e6) / 1e3 : number;
+}
+
+constexpr struct {
+    PeqType type;
+    std::string_view name;
+} peqTypeNames[] = {
+    {PeqType::peak, "peak"},
+    {PeqType::lowShelf, "low shelf"},
+    {PeqType::highShelf, "high shelf"},
+};
+
+std::string peqTypeList() {
+    std::string list;
+    for (const auto& [type, name] : peqTypeNames)
+        list += (list.empty() ? "" : ", ") + std::to_string(static_cast<int>(type)) + " (" +
+                std::string(name) + ")";
+    return list;
+}
+
+// Names compare without blanks, capitals and the unit: "linkwitz24" is "Linkwitz 24 dB".
+std::string bare(std::string_view name) {
+    std::string letters = lowered(std::string(name));
+    std::erase_if(letters, [](char c) { return c == ' ' || c == '-' || c == '_'; });
+    if (letters.ends_with("db")) letters.resize(letters.size() - 2);
+    return letters;
+}
+
+std::optional<std::uint8_t> codeOfType(ModuleKind kind, std::string_view text) {
+    if (kind == ModuleKind::peq) {
+        for (const auto& [type, name] : peqTypeNames)
+            if (bare(name) == bare(text)) return static_cast<std::uint8_t>(type);
+    } else {
+        for (const auto& slope : FilterMath::slopes)
+            if (bare(slope.name) == bare(text)) return slope.code;
+    }
+    return std::nullopt;
+}
+
+void parseInto(const ModuleRef& module, const std::string& field, const std::string& text, float& target) {
+    const auto number = parseDecimal(text);
     if (!number) refuse(field + " precisa de um número, não \"" + text + "\"");
     checkLimits(module, field, *number);
-    target = *number;
+    target = static_cast<float>(*number);
 }
 
 void parseInto(const ModuleRef& module, const std::string& field, const std::string& text,
                std::uint32_t& target) {
-    const auto number = parseNumber<std::uint32_t>(text);
-    if (!number) refuse(field + " precisa de um número inteiro, não \"" + text + "\"");
+    const auto number = parseDecimal(text);
+    if (!number || std::trunc(*number) != *number)
+        refuse(field + " precisa de um número inteiro, não \"" + text + "\"");
     checkLimits(module, field, *number);
-    if (isTime(field)) checkTime(field, *number);
-    target = *number;
+    target = static_cast<std::uint32_t>(*number);
+    if (isTime(field)) checkTime(field, target);
 }
 
 void parseInto(const ModuleRef&, const std::string& field, const std::string& text, bool& target) {
@@ -75,21 +122,14 @@ void parseInto(const ModuleRef&, const std::string& field, const std::string& te
 
 void parseInto(const ModuleRef& module, const std::string& field, const std::string& text,
                std::uint8_t& target) {
-    const auto code = parseNumber<std::uint8_t>(text);
+    auto code = parseNumber<std::uint8_t>(text);
+    if (!code) code = codeOfType(module.kind, text);
     if (module.kind == ModuleKind::peq) {
-        if (!code || !peqTypeFromRaw(*code))
-            refuse(field + " aceita 0 (peak), 1 (low shelf) ou 2 (high shelf)");
+        if (!code || !peqTypeFromRaw(*code)) refuse(field + " aceita " + peqTypeList());
     } else if (!code || std::ranges::none_of(FilterMath::slopes,
                                              [&](const auto& slope) { return slope.code == *code; }))
         refuse(field + " aceita " + slopeList());
     target = *code;
-}
-
-std::string kindList() {
-    std::string list;
-    for (const auto& entry : moduleKindNames)
-        list += (list.empty() ? "" : ", ") + std::string(entry.name);
-    return list;
 }
 
 // "PEQ/In0/0 a PEQ/In0/3, PEQ/In1/0 a …": the bands of a channel are one range.
@@ -111,6 +151,13 @@ std::string labelsOfKind(const std::string& kind) {
 
 }  // namespace
 
+std::string settableKinds() {
+    std::string list;
+    for (const auto& entry : moduleKindNames)
+        if (entry.kind != ModuleKind::vu) list += (list.empty() ? "" : ", ") + std::string(entry.name);
+    return list;
+}
+
 ModuleRef parseModule(const std::string& text) {
     if (const auto number = parseNumber<std::uint8_t>(text)) {
         if (const auto ref = K7Q::module(*number)) return *ref;
@@ -120,7 +167,7 @@ ModuleRef parseModule(const std::string& text) {
     for (const ModuleRef& ref : K7Q::modules())
         if (lowered(labelOf(ref)) == wanted) return ref;
     const std::string ofKind = labelsOfKind(wanted.substr(0, wanted.find('/')));
-    if (ofKind.empty()) refuse("não há módulo \"" + text + "\"; os tipos são " + kindList());
+    if (ofKind.empty()) refuse("não há módulo \"" + text + "\"; os tipos são " + settableKinds());
     refuse("não há módulo \"" + text + "\"; há " + ofKind);
 }
 

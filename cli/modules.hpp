@@ -14,6 +14,9 @@ namespace Cli {
 /// "GAIN/In0", "PEQ/Out2/4" (letters in any case) or a module number, 1 to 98.
 Wendril::ModuleRef parseModule(const std::string& text);
 
+/// "GAIN, PEQ, HPF …": the kinds that hold settings.
+std::string settableKinds();
+
 /// Changes one field of a value.
 using Change = std::function<void(Wendril::ModuleValue& value)>;
 

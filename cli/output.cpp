@@ -1,15 +1,13 @@
 #include "cli/output.hpp"
 
-#include "Wendril/fields.hpp"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <string_view>
 #include <system_error>
-#include <type_traits>
 
 namespace Cli {
 
@@ -31,14 +29,36 @@ std::string line(const Row& row, const std::vector<std::size_t>& widths) {
 
 }  // namespace
 
-void print(const std::string& text) {
+std::string printable(const std::string& text) {
+    constexpr std::string_view replacement = "\uFFFD";
+    std::string clean;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        // U+0080 to U+009F are control characters too.
+        const bool isC1 =
+            byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+        if (isC1) ++i;
+        if (isC1 || byte == 0x7F || (byte < 0x20 && byte != '\n' && byte != '\r'))
+            clean += replacement;
+        else
+            clean += text[i];
+    }
+    return clean;
+}
+
+void print(const std::string& raw) {
+    const std::string text = printable(raw);
     if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
     throw std::system_error(errno, std::generic_category(), "não foi possível escrever o resultado");
 }
 
 void printJson(const Json& json) { print(json.dump(2) + "\n"); }
 
-std::string table(const Row& titles, const std::vector<Row>& rows) {
+std::string table(const Row& titles, std::vector<Row> rows) {
+    for (Row& row : rows)
+        for (std::string& cell : row)
+            std::ranges::replace_if(
+                cell, [](char c) { return c == '\n' || c == '\r'; }, '\x7F');
     std::vector<std::size_t> widths;
     for (const std::string& title : titles)
         widths.push_back(widthOf(title));
@@ -57,26 +77,6 @@ std::string fixed(double number, int decimals) {
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
                                    std::chars_format::fixed, decimals);
     return {digits.data(), end.ptr};
-}
-
-Json jsonOf(float number) {
-    if (!std::isfinite(number)) return nullptr;
-    std::array<char, 32> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-    double exact = 0;
-    std::from_chars(digits.data(), end.ptr, exact);
-    return exact;
-}
-
-Json jsonOf(const Wendril::ModuleValue& value) {
-    Json fields = Json::object();
-    Wendril::forEachField(value, [&fields](const char* name, const auto& field) {
-        if constexpr (std::is_floating_point_v<std::remove_cvref_t<decltype(field)>>)
-            fields[name] = jsonOf(field);
-        else
-            fields[name] = field;
-    });
-    return fields;
 }
 
 }  // namespace Cli

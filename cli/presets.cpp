@@ -1,6 +1,8 @@
+#include "cli/presets.hpp"
 #include "cli/commands.hpp"
 #include "cli/output.hpp"
 
+#include "Wendril/limits.hpp"
 #include "Wendril/text.hpp"
 
 #include <functional>
@@ -12,85 +14,127 @@ using namespace Wendril;
 
 namespace {
 
-struct StoredPreset {
-    std::uint32_t number;
-    std::string name;
-};
+std::string quoted(const std::string& name) { return "\"" + name + "\""; }
 
-struct PresetDirectory {
-    K7QClient::PresetInfo info;
-    std::vector<StoredPreset> stored;
-};
-
-Task<PresetDirectory> readPresets(K7QClient client, std::uint8_t address) {
-    PresetDirectory directory;
-    directory.info = co_await client.presetInfo(address);
-    for (std::uint32_t n = 0; n < 32; ++n) {
-        if (!directory.info.isStored(static_cast<int>(n))) continue;
-        std::string name = co_await client.presetName(address, n);
-        directory.stored.push_back({n, std::move(name)});
-    }
-    co_return directory;
+void checkName(const std::string& name) {
+    if (name.find_first_not_of(" \t") == name.npos) throw std::invalid_argument("falta o nome do preset");
+    if (name.size() > presetNameBytes)
+        throw std::invalid_argument("o nome " + quoted(name) + " tem " + std::to_string(name.size()) +
+                                    " bytes; cabem " + std::to_string(presetNameBytes));
+    if (printable(name) != name || name.find_first_of("\r\n") != name.npos)
+        throw std::invalid_argument("o nome " + quoted(name) + " tem caracteres de controle");
 }
 
-// A board acknowledges a preset command even when it refuses it. Its preset directory afterwards
-// shows whether it was `done`.
-Task<void> changePreset(K7QClient client, std::uint8_t address, Task<void> command,
-                        std::function<bool(const K7QClient::PresetInfo&)> done) {
-    co_await std::move(command);
-    const K7QClient::PresetInfo after = co_await client.presetInfo(address);
-    if (!done(after)) throw std::runtime_error("a caixa " + twoDigits(address) + " não fez o que foi pedido");
+// The state of the board after a command, for the message of a refusal.
+std::string stateText(const PresetDirectory& directory, std::uint32_t number) {
+    const auto name = directory.nameOf(number);
+    return "na caixa, o preset " + std::to_string(number) + " " +
+           (name ? "é " + quoted(*name) : std::string("está vazio")) + " e o atual é o " +
+           std::to_string(directory.info.current);
 }
 
-void printPresetState(const Session& session, const char* action, std::uint32_t number) {
-    if (session.json)
-        printJson(Json{{"preset", number}, {"action", action}});
-    else
-        print("preset " + std::to_string(number) + " " + action + "\n");
+struct PresetCommand {
+    Fun fun;
+    const char* done;  // "salvo"
+    const char* verb;  // "salvar"
+};
+
+// Sends the command. The board has done it when its status says so and its directory shows it.
+Answer change(Session& session, std::uint8_t address, std::uint32_t number, const PresetCommand& command,
+              Task<bool> request, const std::function<bool(const PresetDirectory&)>& isDone) {
+    Link& link = session.link();
+    const bool accepted = link.run(std::move(request), address);
+    const PresetDirectory after = readPresets(session, address);
+    if (!accepted || !isDone(after))
+        throw Failure(ExitStatus::refused,
+                      "a caixa " + twoDigits(address) + " não quis " + command.verb + " o preset " +
+                          std::to_string(number) + "; " + stateText(after, number),
+                      address, static_cast<std::uint8_t>(command.fun));
+    return {Json{{"preset", number}, {"action", command.done}},
+            "preset " + std::to_string(number) + " " + command.done + "\n"};
+}
+
+PresetDirectory requireStored(Session& session, std::uint8_t address, std::uint32_t number, Fun fun) {
+    PresetDirectory directory = readPresets(session, address);
+    if (!directory.nameOf(number))
+        throw Failure(ExitStatus::refused,
+                      "o preset " + std::to_string(number) + " da caixa " + twoDigits(address) +
+                          " está vazio",
+                      address, static_cast<std::uint8_t>(fun));
+    return directory;
 }
 
 }  // namespace
 
-void listPresets(const Session& session, std::uint8_t address) {
-    Link link(session.endpoint, session.verbose);
-    const PresetDirectory directory = link.run(readPresets(link.client(), address));
-    if (session.json) {
-        Json list = Json::array();
-        for (const StoredPreset& preset : directory.stored)
-            list.push_back({{"number", preset.number}, {"name", preset.name}});
-        return printJson(Json{
-            {"startUp", directory.info.startUp}, {"current", directory.info.current}, {"presets", list}});
+std::optional<std::string> PresetDirectory::nameOf(std::uint32_t number) const {
+    const auto found = names.find(number);
+    if (found == names.end()) return std::nullopt;
+    return found->second;
+}
+
+PresetDirectory readPresets(Session& session, std::uint8_t address) {
+    Link& link = session.link();
+    PresetDirectory directory{link.run(link.client().presetInfo(address), address), {}};
+    for (std::uint32_t n = 0; n < 32; ++n) {
+        if (!directory.info.isStored(static_cast<int>(n))) continue;
+        try {
+            directory.names[n] = link.run(link.client().presetName(address, n), address);
+        } catch (const Failure& failure) {
+            if (failure.status != ExitStatus::noAnswer) throw;
+            directory.names[n] = "Preset " + std::to_string(n);
+        }
     }
-    std::vector<Row> rows;
-    for (const StoredPreset& preset : directory.stored)
-        rows.push_back({std::to_string(preset.number), preset.name,
-                        preset.number == directory.info.current ? "atual" : ""});
-    print(table({"nº", "nome", ""}, rows));
+    return directory;
 }
 
-void loadPreset(const Session& session, std::uint8_t address, std::uint32_t number) {
-    Link link(session.endpoint, session.verbose);
-    const K7QClient client = link.client();
-    link.run(changePreset(client, address, client.loadPreset(address, number), [number](const auto& info) {
-        return info.current == number && info.isStored(static_cast<int>(number));
-    }));
-    printPresetState(session, "carregado", number);
+void listPresets(Session& session, const Addresses& addresses) {
+    session.forEach(addresses, [&session](std::uint8_t address) -> Answer {
+        const PresetDirectory directory = readPresets(session, address);
+        Json list = Json::array();
+        std::vector<Row> rows;
+        for (const auto& [number, name] : directory.names) {
+            list.push_back({{"number", number}, {"name", name}});
+            rows.push_back({std::to_string(number), name, number == directory.info.current ? "atual" : ""});
+        }
+        return {
+            Json{{"startUp", directory.info.startUp}, {"current", directory.info.current}, {"presets", list}},
+            table({"nº", "nome", ""}, std::move(rows))};
+    });
 }
 
-void savePreset(const Session& session, std::uint8_t address, std::uint32_t number, const std::string& name) {
-    Link link(session.endpoint, session.verbose);
-    const K7QClient client = link.client();
-    link.run(changePreset(client, address, client.savePreset(address, number, name),
-                          [number](const auto& info) { return info.isStored(static_cast<int>(number)); }));
-    printPresetState(session, "salvo", number);
+void loadPreset(Session& session, const Addresses& addresses, std::uint32_t number) {
+    session.forEach(addresses, [&](std::uint8_t address) {
+        requireStored(session, address, number, Fun::presetLoad);
+        return change(session, address, number, {Fun::presetLoad, "carregado", "carregar"},
+                      session.link().client().loadPreset(address, number),
+                      [number](const PresetDirectory& now) { return now.info.current == number; });
+    });
 }
 
-void deletePreset(const Session& session, std::uint8_t address, std::uint32_t number) {
-    Link link(session.endpoint, session.verbose);
-    const K7QClient client = link.client();
-    link.run(changePreset(client, address, client.deletePreset(address, number),
-                          [number](const auto& info) { return !info.isStored(static_cast<int>(number)); }));
-    printPresetState(session, "apagado", number);
+void savePreset(Session& session, const Addresses& addresses, std::uint32_t number, const std::string& name) {
+    checkName(name);
+    session.forEach(addresses, [&](std::uint8_t address) {
+        const PresetDirectory before = readPresets(session, address);
+        if (const auto stored = before.nameOf(number))
+            session.confirm("O preset " + std::to_string(number) + " da caixa " + twoDigits(address) + ", " +
+                            quoted(printable(*stored)) + ", vai ser substituído. Continuar?");
+        const std::string shown =
+            fieldText({reinterpret_cast<const std::uint8_t*>(name.data()), name.size()});
+        return change(session, address, number, {Fun::presetSave, "salvo", "salvar"},
+                      session.link().client().savePreset(address, number, name),
+                      [&](const PresetDirectory& now) { return now.nameOf(number) == shown; });
+    });
+}
+
+void deletePreset(Session& session, const Addresses& addresses, std::uint32_t number) {
+    session.forEach(addresses, [&](std::uint8_t address) {
+        const auto before = requireStored(session, address, number, Fun::presetDelete);
+        session.confirm("O preset " + std::to_string(number) + " da caixa " + twoDigits(address) + ", " +
+                        quoted(printable(*before.nameOf(number))) + ", vai ser apagado. Continuar?");
+        return change(session, address, number, {Fun::presetDelete, "apagado", "apagar"},
+                      session.link().client().deletePreset(address, number),
+                      [number](const PresetDirectory& now) { return !now.nameOf(number); });
+    });
 }
 
 }  // namespace Cli

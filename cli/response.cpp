@@ -1,10 +1,9 @@
 #include "cli/commands.hpp"
+#include "cli/curves.hpp"
+#include "cli/file.hpp"
 #include "cli/output.hpp"
 #include "cli/settings.hpp"
 
-#include "Wendril/filtermath.hpp"
-
-#include <span>
 #include <stdexcept>
 
 namespace Cli {
@@ -13,46 +12,51 @@ using namespace Wendril;
 
 namespace {
 
-constexpr std::size_t curvePoints = 320;
-constexpr double lowestFrequency = 20;
-constexpr double highestFrequency = 20000;
-
-// The modules that shape a channel's curve, in map order.
-std::vector<ModuleRef> curveModules(const std::string& channel) {
-    std::vector<ModuleRef> modules;
-    for (const ModuleRef& module : K7Q::modules())
-        if (module.channel == channel && (module.kind == ModuleKind::peq || module.kind == ModuleKind::hpf ||
-                                          module.kind == ModuleKind::lpf))
-            modules.push_back(module);
-    return modules;
-}
-
-std::vector<double> curve(const ModuleValues& values, std::span<const double> frequencies) {
-    std::vector<PeqValue> bands;
-    FilterMath::Crossover crossover;
-    for (const auto& [number, value] : values) {
-        if (const auto* band = value.as<PeqValue>()) bands.push_back(*band);
-        const auto* filter = value.as<FilterValue>();
-        if (!filter) continue;
-        (K7Q::module(number)->kind == ModuleKind::hpf ? crossover.highPass : crossover.lowPass) = *filter;
+Answer answerOf(const std::vector<Curve>& curves) {
+    const auto& frequencies = curveFrequencies();
+    Json list = Json::array();
+    Row titles{"Hz"};
+    std::vector<Row> rows;
+    for (const double frequency : frequencies)
+        rows.push_back({fixed(frequency, 2)});
+    for (const Curve& curve : curves) {
+        const auto db = curve.db();
+        const auto degrees = curve.degrees();
+        list.push_back({{"name", curve.name}, {"db", db}, {"phase", degrees}});
+        titles.insert(titles.end(), {curve.name + " dB", "fase °"});
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            rows[i].insert(rows[i].end(), {fixed(db[i], 2), fixed(degrees[i], 1)});
     }
-    return FilterMath::response(bands, crossover, frequencies);
+    return {Json{{"frequencies", frequencies}, {"curves", list}}, table(titles, std::move(rows))};
 }
 
 }  // namespace
 
-void showResponse(const Session& session, std::uint8_t address, const std::string& channel) {
-    const auto modules = curveModules(channel);
-    if (modules.empty())
-        throw std::invalid_argument("não há canal \"" + channel + "\"; há In0, In1, Out0, Out1, Out2, Out3");
-    Link link(session.endpoint, session.verbose);
-    const auto frequencies = FilterMath::frequencies(curvePoints, lowestFrequency, highestFrequency);
-    const auto db = curve(link.run(readEach(link.client(), address, modules)), frequencies);
-    if (session.json) return printJson(Json{{"channel", channel}, {"frequencies", frequencies}, {"db", db}});
-    std::vector<Row> rows;
-    for (std::size_t i = 0; i < frequencies.size(); ++i)
-        rows.push_back({fixed(frequencies[i], 2), fixed(db[i], 2)});
-    print(table({"Hz", "dB"}, rows));
+void showResponse(Session& session, const Addresses& addresses, const ResponseOptions& options) {
+    if (options.channels.empty() && options.sum.empty())
+        throw std::invalid_argument("diga um canal ou --sum");
+    if (!options.svg.empty() && addresses.named.size() != 1)
+        throw std::invalid_argument("--svg desenha as curvas de uma caixa só");
+    for (const auto* const list : {&options.channels, &options.sum})
+        for (const std::string& channel : *list)
+            curveModules(channel, false);
+    session.forEach(addresses, [&](std::uint8_t address) {
+        const auto curve = [&](const std::string& channel, bool level) {
+            Link& link = session.link();
+            const auto values =
+                link.run(readEach(link.client(), address, curveModules(channel, level)), address);
+            return curveOf(channel, values, level);
+        };
+        std::vector<Curve> curves;
+        for (const std::string& channel : options.channels)
+            curves.push_back(curve(channel, false));
+        std::vector<Curve> parts;
+        for (const std::string& channel : options.sum)
+            parts.push_back(curve(channel, true));
+        if (!parts.empty()) curves.push_back(sumOf(parts));
+        if (!options.svg.empty()) writeFile(options.svg, svgOf(curves));
+        return answerOf(curves);
+    });
 }
 
 }  // namespace Cli

@@ -3,14 +3,12 @@
 #include "cli/commands.hpp"
 #include "cli/modules.hpp"
 #include "cli/output.hpp"
+#include "cli/progress.hpp"
 
 #include "Wendril/fields.hpp"
 #include "Wendril/text.hpp"
 
-#include <cstdio>
 #include <stdexcept>
-
-#include <unistd.h>
 
 namespace Cli {
 
@@ -18,44 +16,16 @@ using namespace Wendril;
 
 namespace {
 
-void printValues(const Session& session, const ModuleValues& values) {
-    if (session.json) {
-        Json list = Json::array();
-        for (const auto& [number, value] : values)
-            list.push_back({{"number", number},
-                            {"module", labelOf(K7Q::module(number).value())},
-                            {"value", jsonOf(value)}});
-        return printJson(list);
-    }
+Answer answerOf(const ModuleValues& values) {
+    Json list = Json::array();
     std::vector<Row> rows;
-    for (const auto& [number, value] : values)
-        rows.push_back({std::to_string(number), labelOf(K7Q::module(number).value()), fieldsText(value)});
-    print(table({"nº", "módulo", "valor"}, rows));
+    for (const auto& [number, value] : values) {
+        const std::string label = labelOf(K7Q::module(number).value());
+        list.push_back({{"number", number}, {"module", label}, {"value", jsonOf(value)}});
+        rows.push_back({std::to_string(number), label, fieldsText(value)});
+    }
+    return {list, table({"nº", "módulo", "valor"}, std::move(rows))};
 }
-
-// A progress line that overwrites itself and is erased at the end. Standard error must be a
-// terminal, else nothing is printed.
-class ProgressLine {
-public:
-    explicit ProgressLine(std::uint8_t address)
-        : address(address) {}
-    ~ProgressLine() {
-        if (shown) std::fprintf(stderr, "\r\033[K");
-    }
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
-
-    void show(double fraction) {
-        if (::isatty(STDERR_FILENO) == 0) return;
-        shown = true;
-        std::fprintf(stderr, "\rLendo a caixa %s… %3d%%", twoDigits(address).c_str(),
-                     static_cast<int>(fraction * 100));
-    }
-
-private:
-    const std::uint8_t address;
-    bool shown = false;
-};
 
 std::vector<ModuleRef> parseModules(const std::vector<std::string>& texts) {
     std::vector<ModuleRef> modules;
@@ -67,13 +37,25 @@ std::vector<ModuleRef> parseModules(const std::vector<std::string>& texts) {
     return modules;
 }
 
-Task<ModuleValue> change(K7QClient client, std::uint8_t address, ModuleRef module,
-                         std::vector<Change> changes) {
-    ModuleValue value = co_await client.read(address, module);
+// A refusal says what the board holds now.
+ModuleValue writeVerified(Session& session, std::uint8_t address, const ModuleRef& module,
+                          const std::vector<Change>& changes) {
+    Link& link = session.link();
+    const K7QClient client = link.client();
+    ModuleValue value = link.run(client.read(address, module), address);
     for (const Change& apply : changes)
         apply(value);
-    co_await client.write(address, module, value);
-    co_return value;
+    try {
+        link.run(client.write(address, module, value), address);
+    } catch (const Failure& failure) {
+        if (failure.status != ExitStatus::refused) throw;
+        const ModuleValue held = link.run(client.read(address, module), address);
+        throw Failure(failure.status,
+                      std::string(failure.what()) + "; " + labelOf(module) + " continua com " +
+                          fieldsText(held),
+                      failure.address, failure.function);
+    }
+    return value;
 }
 
 }  // namespace
@@ -85,28 +67,31 @@ Task<ModuleValues> readEach(K7QClient client, std::uint8_t address, std::vector<
     co_return values;
 }
 
-void readModules(const Session& session, std::uint8_t address, const std::vector<std::string>& modules) {
-    const auto parsed = parseModules(modules);
-    Link link(session.endpoint, session.verbose);
-    ModuleValues values;
-    if (parsed.empty()) {
-        ProgressLine line(address);
-        values = link.run(link.client().readAll(address, [&line](double fraction) { line.show(fraction); }));
-    } else {
-        values = link.run(readEach(link.client(), address, parsed));
-    }
-    printValues(session, values);
+ModuleValues readAllModules(Session& session, std::uint8_t address) {
+    ProgressLine line("Lendo a caixa " + twoDigits(address));
+    Link& link = session.link();
+    return link.run(link.client().readAll(address, [&line](double fraction) { line.show(fraction); }),
+                    address);
 }
 
-void writeModule(const Session& session, std::uint8_t address, const std::string& module,
+void readModules(Session& session, const Addresses& addresses, const std::vector<std::string>& modules) {
+    const auto parsed = parseModules(modules);
+    session.forEach(addresses, [&](std::uint8_t address) {
+        Link& link = session.link();
+        return answerOf(parsed.empty() ? readAllModules(session, address)
+                                       : link.run(readEach(link.client(), address, parsed), address));
+    });
+}
+
+void writeModule(Session& session, const Addresses& addresses, const std::string& module,
                  const std::vector<std::string>& assignments) {
     const ModuleRef parsed = parseModule(module);
     std::vector<Change> changes;
     for (const std::string& assignment : assignments)
         changes.push_back(parseChange(parsed, assignment));
-    Link link(session.endpoint, session.verbose);
-    const ModuleValue written = link.run(change(link.client(), address, parsed, changes));
-    printValues(session, {{parsed.index, written}});
+    session.forEach(addresses, [&](std::uint8_t address) {
+        return answerOf({{parsed.index, writeVerified(session, address, parsed, changes)}});
+    });
 }
 
 }  // namespace Cli

@@ -4,8 +4,6 @@
 
 #include "Wendril/text.hpp"
 
-#include <cstdio>
-#include <iostream>
 #include <stdexcept>
 #include <string_view>
 
@@ -15,25 +13,21 @@ using namespace Wendril;
 
 namespace {
 
-constexpr int mostSpeakers = 16;
+Row rowOf(const DeviceInfo& s) { return {twoDigits(s.address), s.model, s.version, s.date, s.serial}; }
+
+std::string tableOf(std::vector<Row> rows) {
+    return table({"caixa", "modelo", "versão", "data", "série"}, std::move(rows));
+}
 
 void printSpeakers(const Session& session, const std::vector<DeviceInfo>& speakers) {
-    if (session.json) {
-        Json list = Json::array();
-        for (const DeviceInfo& s : speakers)
-            list.push_back({{"address", s.address},
-                            {"product", s.product},
-                            {"model", s.model},
-                            {"version", s.version},
-                            {"date", s.date},
-                            {"serial", s.serial}});
-        return printJson(list);
-    }
-    if (speakers.empty()) return;
+    Json list = Json::array();
     std::vector<Row> rows;
-    for (const DeviceInfo& s : speakers)
-        rows.push_back({twoDigits(s.address), s.model, s.version, s.date, s.serial});
-    print(table({"caixa", "modelo", "versão", "data", "série"}, rows));
+    for (const DeviceInfo& s : speakers) {
+        list.push_back(jsonOf(s));
+        rows.push_back(rowOf(s));
+    }
+    if (session.json) return printJson(list);
+    if (!rows.empty()) print(tableOf(std::move(rows)));
 }
 
 struct AddressRange {
@@ -43,9 +37,9 @@ struct AddressRange {
 
 AddressRange parseRange(const std::string& text) {
     const auto address = [&text](std::string_view digits) {
-        const auto number = parseNumber<std::uint8_t>(digits, 1, 255);
+        const auto number = parseNumber<std::uint8_t>(digits, 1, Addresses::last);
         if (!number)
-            throw std::invalid_argument("a faixa se escreve PRIMEIRO-ÚLTIMO, de 1 a 255, não \"" + text +
+            throw std::invalid_argument("a faixa se escreve PRIMEIRO-ÚLTIMO, de 1 a 254, não \"" + text +
                                         "\"");
         return *number;
     };
@@ -56,48 +50,48 @@ AddressRange parseRange(const std::string& text) {
     return {first, last};
 }
 
-void confirmOnTerminal() {
-    std::fprintf(
-        stderr,
-        "As caixas vão perder seus endereços e receber 1, 2, 3… na ordem da linha. Continuar? [s/N] ");
-    std::string answer;
-    std::getline(std::cin, answer);
-    if (answer != "s" && answer != "S" && answer != "sim") throw std::runtime_error("nada foi mudado");
+// The text for a chain on which nobody answers the start of addressing.
+Failure nobodyAddressed(const Link& link) {
+    return {ExitStatus::noAnswer, "nenhuma caixa respondeu ao endereçamento em " + link.name +
+                                      "; confira o cabo no \"From PC\" da primeira caixa e a alimentação"};
 }
 
 }  // namespace
 
-void listPorts(const Session& session) {
-    const auto ports = SerialTransport::availablePorts();
-    if (session.json) return printJson(Json(ports));
-    for (const std::string& port : ports)
-        print(port + "\n");
-    if (ports.empty()) std::fprintf(stderr, "nenhuma porta serial encontrada\n");
-}
-
-void scan(const Session& session, const std::string& range) {
+void scan(Session& session, const std::string& range) {
     const AddressRange addresses = parseRange(range);
-    Link link(session.endpoint, session.verbose);
+    Link& link = session.link();
     const auto found = link.run(link.client().scan(addresses.first, addresses.last));
     link.throwIfLost();
     printSpeakers(session, found);
-    if (found.empty()) throw std::runtime_error("nenhuma caixa respondeu de " + range);
+    if (found.empty())
+        throw Failure(ExitStatus::noAnswer, "nenhuma caixa respondeu de " + range + " em " + link.name +
+                                                "; confira o cabo no \"From PC\" e a alimentação");
 }
 
-void assignAddresses(const Session& session, bool confirmed) {
-    if (!confirmed) confirmOnTerminal();
-    Link link(session.endpoint, session.verbose);
-    const auto [found, isCertain] = link.run(link.client().assignVerified(mostSpeakers));
-    printSpeakers(session, found);
-    if (!isCertain)
-        throw std::runtime_error(
-            "o endereçamento não pôde ser confirmado; confira os cabos e enderece de novo");
-    if (found.empty()) throw std::runtime_error("Nenhuma caixa respondeu. Confira o cabo no \"From PC\".");
+void assignAddresses(Session& session) {
+    session.confirm("As caixas vão perder seus endereços e receber 1, 2, 3… na ordem da linha. Continuar?");
+    Link& link = session.link();
+    K7QClient::Addressing given;
+    try {
+        given = link.run(link.client().assignVerified(mostSpeakers));
+    } catch (const Failure& failure) {
+        // The start of addressing is acknowledged within 10 s, or no board has heard it.
+        if (failure.function != static_cast<std::uint8_t>(Fun::netStart)) throw;
+        throw nobodyAddressed(link);
+    }
+    printSpeakers(session, given.found);
+    if (!given.isCertain)
+        throw Failure(ExitStatus::refused,
+                      "o endereçamento não pôde ser confirmado; confira os cabos e enderece de novo");
+    if (given.found.empty()) throw nobodyAddressed(link);
 }
 
-void showInfo(const Session& session, std::uint8_t address) {
-    Link link(session.endpoint, session.verbose);
-    printSpeakers(session, {link.run(link.client().info(address))});
+void showInfo(Session& session, const Addresses& addresses) {
+    session.forEach(addresses, [&session](std::uint8_t address) -> Answer {
+        const DeviceInfo info = session.link().run(session.link().client().info(address), address);
+        return {Json::array({jsonOf(info)}), tableOf({rowOf(info)})};
+    });
 }
 
 }  // namespace Cli

@@ -1,10 +1,14 @@
 #include "simulator/board.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <stdexcept>
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 namespace Simulator {
 
@@ -16,6 +20,9 @@ constexpr std::size_t headerBytes = 4;  // of a module payload
 constexpr std::size_t nameBytes = 20;   // of a preset
 constexpr std::string_view modelName = "K7Q-112A";
 constexpr float silence = -120;  // lowest level that a meter shows
+
+// Version 1.4.258, 2024-03-07.
+constexpr std::array<std::uint8_t, 8> usualRelease{1, 4, 0x02, 0x01, 0xE8, 0x07, 3, 7};
 
 std::uint8_t moduleOf(const Frame& request) { return u8(request.payload, 1); }
 
@@ -30,11 +37,43 @@ double chance(std::uint64_t seed, std::uint64_t a, std::uint64_t b) {
     return std::generate_canonical<double, 24>(generator);
 }
 
+std::uint32_t numberIn(std::string_view digits) {
+    std::uint32_t number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (error != std::errc() || end != digits.data() + digits.size())
+        throw std::invalid_argument("\"" + std::string(digits) + "\" is no number of a board");
+    return number;
+}
+
+// "1.4.258" or "2024-03-07".
+std::array<std::uint32_t, 3> numbersIn(std::string_view text, char separator) {
+    const std::size_t first = std::min(text.find(separator), text.size());
+    const std::size_t second = std::min(text.find(separator, first + 1), text.size());
+    if (second == text.size())
+        throw std::invalid_argument("\"" + std::string(text) + "\" is no version or date");
+    return {numberIn(text.substr(0, first)), numberIn(text.substr(first + 1, second - first - 1)),
+            numberIn(text.substr(second + 1))};
+}
+
+// A board reports its serial number as two numbers, which are written one after the other. Any two that
+// are written so will do.
+std::pair<std::uint32_t, std::uint32_t> serialNumbers(const std::string& serial) {
+    for (std::size_t cut = 1; cut < serial.size(); ++cut) {
+        const std::string high = serial.substr(0, cut);
+        const std::string low = serial.substr(cut);
+        if (low.size() > 9 || high.size() > 9) continue;
+        if (std::to_string(numberIn(high)) == high && std::to_string(numberIn(low)) == low)
+            return {numberIn(high), numberIn(low)};
+    }
+    throw std::invalid_argument("\"" + serial + "\" is no serial number of a board");
+}
+
 }  // namespace
 
 Board::Board(int number, std::uint8_t address, std::uint64_t seed)
     : number(number)
     , seed(seed)
+    , who{usualRelease, std::string(modelName), 2407, static_cast<std::uint32_t>(4000 + number)}
     , ownAddress(address) {
     for (const ModuleRef& ref : K7Q::modules())
         if (const auto factory = ModuleValue::factory(ref)) settings[ref.index] = factory->encoded();
@@ -94,14 +133,37 @@ Frame Board::reply(Fun fun, Bytes payload) const {
 }
 
 Frame Board::identity() const {
-    const auto serial = static_cast<std::uint32_t>(4000 + number);
-    Bytes payload{K7Q::productID, ownAddress, 0, 0, 0, 0, 0, 0, 1, 4, 0x02, 0x01,  // version 1.4.258
-                  0xE8,           0x07,       3, 7};                               // 2024-03-07
+    Bytes payload{K7Q::productID, ownAddress, 0, 0, 0, 0, 0, 0};
+    append(payload, who.release);
     payload.resize(28);
-    std::ranges::copy(modelName, payload.begin() + 16);
-    appendU32(payload, 2407);
-    appendU32(payload, serial);
+    std::copy_n(who.model.begin(), std::min<std::size_t>(who.model.size(), 12), payload.begin() + 16);
+    appendU32(payload, who.serialHigh);
+    appendU32(payload, who.serialLow);
     return reply(Fun::devInfo, std::move(payload));
+}
+
+DeviceInfo Board::info() const { return DeviceInfo::parse(identity().payload).value(); }
+
+void Board::assume(const DeviceInfo& info) {
+    const auto version = numbersIn(info.version, '.');
+    const auto date = numbersIn(info.date, '-');
+    const auto byte = [](std::uint32_t value) { return static_cast<std::uint8_t>(value & 0xFF); };
+    who.release = {byte(version[0]), byte(version[1]),   byte(version[2]), byte(version[2] >> 8),
+                   byte(date[0]),    byte(date[0] >> 8), byte(date[1]),    byte(date[2])};
+    who.model = info.model;
+    std::tie(who.serialHigh, who.serialLow) = serialNumbers(info.serial);
+    ownAddress = info.address;
+    DeviceInfo held = this->info();
+    held.product = info.product;
+    if (held != info)
+        throw std::invalid_argument("no board can be " + info.model + " " + info.version + " of " +
+                                    info.date);
+}
+
+void Board::storePreset(std::size_t slot, std::string_view name) {
+    Bytes field(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(std::min(name.size(), nameBytes)));
+    field.resize(nameBytes, ' ');
+    presets.at(slot) = Preset{std::move(field), settings};
 }
 
 Frame Board::moduleReply(std::uint8_t module, double seconds) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Wendril/client.hpp"
 #include "Wendril/frame.hpp"
 #include "Wendril/values.hpp"
 
@@ -9,6 +10,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 
 namespace Simulator {
 
@@ -30,6 +32,11 @@ public:
 
     std::uint8_t address() const { return ownAddress; }
 
+    /// Who the board is, as it answers. `assume` makes it another one, and gives it that address; a
+    /// version, date or serial number that no board can report throws std::invalid_argument.
+    Wendril::DeviceInfo info() const;
+    void assume(const Wendril::DeviceInfo& info);
+
     /// True from `netStart` until the board has taken an address. Meanwhile it answers broadcasts.
     bool awaitsAddress() const { return addressing; }
     void beginAddressing();
@@ -45,6 +52,9 @@ public:
         std::map<std::uint8_t, Wendril::Bytes> settings;
     };
     const std::optional<Preset>& preset(std::size_t slot) const { return presets.at(slot); }
+
+    /// Fills a preset with the settings of now. The name is cut after 20 bytes.
+    void storePreset(std::size_t slot, std::string_view name);
 
     /// Levels in dB at a time, in the order of K7Q::meterChannels: test music that passes through
     /// the gains, mutes and routing of the board. It is the same for the same seed.
@@ -63,8 +73,17 @@ private:
     Wendril::Frame changePreset(const Wendril::Frame& request);
     float musicLevel(std::size_t input, double seconds) const;
 
+    // What a board reports of itself, as bytes from byte 8 of its identity.
+    struct Identity {
+        std::array<std::uint8_t, 8> release;  // version and date
+        std::string model;
+        std::uint32_t serialHigh;
+        std::uint32_t serialLow;
+    };
+
     const int number;
     const std::uint64_t seed;
+    Identity who;
     std::uint8_t ownAddress;
     bool addressing = false;
     std::map<std::uint8_t, Wendril::Bytes> settings;

@@ -2,7 +2,10 @@
 
 #include "simulator/line.hpp"
 #include "simulator/ptyend.hpp"
+#include "simulator/showboards.hpp"
 #include "simulator/tcpend.hpp"
+
+#include "cli/file.hpp"
 
 #include "Wendril/runtime/serialqueue.hpp"
 #include "Wendril/runtime/task.hpp"
@@ -13,6 +16,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include <sys/prctl.h>
@@ -53,9 +57,16 @@ sigset_t endSignals() {
     return signals;
 }
 
-Line::Summary serve(const ProgramOptions& options, const sigset_t& signals) {
+Line::Summary serve(ProgramOptions options, const sigset_t& signals) {
     const auto queue = std::make_shared<Wendril::SerialQueue>("line");
+    Cli::Show show;
+    if (!options.load.empty()) {
+        show = Cli::Show::read(options.load);
+        if (show.speakers.empty()) throw std::runtime_error(options.load + " holds no speakers");
+        options.line.boards = show.speakers.size();
+    }
     const auto line = std::make_shared<Line>(queue, options.line);
+    loadShow(*line, show);
     if (options.log) line->setLog(print);
     queue->post(sharpenTimers);
     for (const auto& mute : options.mutes)
@@ -76,8 +87,14 @@ Line::Summary serve(const ProgramOptions& options, const sigset_t& signals) {
     pty.reset();
     tcp.reset();
     std::promise<Line::Summary> summary;
-    queue->post([&summary, line] { summary.set_value(line->summary()); });
-    return summary.get_future().get();
+    std::string dumped;
+    queue->post([&, line] {
+        if (!options.dump.empty()) dumped = showOf(*line, options.line.boards).text();
+        summary.set_value(line->summary());
+    });
+    Line::Summary result = summary.get_future().get();
+    if (!options.dump.empty()) Cli::writeFile(options.dump, dumped);
+    return result;
 }
 
 }  // namespace

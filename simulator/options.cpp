@@ -55,11 +55,16 @@ void checkMutes(const ProgramOptions& options) {
                                                      " in a chain of " + std::to_string(options.line.boards));
 }
 
-void addChain(CommandLine& commandLine, LineOptions& line) {
+void addChain(CommandLine& commandLine, ProgramOptions& options) {
     CLI::App& app = commandLine.app;
-    app.add_option("--boards", line.boards, "speakers in the chain, 1 to 254 (3)")
-        ->type_name("N")
-        ->transform(commandLine.number<std::size_t>(1, mostBoards));
+    LineOptions& line = options.line;
+    CLI::Option* const boards = app.add_option("--boards", line.boards, "speakers in the chain, 1 to 254 (3)")
+                                    ->type_name("N")
+                                    ->transform(commandLine.number<std::size_t>(1, mostBoards));
+    app.add_option("--load", options.load, "be the speakers of this show file")
+        ->type_name("FILE")
+        ->excludes(boards);
+    app.add_option("--dump", options.dump, "write a show file at the end")->type_name("FILE");
     app.add_flag_callback(
         "--unaddressed", [&line] { line.addressed = false; }, "they have no addresses yet");
     app.add_flag("--still", line.still, "the meters stand still");
@@ -124,7 +129,7 @@ void addFaults(CommandLine& commandLine, ProgramOptions& options) {
 }  // namespace
 
 void addOptions(CommandLine& commandLine, ProgramOptions& options) {
-    addChain(commandLine, options.line);
+    addChain(commandLine, options);
     addEnds(commandLine, options);
     addFaults(commandLine, options);
     commandLine.app.add_flag("--log", options.log, "print every frame");

@@ -29,6 +29,8 @@ struct ProgramOptions {
     std::vector<Mute> mutes;
     std::optional<Wendril::Duration> hangUp;
     bool log = false;
+    std::string load;  // show file whose speakers are the chain
+    std::string dump;  // show file that is written at the end
 };
 
 /// Adds the options of `corvane-sim`. Parsing fills `options`, which must outlive it.

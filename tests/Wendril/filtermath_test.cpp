@@ -124,6 +124,19 @@ TEST(FilterMathTest, WhatIsSwitchedOffChangesNothingAndTheRestAddsUp) {
     EXPECT_TRUE(frequencies(0, 20, 20000).empty());
 }
 
+TEST(FilterMathTest, TheComplexResponseHasTheLevelAndThePhaseOfTheFilters) {
+    const std::vector<PeqValue> bands{{500, 6, 2, 0, false}, {3000, -4, 0.7F, 2, false}};
+    const Crossover crossover{FilterValue{100, 9, false}, FilterValue{8000, 13, false}};
+    const auto points = frequencies(50, 40, 12000);
+    const auto db = response(bands, crossover, points);
+    const auto factors = complexResponse(bands, crossover, points);
+    for (std::size_t i = 0; i < points.size(); ++i)
+        EXPECT_NEAR(20 * std::log10(std::abs(factors[i])), db[i], 1e-6) << points[i];
+    const auto phase = complexResponse({}, {FilterValue{1000, 2, false}, {}}, std::vector{1000.0}).at(0);
+    EXPECT_NEAR(std::arg(phase), std::numbers::pi / 2, 1e-6)
+        << "a Butterworth high pass of 12 dB at its corner";
+}
+
 TEST(FilterMathTest, TheFloorIsExactAndHostileNumbersAreHarmless) {
     EXPECT_EQ(at(20, {}, {FilterValue{20000, 15, false}, {}}), -120.0);
     EXPECT_EQ(at(0, {}, {FilterValue{100, 0, false}, {}}), -120.0);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <tuple>
 
 namespace {
 
@@ -28,9 +29,9 @@ TEST_F(ProgramsTest, ModulesAreReadWrittenAndDrawn) {
     EXPECT_EQ(Tests::shell(CLI + port + "write 1 PEQ/In0/0 gain=6 bypass=0").status, 0);
     EXPECT_EQ(json(port + "read 1 PEQ/In0/0").at(0).at("value").at("gain"), 6);
     EXPECT_EQ(json(port + "read 1").size(), 92U);
-    EXPECT_NEAR(*std::ranges::max_element(json(port + "response 1 In0").at("db")), 6, 0.1);
+    EXPECT_NEAR(*std::ranges::max_element(json(port + "response 1 In0").at("curves").at(0).at("db")), 6, 0.1);
     EXPECT_EQ(Tests::shell(CLI + port + "write 1 LPF/Out3 fc=1000 type=9 bypass=0").status, 0);
-    EXPECT_LT(json(port + "response 1 Out3").at("db").back(), -40);
+    EXPECT_LT(json(port + "response 1 Out3").at("curves").at(0).at("db").back(), -40);
     EXPECT_EQ(json(port + "meters 1").size(), 6U);
     EXPECT_EQ(simulator.end(SIGTERM), 0) << simulator.rest();
 }
@@ -44,20 +45,55 @@ TEST_F(ProgramsTest, PresetsAreStoredRecalledAndDeleted) {
     EXPECT_EQ(status("write 1 GAIN/In0 db=0"), 0);
     EXPECT_EQ(status("preset 1 load 2"), 0);
     EXPECT_EQ(json(port + "read 1 GAIN/In0").at(0).at("value").at("db"), -6);
-    EXPECT_EQ(status("preset 1 load 7"), 1) << "an empty slot";
-    EXPECT_EQ(status("preset 1 delete 2"), 0);
+    EXPECT_EQ(status("preset 1 load 7"), 3) << "an empty slot";
+    EXPECT_EQ(status("preset 1 save 2 Outro </dev/null"), 1) << "asks before it replaces";
+    EXPECT_EQ(status("preset 1 save 3 ' '"), 2) << "no name";
+    EXPECT_EQ(status("--yes preset 1 delete 2"), 0);
     EXPECT_TRUE(json(port + "preset 1 list").at("presets").empty());
 }
 
 TEST_F(ProgramsTest, AFailureIsOneClearLine) {
-    for (const auto& [command, says] : {std::pair{"info 2", "A caixa não respondeu"},
-                                        {"scan 7-8", "nenhuma caixa respondeu de 7-8"},
-                                        {"address </dev/null", "nada foi mudado"},
-                                        {"info 1 >/dev/full", "No space left"}}) {
+    const std::tuple<std::string, int, std::string> cases[] = {
+        {"info 2", 4, "a caixa 02 não respondeu em " + simulator.path()},
+        {"info 2 --json", 4, R"("address":2,"function":3)"},
+        {"scan 7-8", 4, "nenhuma caixa respondeu de 7-8"},
+        {"scan 250-255", 2, "de 1 a 254"},
+        {"read 1,3-2", 2, "1-3,5 ou all"},
+        {"scna", 2, "seria scan?"},
+        {"preset 1 sav 2 x", 2, "seria save?"},
+        {"meters 1 --wacth", 2, "seria --watch?"},
+        {"address </dev/null", 1, "nada foi mudado"},
+        {"info 1 >/dev/full", 1, "No space left"},
+    };
+    for (const auto& [command, status, says] : cases) {
         const auto result = Tests::shell(CLI + port + command);
-        EXPECT_EQ(result.status, 1) << command;
+        EXPECT_EQ(result.status, status) << command;
         EXPECT_NE(result.output.find(says), std::string::npos) << result.output;
         EXPECT_EQ(std::ranges::count(result.output, '\n'), 1) << result.output;
+    }
+}
+
+TEST_F(ProgramsTest, AFileOfCommandsStopsAtItsFirstFailureOrGoesOn) {
+    const std::string script =
+        "printf '# ajuste\\nwrite all GAIN/In0 db=-5\\nfoo\\npreset 1 save 2 \"Duas palavras\"\\n' | " CLI +
+        port;
+    const auto stopped = Tests::shell(script + "run -");
+    EXPECT_EQ(stopped.status, 2);
+    EXPECT_NE(stopped.output.find("linha 3: comando desconhecido: foo"), std::string::npos) << stopped.output;
+    EXPECT_EQ(json(port + "read 1 GAIN/In0").at(0).at("value").at("db"), -5);
+    EXPECT_TRUE(json(port + "preset 1 list").at("presets").empty());
+    EXPECT_EQ(Tests::shell(script + "run - --keep-going").status, 2);
+    EXPECT_EQ(json(port + "preset 1 list").at("presets").at(0).at("name"), "Duas palavras");
+}
+
+TEST(RefusalTest, ABoardThatRefusesIsToldWithWhatItHolds) {
+    SimulatorProcess simulator({"--boards", "1", "--refuse", "1"});
+    const std::string cli = CLI " --yes --port " + simulator.path();
+    for (const auto& [command, says] : {std::pair{" write 1 GAIN/In0 db=-6", "continua com db=0"},
+                                        {" preset 1 save 2 Show", "o preset 2 está vazio"}}) {
+        const auto result = Tests::shell(cli + command);
+        EXPECT_EQ(result.status, 3) << command;
+        EXPECT_NE(result.output.find(says), std::string::npos) << result.output;
     }
 }
 
@@ -75,7 +111,7 @@ TEST_F(ProgramsTest, AWatchEndsWithItsChainAndGivesThePortBackWhenInterrupted) {
 TEST(AddressingTest, ANewChainIsAddressedInItsOrderOverABridge) {
     SimulatorProcess simulator({"--boards", "17", "--unaddressed", "--tcp", "0", "--listen", "127.0.0.2"});
     const std::string bridge = " --bridge " + simulator.path();
-    EXPECT_EQ(Tests::shell(CLI + bridge + " scan 1-2").status, 1);
+    EXPECT_EQ(Tests::shell(CLI + bridge + " scan 1-2").status, 4);
     const Json found = json(bridge + " address --yes");
     ASSERT_EQ(found.size(), 16U);
     for (int i = 0; i < 16; ++i) {
@@ -100,7 +136,7 @@ TEST(SimulatorProgramTest, LogsReportsFaultsAndRemovesItsLink) {
         std::filesystem::temp_directory_path() / ("corvane-port-" + std::to_string(::getpid()));
     SimulatorProcess simulator({"--pty", link, "--mute", "1:0", "--log"});
     EXPECT_EQ(Tests::shell(CLI " info 2 --port " + link).status, 0);
-    EXPECT_EQ(Tests::shell(CLI " info 1 --port " + link).status, 1) << "a dead board";
+    EXPECT_EQ(Tests::shell(CLI " info 1 --port " + link).status, 4) << "a dead board";
     EXPECT_EQ(Tests::shell("printf hello >" + link).status, 0);
     EXPECT_EQ(simulator.end(SIGTERM), 1);
     const std::string output = simulator.rest();

@@ -29,6 +29,10 @@ TEST(ModulesTest, FieldsAreSetByNameAndTheOthersStay) {
     for (const char* const change : {"db=-3,5", "mute=1"})
         parseChange(parseModule("GAIN/In0"), change)(value);
     EXPECT_EQ(value, (ModuleValue{GainValue{-3.5F, true, true}}));
+    ModuleValue filter{FilterValue{}};
+    for (const char* const change : {"fc=2,3k", "type=linkwitz24"})
+        parseChange(parseModule("HPF/Out0"), change)(filter);
+    EXPECT_EQ(filter, (ModuleValue{FilterValue{2300, 9, false}}));
 }
 
 TEST(ModulesTest, WhatAModuleCannotTakeIsRefusedWithWhatItTakes) {
@@ -91,6 +95,12 @@ TEST(OutputTest, ColumnsAlignAlsoUnderLettersOfTwoBytes) {
               "nº  nome      dB\n"
               "7   São João  -3\n"
               "12  Festa     0\n");
+}
+
+TEST(OutputTest, WhatABoardSendsCannotActOnATerminal) {
+    EXPECT_EQ(printable("a\x1B[2J\x7F\xC2\x9B\nã"), "a\uFFFD[2J\uFFFD\uFFFD\nã");
+    EXPECT_EQ(table({"x"}, {{"a\rb\n"}}), "x\na\x7F"
+                                          "b\x7F\n");
 }
 
 TEST(OutputTest, NumbersReadTheSameInEveryProgram) {
