@@ -427,7 +427,8 @@ std::vector<const EQGraph::Handle*> EQGraph::inDrawingOrder() const {
     for (const Handle& handle : handles)
         order.push_back(&handle);
     for (const std::optional<int> front : {selected, marked})
-        std::ranges::stable_partition(order, [front](const Handle* each) { return each->id != front; });
+        std::stable_partition(order.begin(), order.end(),
+                              [front](const Handle* each) { return each->id != front; });
     return order;
 }
 
