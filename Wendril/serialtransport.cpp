@@ -2,6 +2,7 @@
 #include "Wendril/transport.hpp"
 
 #include <fcntl.h>
+#include <linux/serial.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -49,6 +50,17 @@ int configure(int descriptor, int baudRate) {
     return 0;
 }
 
+// In this mode a driver passes on each received byte at once; FTDI's otherwise collects them for 16 ms.
+// True when the mode has been changed. A driver that has no such mode refuses.
+bool setLowLatency(int descriptor, bool on) {
+    serial_struct settings{};
+    if (::ioctl(descriptor, TIOCGSERIAL, &settings) != 0) return false;
+    const bool isOn = (settings.flags & ASYNC_LOW_LATENCY) != 0;
+    if (isOn == on) return false;
+    settings.flags ^= ASYNC_LOW_LATENCY;
+    return ::ioctl(descriptor, TIOCSSERIAL, &settings) == 0;
+}
+
 // Waits for room in the output buffer, at most half a millisecond: `close` may end the line meanwhile.
 void waitForRoom(int descriptor) {
     constexpr timespec pause{0, 500'000};
@@ -81,6 +93,7 @@ public:
     void start(std::shared_ptr<Descriptor> opened, SerialQueue& queue, SerialQueue::Ready ready) {
         const std::scoped_lock lock(mutex);
         descriptor = std::move(opened);
+        madeFast = setLowLatency(descriptor->number, true);
         watch = queue.watch(descriptor->number, POLLIN, std::move(ready));
     }
 
@@ -94,6 +107,8 @@ public:
     bool stop(SerialQueue& queue) {
         const std::scoped_lock lock(mutex);
         if (!descriptor) return false;
+        // The mode belongs to the port and outlives this program.
+        if (madeFast) setLowLatency(descriptor->number, false);
         // A terminal stays exclusive until its last descriptor is closed, of any process. Without this
         // nobody could open it again while another program holds one.
         ::ioctl(descriptor->number, TIOCNXCL);
@@ -106,6 +121,7 @@ private:
     std::mutex mutex;
     std::shared_ptr<const Descriptor> descriptor;  // null while closed
     SerialQueue::WatchId watch = 0;
+    bool madeFast = false;  // by this line
 };
 
 SerialTransport::SerialTransport(std::string path, int baudRate)

@@ -4,12 +4,12 @@
 #include "simulator/memorytransport.hpp"
 
 #include "Wendril/runtime/serialqueue.hpp"
+#include "Wendril/serialports.hpp"
 #include "Wendril/text.hpp"
 
 #include <array>
 #include <csignal>
 #include <cstdio>
-#include <filesystem>
 #include <utility>
 
 #include <poll.h>
@@ -20,15 +20,6 @@ using namespace Wendril;
 
 namespace {
 
-// A name without a directory is looked up where udev makes links to the ports.
-std::string pathOf(const std::string& port) {
-    if (port.find('/') != port.npos) return port;
-    for (const char* const directory : {"/dev/", "/dev/serial/by-id/"})
-        if (std::error_code ignored; std::filesystem::exists(directory + port, ignored))
-            return directory + port;
-    return port;
-}
-
 std::shared_ptr<Transport> transportTo(const Endpoint& endpoint) {
     if (endpoint.demoSpeakers > 0) {
         Simulator::LineOptions options;
@@ -37,7 +28,7 @@ std::shared_ptr<Transport> transportTo(const Endpoint& endpoint) {
             std::make_shared<Simulator::Line>(std::make_shared<SerialQueue>("demo"), options));
     }
     if (!endpoint.port.empty())
-        return std::make_shared<SerialTransport>(pathOf(endpoint.port), K7Q::baudRate);
+        return std::make_shared<SerialTransport>(SerialPorts::pathOf(endpoint.port), K7Q::baudRate);
     return std::make_shared<TCPTransport>(endpoint.bridge.host, endpoint.bridge.port);
 }
 

@@ -1,22 +1,49 @@
+#include "Wendril/serialports.hpp"
 #include "Wendril/transport.hpp"
 
 #include "simulator/ptyend.hpp"
 #include "simulator/tcpend.hpp"
 #include "tests/chain.hpp"
 #include "tests/listener.hpp"
+#include "tests/simulatorprocess.hpp"
 
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <linux/serial.h>
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <sys/syscall.h>
 #include <termios.h>
+#include <unistd.h>
 
+#include <atomic>
+#include <cstdarg>
 #include <filesystem>
 #include <fstream>
 #include <future>
 #include <optional>
 #include <thread>
+
+namespace {
+
+// The flags of every serial port of this process: no pseudo-terminal has a low-latency mode.
+std::atomic<int> serialFlags = 0;
+
+}  // namespace
+
+// Stands in for the C library's function, with a driver that has that mode.
+extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
+    std::va_list rest;
+    va_start(rest, request);
+    void* const argument = va_arg(rest, void*);
+    va_end(rest);
+    auto* const settings = static_cast<serial_struct*>(argument);
+    if (request == TIOCGSERIAL) settings->flags = serialFlags;
+    if (request == TIOCSSERIAL) serialFlags = settings->flags;
+    if (request == TIOCGSERIAL || request == TIOCSSERIAL) return 0;
+    return static_cast<int>(::syscall(SYS_ioctl, descriptor, request, argument));
+}
 
 namespace Wendril {
 namespace {
@@ -131,6 +158,27 @@ TEST(SerialTransportTest, OnlyPortsOfAdaptersAreOffered) {
     EXPECT_TRUE(SerialTransport::availablePorts(directory.string()).empty());
 }
 
+TEST(SerialPortsTest, APortHasANameThatOutlastsItsPathAndAHolder) {
+    const auto links = std::filesystem::temp_directory_path() / ("by-id-" + std::to_string(::getpid()));
+    std::filesystem::create_directory(links);
+    std::filesystem::create_symlink("/dev/null", links / "usb-Maker_Product_7-if00-port0");
+    EXPECT_EQ(SerialPorts::stableName("/dev/null", links.string()),
+              (links / "usb-Maker_Product_7-if00-port0").string());
+    EXPECT_EQ(SerialPorts::stableName("/dev/zero", links.string()), "/dev/zero");
+    std::filesystem::remove_all(links);
+
+    const Descriptor farSide(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    ASSERT_EQ(::grantpt(farSide.number) | ::unlockpt(farSide.number), 0);
+    const std::string path = ::ptsname(farSide.number);
+    const Descriptor own(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    EXPECT_FALSE(SerialPorts::holderOf(path)) << "this process is no other";
+    Process other({"/bin/sh", "-c", "exec 3<" + path + "; echo open; exec sleep 60"});
+    EXPECT_EQ(other.line(), "open");
+    const auto holder = SerialPorts::holderOf(path);
+    ASSERT_TRUE(holder);
+    EXPECT_TRUE(holder->program == "sleep" || holder->program == "sh") << holder->program;
+}
+
 TEST(SerialTransportTest, FailuresToOpenSayWhyAndLeaveItClosed) {
     SerialTransport missing("/dev/no-such-port", 115200);
     EXPECT_EQ(missing.name(), "no-such-port");
@@ -140,6 +188,19 @@ TEST(SerialTransportTest, FailuresToOpenSayWhyAndLeaveItClosed) {
     EXPECT_EQ(failureOf([&] { noTerminal.open(ignoreData, ignoreClose); }),
               "Não foi possível configurar /dev/null: Inappropriate ioctl for device");
     EXPECT_EQ(failureOf([&] { noTerminal.write({}); }), "Conexão fechada");
+}
+
+TEST(SerialTransportTest, APortIsFastWhileOpenAndThenAsItWas) {
+    const std::shared_ptr<SerialQueue> queue = std::make_shared<SerialQueue>("line");
+    const Simulator::PtyEnd end(queue, std::make_shared<Simulator::Line>(queue, Simulator::LineOptions{}));
+    for (const int before : {ASYNC_SPD_HI, ASYNC_SPD_HI | ASYNC_LOW_LATENCY}) {
+        serialFlags = before;
+        SerialTransport transport(end.path(), K7Q::baudRate);
+        transport.open(ignoreData, ignoreClose);
+        EXPECT_EQ(serialFlags, ASYNC_SPD_HI | ASYNC_LOW_LATENCY);
+        transport.close();
+        EXPECT_EQ(serialFlags, before);
+    }
 }
 
 TEST(SerialTransportTest, ALineIsOpenedRawAt115200EmptyAndForOneProgramOnly) {
