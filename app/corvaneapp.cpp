@@ -4,6 +4,7 @@
 
 #include "ui/kit/theme.hpp"
 
+#include "Wendril/serialports.hpp"
 #include "Wendril/transport.hpp"
 
 #include <QApplication>
@@ -45,11 +46,12 @@ Surroundings surroundingsOf(const Options& options, const Demo* demo, std::share
                 if (demo) ports.insert(ports.begin(), demo->port());
                 return ports;
             },
-        .extraPort = options.extraPort,
+        .extraPort = options.port.empty() ? options.extraPort : options.port,
         .serial =
             [](const std::string& path) { return std::make_shared<SerialTransport>(path, K7Q::baudRate); },
         .bridge = [](const std::string& host,
                      std::uint16_t port) { return std::make_shared<TCPTransport>(host, port); },
+        .stablePortName = [](const std::string& path) { return SerialPorts::stableName(path); },
     };
 }
 
@@ -59,6 +61,11 @@ CorvaneApp::CorvaneApp(const Options& options)
     : demo(options.demoSpeakers ? std::make_unique<Demo>(*options.demoSpeakers) : nullptr)
     , executor(std::make_shared<UiExecutor>())
     , model(std::make_shared<AppModel>(surroundingsOf(options, demo.get(), executor))) {
+    if (!options.port.empty()) model->portChoice = options.port;
+    if (!options.bridge.empty()) {
+        model->espHost = options.bridge;
+        model->portChoice = std::string(AppModel::bridgeChoice);
+    }
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(darkPalette());
     QApplication::setFont(Theme::font(13));
@@ -71,6 +78,8 @@ void CorvaneApp::start() {
     }
     window = std::make_unique<MainWindow>(*model, true);
     window->show();
+    awake = std::make_unique<Awake>(*model);
+    portWatch = std::make_unique<PortWatch>([this] { model->refreshPorts(); });
     endSignals = std::make_unique<EndSignals>([this] { window->close(); });
 }
 

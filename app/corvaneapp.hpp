@@ -1,10 +1,12 @@
 #pragma once
 
+#include "app/awake.hpp"
 #include "app/demo.hpp"
 #include "app/endsignals.hpp"
 #include "app/model/appmodel.hpp"
 #include "app/model/uiexecutor.hpp"
 #include "app/options.hpp"
+#include "app/portwatch.hpp"
 
 #include "ui/pages/shell/mainwindow.hpp"
 
@@ -30,6 +32,8 @@ private:
     std::shared_ptr<UiExecutor> executor;
     std::shared_ptr<AppModel> model;
     std::unique_ptr<MainWindow> window;
+    std::unique_ptr<Awake> awake;
+    std::unique_ptr<PortWatch> portWatch;
     std::unique_ptr<EndSignals> endSignals;
 };
 

@@ -1,4 +1,5 @@
 #include "app/corvaneapp.hpp"
+#include "app/icon.hpp"
 #include "app/snapshot.hpp"
 
 #include <QApplication>
@@ -37,8 +38,7 @@ void endWithoutScreen(QtMsgType type, const QMessageLogContext& context, const Q
 }  // namespace
 
 int main(int argc, char** argv) {
-    Cli::CommandLine commandLine("corvane", "Encontra, ajusta e acompanha uma cadeia de caixas acústicas.",
-                                 Cli::Language::portuguese);
+    Cli::CommandLine commandLine("corvane", Corvane::purpose, Cli::Language::portuguese);
     Corvane::Options options;
     options.extraPort = qgetenv("CORVANE_PORT").toStdString();
     Corvane::addOptions(commandLine, options);
@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
 
     QApplication::setApplicationName(QStringLiteral("corvane"));
     QApplication::setApplicationDisplayName(QStringLiteral("Corvane"));
+    QApplication::setDesktopFileName(QStringLiteral("corvane"));
     // The unattended mode draws without a screen.
     if (Corvane::Snapshot::isActive() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -53,6 +54,7 @@ int main(int argc, char** argv) {
         const QtMessageHandler usual = qInstallMessageHandler(endWithoutScreen);
         const QApplication application(argc, argv);
         qInstallMessageHandler(usual);
+        QApplication::setWindowIcon(Corvane::icon());
         Corvane::CorvaneApp corvane(options);
         corvane.start();
         const int status = QApplication::exec();

@@ -8,10 +8,15 @@
 
 namespace Corvane {
 
+/// What the program is for, in one sentence.
+constexpr const char* purpose = "Encontra, ajusta e acompanha uma cadeia de caixas acústicas.";
+
 /// What the command line and the environment ask of the program.
 struct Options {
     std::optional<std::size_t> demoSpeakers;
     std::string extraPort;  // CORVANE_PORT: offered as the first port; empty if not set
+    std::string port;       // chosen at the start, and offered as the first port; empty: none
+    std::string bridge;     // chosen at the start; empty: none
 };
 
 /// Adds the options of `corvane`. Parsing fills `options`, which must outlive it.

@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 namespace Corvane::Snapshot {
@@ -44,7 +45,9 @@ void render(AppModel& model, Page page, const TechPage& techPage, const QString&
     image.setDevicePixelRatio(ratio);
     image.fill(Qt::black);
     view.render(&image);
-    image.save(path, "PNG", quickCompression);
+    if (!image.save(path, "PNG", quickCompression)) return;
+    std::printf("%s\n", qPrintable(path));
+    std::fflush(stdout);
 }
 
 void seedSimpleMode(AppModel& model) {
@@ -110,6 +113,10 @@ Task<void> runIfRequested(std::shared_ptr<AppModel> model) {
     if (!isActive()) co_return;
     const QString folder = qEnvironmentVariable(folderVariable);
     if (qEnvironmentVariableIsSet(portVariable)) model->portChoice = qgetenv(portVariable).toStdString();
+    const auto steps = watch([&model] { return model->status.value(); },
+                             [](const Status& status) {
+                                 if (!status.text.empty()) std::fprintf(stderr, "%s\n", status.text.c_str());
+                             });
     const TechPage main = TechPage::all.front();
 
     render(*model, Page::tone, main, folder + QStringLiteral("/0-offline.png"));

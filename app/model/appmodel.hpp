@@ -34,6 +34,8 @@ struct Surroundings {
     std::string extraPort;  // offered first; none if empty
     std::function<std::shared_ptr<Wendril::Transport>(const std::string& path)> serial;
     std::function<std::shared_ptr<Wendril::Transport>(const std::string& host, std::uint16_t port)> bridge;
+    // The name that an adapter keeps when it is plugged in again; by default its path.
+    std::function<std::string(const std::string& path)> stablePortName = {};
 };
 
 /// The state of the application and everything that can be done with it. Views watch the fields and
@@ -228,6 +230,13 @@ private:
     EditQueue edits;
     std::optional<WriteKey> writing;  // the edit that is on the line
     bool leaving = false;
+    std::map<std::string, std::string> stableNames;  // of the listed ports
+    // The chosen port that has vanished, and what was chosen instead.
+    struct Pulled {
+        std::string name;
+        std::string instead;
+    };
+    std::optional<Pulled> pulled;
     std::size_t foundBefore = 0;  // speakers, by the latest discovery of this link
     std::uint64_t presetRuns = 0;
 };

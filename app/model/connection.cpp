@@ -1,6 +1,7 @@
 #include "app/model/appmodel.hpp"
 
 #include "Wendril/bridgeaddress.hpp"
+#include "Wendril/serialports.hpp"
 #include "Wendril/text.hpp"
 
 #include <algorithm>
@@ -20,9 +21,30 @@ void AppModel::refreshPorts() {
     const std::string chosen = portChoice.value();
     const bool stillThere = chosen == bridgeChoice || std::ranges::find(list, chosen) != list.end();
     const std::string first = list.empty() ? std::string(bridgeChoice) : list.front();
-    ports = std::move(list);
+    ports = list;
+    if (!stillThere && !chosen.empty()) pulled = {stableNames[chosen], first};
+    stableNames.clear();
+    for (const std::string& port : list) {
+        stableNames[port] = surroundings.stablePortName ? surroundings.stablePortName(port) : port;
+        // Plugged in again, maybe as another path, and the user has not chosen another since.
+        if (pulled && stableNames[port] == pulled->name && pulled->instead == chosen) {
+            pulled = std::nullopt;
+            portChoice = port;
+            return;
+        }
+    }
     if (chosen.empty() || !stillThere) portChoice = first;
 }
+
+namespace {
+
+std::string heldBy(const std::string& port) {
+    const auto holder = SerialPorts::holderOf(port);
+    if (!holder) return {};
+    return " (em uso por " + holder->program + ", processo " + std::to_string(holder->process) + ")";
+}
+
+}  // namespace
 
 std::shared_ptr<Transport> AppModel::chosenTransport() const {
     const std::string choice = portChoice.value();
@@ -57,7 +79,7 @@ Task<void> AppModel::connectSteps() {
         events.add("Conectado a " + link.client->bus->transport->name());
         co_await discoverSteps(false);
     } else {
-        fail(opened.failure);
+        fail(opened.failure + heldBy(portChoice.value()));
     }
 }
 

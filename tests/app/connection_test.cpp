@@ -30,6 +30,30 @@ TEST(PortsTest, OffersTheExtraPortFirstAndKeepsAChoiceThatIsStillOffered) {
     }
 }
 
+TEST(PortsTest, AnAdapterThatIsPluggedInAgainIsChosenAgainUnlessAnotherWasChosenMeanwhile) {
+    using List = std::vector<std::string>;
+    for (const bool choosesAnother : {false, true}) {
+        List serial{"/dev/a", "/dev/b"};
+        AppModel model({.executor = nullptr,
+                        .serialPorts = [&serial] { return serial; },
+                        .extraPort = "",
+                        .serial = nullptr,
+                        .bridge = nullptr,
+                        .stablePortName =
+                            [](const std::string& path) {
+                                return path == "/dev/b" || path == "/dev/c" ? "by-id" : path;
+                            }});
+        model.portChoice = "/dev/b";
+        serial = {"/dev/a"};
+        model.refreshPorts();
+        EXPECT_EQ(model.portChoice.value(), "/dev/a");
+        if (choosesAnother) model.portChoice = "esp";
+        serial = {"/dev/a", "/dev/c"};
+        model.refreshPorts();
+        EXPECT_EQ(model.portChoice.value(), choosesAnother ? "esp" : "/dev/c");
+    }
+}
+
 TEST(ConnectionTest, FindsOrAddressesUpToSixteenSpeakersAndReadsThemAll) {
     for (const auto& [boards, addressed] : {std::pair(1U, true), {3U, false}, {17U, true}, {17U, false}}) {
         auto options = chainOf(boards);

@@ -4,6 +4,7 @@
 #include "ui/pages/shell/diagnosticswindow.hpp"
 #include "ui/pages/shell/gesturefilter.hpp"
 #include "ui/pages/shell/headerbar.hpp"
+#include "ui/pages/shell/manual.hpp"
 #include "ui/pages/shell/offlinecard.hpp"
 #include "ui/pages/shell/reportline.hpp"
 #include "ui/pages/shell/speakerstrip.hpp"
@@ -116,6 +117,7 @@ void ContentView::addShortcuts() {
     shortcut(Qt::CTRL | Qt::Key_L, [this] { locked = !locked.value(); })->setAutoRepeat(false);
     shortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D, [this] { showDiagnostics(); })->setAutoRepeat(false);
     shortcut(Qt::CTRL | Qt::Key_R, [this] { model.start(model.readAgain()); })->setAutoRepeat(false);
+    shortcut(Qt::Key_F1, [this] { openManual(model); })->setAutoRepeat(false);
     auto* const escape = shortcut(Qt::Key_Escape, [this] { model.target = std::nullopt; });
     // A field that is being typed in gets the key itself.
     connect(qApp, &QApplication::focusChanged, escape,
