@@ -20,6 +20,11 @@ class CommandLine {
 public:
     CommandLine(std::string program, const std::string& description, Language language);
 
+    /// The one of the two that is in the program's language.
+    const char* inLanguage(const char* inEnglish, const char* inPortuguese) const {
+        return &words == &english ? inEnglish : inPortuguese;
+    }
+
     /// Takes the options and commands of the program.
     CLI::App app;
 

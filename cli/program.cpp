@@ -58,6 +58,8 @@ public:
         if (commandLine.read(arguments)) command();
     }
 
+    const CLI::App& app() const { return commandLine.app; }
+
 private:
     CLI::App* add(CLI::App& parent, const char* name, const char* help, std::function<void()> run,
                   const char* footer = statuses) {
@@ -244,6 +246,11 @@ private:
 
 void runCommand(Session& session, const std::vector<std::string>& arguments) {
     Program(session).run(arguments);
+}
+
+void useCommandLine(const std::function<void(const CLI::App&)>& use) {
+    Session session;
+    use(Program(session).app());
 }
 
 }  // namespace Cli

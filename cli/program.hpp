@@ -2,6 +2,9 @@
 
 #include "cli/session.hpp"
 
+#include <CLI/CLI.hpp>
+
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,5 +18,8 @@ void runCommand(Session& session, const std::vector<std::string>& arguments);
 /// line and one that begins with "#" are skipped; quotes keep blanks. Stops at the first failure unless
 /// `keepGoing`; then each failure is printed, and the end has the status of the first.
 void runScript(Session& session, const std::string& file, bool keepGoing);
+
+/// Hands over the commands and options of corvane-cli, for its manual page.
+void useCommandLine(const std::function<void(const CLI::App&)>& use);
 
 }  // namespace Cli

@@ -105,8 +105,7 @@ int main(int argc, char** argv) {
     const sigset_t signals = endSignals();
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     Cli::CommandLine commandLine("corvane-sim",
-                                 "A chain of simulated K7Q loudspeakers on a serial port or behind a bridge.",
-                                 Cli::Language::english);
+                                 purpose(Cli::Language::english), Cli::Language::english);
     ProgramOptions options;
     addOptions(commandLine, options);
     if (const auto status = commandLine.parse(argc, argv)) return *status;

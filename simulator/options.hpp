@@ -14,6 +14,9 @@
 
 namespace Simulator {
 
+/// What the program is for, in one sentence.
+std::string purpose(Cli::Language language);
+
 /// What the command line of `corvane-sim` asks for.
 struct ProgramOptions {
     struct Mute {
@@ -34,6 +37,7 @@ struct ProgramOptions {
 };
 
 /// Adds the options of `corvane-sim`. Parsing fills `options`, which must outlive it.
+/// The program speaks English; its manual page is in Portuguese, too.
 void addOptions(Cli::CommandLine& commandLine, ProgramOptions& options);
 
 }  // namespace Simulator
