@@ -13,6 +13,8 @@ constexpr struct {
     {CORVANE " --help", 0, "Uso: corvane [OPÇÕES]\n"},
     {CORVANE " --help-all", 2, "corvane: argumento desconhecido: --help-all"},
     {CORVANE " --demo 17", 2, "--demo aceita de 1 a 16, não \"17\""},
+    {CORVANE " --port x --bridge y", 2, "--bridge não se combina com --port"},
+    {CORVANE " --bridge y:0", 2, "a porta da ponte vai de 1 a 65535, não \"0\""},
     {CORVANE " --demo=0", 2, "--demo aceita de 1 a 16, não \"0\""},
     {CORVANE, 1, "corvane: não há tela"},
     {"DISPLAY=:4242 " CORVANE, 1, "corvane: não há tela para abrir a janela (DISPLAY=:4242)"},
@@ -54,5 +56,30 @@ TEST(UsageTest, EveryProgramAnswersOrSaysWhatIsWrongInItsLanguage) {
         for (const char* const word :
              {"Usage", "Options", "Print", "TEXT", "UINT", "Positionals", "REQUIRED"})
             EXPECT_TRUE(english || result.output.find(word) == std::string::npos) << result.output;
+    }
+}
+
+// In bash, after "corvane-cli preset 1 " come the commands of presets, and the options of all commands.
+TEST(CompletionTest, BashOffersWhatMayStandThere) {
+    const struct {
+        const char* words;
+        const char* offers;
+        const char* refuses;
+    } lines[] = {
+        {"''", " preset ", " load "},
+        {"preset 1 ''", " load save ", " scan "},
+        {"restore --''", " --dry-run ", " --watch "},
+        {"--json scan --''", " --port ", " --dry-run "},
+        {"check --seconds ''", "", " --port "},
+    };
+    for (const auto& [words, offers, refuses] : lines) {
+        const auto result =
+            Tests::shell("env WORDS=\"" + std::string(words) +
+                         "\" bash -c '. " COMPLETION "; eval \"COMP_WORDS=(corvane-cli $WORDS)\"; "
+                         "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _corvane_cli; "
+                         "echo \" ${COMPREPLY[*]} \"'");
+        EXPECT_EQ(result.status, 0) << result.output;
+        EXPECT_NE(result.output.find(offers), std::string::npos) << words << ": " << result.output;
+        EXPECT_EQ(result.output.find(refuses), std::string::npos) << words << ": " << result.output;
     }
 }
