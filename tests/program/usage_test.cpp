@@ -13,7 +13,7 @@ constexpr struct {
     {CORVANE " --help", 0, "Uso: corvane [OPÇÕES]\n"},
     {CORVANE " --help-all", 2, "corvane: argumento desconhecido: --help-all"},
     {CORVANE " --demo 17", 2, "--demo aceita de 1 a 16, não \"17\""},
-    {CORVANE " --port x --bridge y", 2, "--bridge não se combina com --port"},
+    {CORVANE " --port x --bridge y", 2, "--port não se combina com --bridge"},
     {CORVANE " --bridge y:0", 2, "a porta da ponte vai de 1 a 65535, não \"0\""},
     {CORVANE " --demo=0", 2, "--demo aceita de 1 a 16, não \"0\""},
     {CORVANE, 1, "corvane: não há tela"},
