@@ -10,7 +10,6 @@ namespace Kit {
 
 Control::Control(QWidget* parent)
     : QWidget(parent) {
-    installAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover, false);
 }

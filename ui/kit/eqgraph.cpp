@@ -111,11 +111,13 @@ void EQGraph::setHandles(std::vector<Handle> list) {
         if (!areIn(handle, list)) changed += areaOf(handle);
     for (const Handle& handle : list)
         if (!areIn(handle, handles)) changed += areaOf(handle);
-    handles = std::move(list);
+    const std::vector<Handle> before = std::exchange(handles, std::move(list));
     setFocusPolicy(handles.empty() ? Qt::NoFocus : Qt::StrongFocus);
     if (!handleOf(selected)) select(std::nullopt);
     update(changed);
-    notifyValueChanged(*this);
+    for (std::size_t i = 0; i < handles.size(); ++i)
+        if (i >= before.size() || before[i].description != handles[i].description)
+            notifyPartChanged(*this, static_cast<int>(i));
     if (press) return showUse();
     pointAt(pointer);
 }
@@ -136,15 +138,35 @@ QRect EQGraph::areaOf(const Handle& handle) const {
     return QRectF(placeOf(handle), QSizeF()).adjusted(-extent, -extent, extent, extent).toAlignedRect();
 }
 
-QString EQGraph::valueText() const {
-    if (const Handle* const handle = handleOf(selected)) return handle->description;
-    QStringList parts;
-    for (const Handle& handle : handles)
-        parts << handle.description;
-    if (parts.isEmpty())
-        for (const Curve& curve : curves)
-            parts << curve.id;
-    return parts.join(QStringLiteral("; "));
+QAccessible::Role EQGraph::accessibleRole() const {
+    return onDrag ? QAccessible::Chart : QAccessible::Graphic;
+}
+
+Parts::Part EQGraph::part(int index) const {
+    const Handle& handle = handles.at(static_cast<std::size_t>(index));
+    return {.name = handle.name,
+            .value = handle.description,
+            .isCurrent = handle.id == selected,
+            .place = areaOf(handle),
+            .number = handle.gain};
+}
+
+void EQGraph::choosePart(int index) { select(handles.at(static_cast<std::size_t>(index)).id); }
+
+Range EQGraph::partRange() const { return {bandGain.lowest, bandGain.highest}; }
+
+double EQGraph::partStep() const { return decibelsPerKey; }
+
+void EQGraph::proposePart(int index, double gain) {
+    const Handle handle = handles.at(static_cast<std::size_t>(index));  // the callback replaces them
+    onDrag(handle.id, handle.fc, gain);
+}
+
+// The focus of screen readers is on the selected handle.
+void EQGraph::tellFocus() {
+    if (!hasFocus()) return;
+    for (int i = 0; i < partCount(); ++i)
+        if (handles[static_cast<std::size_t>(i)].id == selected) notifyPartFocused(*this, i);
 }
 
 const EQGraph::Handle* EQGraph::handleOf(std::optional<int> id) const {
@@ -177,7 +199,8 @@ void EQGraph::select(std::optional<int> id) {
     if (selected == id) return;
     selected = id;
     keyed.stop();
-    stateChanged();
+    update();
+    tellFocus();
     if (onSelect) onSelect(id);
     showUse();
 }
@@ -398,6 +421,7 @@ bool EQGraph::moveByKey(const QKeyEvent& event) {
 void EQGraph::focusInEvent(QFocusEvent* event) {
     const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     if (byKey && isMovable() && !selected) select(handles.front().id);
+    tellFocus();
     Control::focusInEvent(event);
 }
 

@@ -74,6 +74,11 @@ QRectF Fader::track() const {
     return {(width() - controlWidth) / 2.0, top, controlWidth, double(height() - labels)};
 }
 
+QRectF Fader::readOut() const {
+    const double top = look.labelsBelow ? track().bottom() + labelGap : 0;
+    return {0, top + labelLine, double(width()), labelLine};
+}
+
 Control::Outline Fader::outline() const { return {track(), trackRadius}; }
 
 double Fader::slotCentre() const {
@@ -111,11 +116,12 @@ void Fader::paint(QPainter& painter) {
         Paint::fill(canvas, grip, 1.2, Theme::grey(0.92));
     });
 
-    const double top = look.labelsBelow ? track().bottom() + labelGap : 0;
-    Paint::text(painter, {0, top, double(width()), labelLine}, Qt::AlignCenter, title.toUpper(),
+    const QRectF number = readOut();
+    Paint::text(painter, number.translated(0, -labelLine), Qt::AlignCenter, title.toUpper(),
                 {Theme::font(12, QFont::DemiBold, 2), Theme::text, {}, false});
-    Paint::text(painter, {0, top + labelLine, double(width()), labelLine}, Qt::AlignCenter, valueText(),
-                {Theme::font(13, QFont::Medium), Theme::text, {}, true});
+    if (!isEditing())
+        Paint::text(painter, number, Qt::AlignCenter, valueText(),
+                    {Theme::font(13, QFont::Medium), Theme::text, {}, true});
 }
 
 }  // namespace Kit

@@ -37,9 +37,11 @@ protected:
     void paint(QPainter& painter) override;
     Outline outline() const override;
     void resizeEvent(QResizeEvent* event) override;
+    QRect editorPlace() const override { return readOut().toRect(); }
 
 private:
     QRectF track() const;
+    QRectF readOut() const;
     QRectF cap() const;
     double slotCentre() const;
 

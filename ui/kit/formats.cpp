@@ -21,6 +21,8 @@ QString quality(double q) { return QString::asprintf("%.2f", q); }
 QString delay(double ms) { return QString::asprintf("%.2f ms", ms); }
 QString distance(double ms) { return QString::asprintf("%.1f cm", ms * centimetresPerMs); }
 
+QString spokenDelay(double ms) { return delay(ms) + QStringLiteral(", ") + distance(ms); }
+
 QString time(std::uint32_t ms) {
     return ms < 1000 ? QString::asprintf("%u ms", ms) : QString::asprintf("%.2f s", ms / 1000.0);
 }

@@ -57,9 +57,20 @@ QSize Knob::sizeHint() const {
             static_cast<int>(std::ceil(height)) + 4};
 }
 
+QRectF Knob::readOut() const {
+    return {0, dial().bottom() + 2, double(width()), readOutHeight(look.size) - 2};
+}
+
 QRectF Knob::dial() const { return {(width() - look.size) / 2, 2, look.size, look.size}; }
 
 Control::Outline Knob::outline() const { return {QRectF(rect()).adjusted(1, 1, -1, -1), 12}; }
+
+QRect Knob::editorPlace() const {
+    constexpr int editorHeight = 22;
+    QRect place(0, 0, width(), editorHeight);
+    place.moveCenter(readOut().center().toPoint());
+    return place;
+}
 
 double Knob::dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const {
     return start + factorFor(modifiers) * (translation.y() / -dragForRange * range.extent());
@@ -73,7 +84,7 @@ void Knob::showTag() {
 }
 
 void Knob::updateTag() {
-    if (isHovered() || isDragging() || lingering.isActive())
+    if ((isHovered() || isDragging() || lingering.isActive()) && !isEditing())
         showTag();
     else
         tag.hide();
@@ -195,11 +206,12 @@ void Knob::drawPointer(QPainter& painter) const {
 }
 
 void Knob::drawTexts(QPainter& painter) const {
-    QRectF line(0, dial().bottom() + 2, width(), readOutHeight(look.size) - 2);
-    Paint::text(painter, line, Qt::AlignCenter, valueText(),
-                {Theme::font(readOutSize(look.size), QFont::Medium), Theme::text, {}, true});
-    line = {0, line.bottom(), double(width()), captionHeight(look.size)};
-    Paint::text(painter, line, Qt::AlignCenter, title.toUpper(),
+    const QRectF number = readOut();
+    if (!isEditing())
+        Paint::text(painter, number, Qt::AlignCenter, valueText(),
+                    {Theme::font(readOutSize(look.size), QFont::Medium), Theme::text, {}, true});
+    const QRectF caption(0, number.bottom(), width(), captionHeight(look.size));
+    Paint::text(painter, caption, Qt::AlignCenter, title.toUpper(),
                 {Theme::font(captionSize(look.size), QFont::DemiBold, 2), Theme::secondary, {}, false});
 }
 

@@ -35,9 +35,11 @@ protected:
     void valueChanged() override { updateTag(); }
     void paint(QPainter& painter) override;
     Outline outline() const override;
+    QRect editorPlace() const override;
 
 private:
     QRectF dial() const;
+    QRectF readOut() const;
     void drawDial(QPainter& painter) const;
     void drawEndLabel(QPainter& painter, const QString& text, double angle) const;
     void drawArc(QPainter& painter) const;

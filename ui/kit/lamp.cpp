@@ -20,6 +20,7 @@ void drawHollowLamp(QPainter& painter, const QRectF& bounds, const QColor& color
 
 LampSwitch::LampSwitch(const QString& name, QWidget* parent)
     : Button(parent) {
+    setUse(Use::toggle);
     setAccessibleName(name);
     setToolTip(name);
     setFixedSize(22, 22);

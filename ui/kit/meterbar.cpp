@@ -64,6 +64,10 @@ QString MeterBar::valueText() const {
     return std::isfinite(level) ? Formats::decibels(level) : QStringLiteral("—");
 }
 
+std::optional<MeterLevel> MeterBar::meteredLevel() const {
+    return MeterLevel{emptyLevel + fractionOf(level) * (fullLevel - emptyLevel), emptyLevel, fullLevel};
+}
+
 // Bars are redrawn many times a second. The toolkit fills tall shapes with several threads, which costs
 // more than it saves. The lit part is therefore made of kept pictures: its two ends, and between them one
 // that is stretched to the height needed.

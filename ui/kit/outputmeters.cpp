@@ -30,7 +30,7 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
     field->setMinimumHeight(height);
     for (int i = 0; i < outputs; ++i) {
         bars.push_back(new MeterBar(barWidth, field));
-        bars.back()->setAccessibleName(QStringLiteral("Saída %1").arg(i + 1));
+        bars.back()->setAccessibleName(QStringLiteral("Nível, Saída %1").arg(i + 1));
     }
     auto* const title =
         new Caption(QStringLiteral("SAÍDAS"), Theme::font(12, QFont::Normal, 2), Theme::text, this);

@@ -23,7 +23,6 @@ public:
     /// its width.
     void reserveFor(const QStringList& titles);
 
-    bool isCheckable() const override { return true; }
     bool isChecked() const override { return on; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

@@ -1,5 +1,6 @@
 #include "ui/kit/wellmenu.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
 #include "ui/kit/text.hpp"
@@ -7,6 +8,7 @@
 #include <QKeyEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kit {
 
@@ -33,7 +35,7 @@ MenuButton::MenuButton(int width, QWidget* parent)
     setFixedSize(width, lineHeight + 2 * verticalPadding);
 }
 
-QString MenuButton::valueText() const { return current ? titles.at(*current) : QString(); }
+QString MenuButton::valueText() const { return shown; }
 
 void MenuButton::setTitles(const QStringList& list) {
     titles = list;
@@ -42,8 +44,13 @@ void MenuButton::setTitles(const QStringList& list) {
 }
 
 void MenuButton::setCurrent(std::optional<int> index) {
+    const QString before = std::exchange(shown, index ? titles.at(*index) : QString());
     current = index;
-    stateChanged();
+    if (shown != before) stateChanged();
+}
+
+Parts::Part MenuButton::part(int index) const {
+    return {.name = titles.at(index), .value = {}, .isCurrent = index == current, .place = {}, .number = {}};
 }
 
 // The program keeps running while the list is open: the button may be disabled, or destroyed with its
@@ -61,8 +68,10 @@ void MenuButton::activate() {
             entry, &QAction::triggered, this, [this, i] { choose(i); }, Qt::QueuedConnection);
         if (i == current) list->setDefaultAction(entry);
     }
+    connect(list, &QObject::destroyed, this, [this] { notifyExpanded(*this); });
     list->popup(mapToGlobal(QPoint(0, height() + 2)));
     list->setActiveAction(list->defaultAction());
+    notifyExpanded(*this);
 }
 
 void MenuButton::cancelInteraction() {
@@ -80,6 +89,7 @@ void MenuButton::step(int by) {
 }
 
 void MenuButton::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Down && (event->modifiers() & Qt::AltModifier) != 0) return activate();
     if (event->key() == Qt::Key_Up) return step(-1);
     if (event->key() == Qt::Key_Down) return step(1);
     Button::keyPressEvent(event);

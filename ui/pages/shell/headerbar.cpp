@@ -30,6 +30,7 @@ HeaderBar::HeaderBar(AppModel& model, bool choosesLink, QWidget* parent)
     row->setContentsMargins(margins);
     row->setSpacing(12);
     auto* const logo = new LogoTitle(this);
+    title = logo;
     logo->onSecretClick = [&model] { model.technical = !model.technical.value(); };
     row->addWidget(logo);
     addTechnicalButton(*row);
@@ -105,6 +106,7 @@ void HeaderBar::addConnectButton(QHBoxLayout& row) {
     const QString disconnects = QStringLiteral("DESCONECTAR");
     auto* const button = new Kit::PillButton(connects, Kit::PillButton::Size::compact, this);
     button->setIcon(QStringLiteral("cable.connector"));
+    connection = button;
     button->reserveFor({connects, disconnects});
     button->action = [this] {
         const Status status = model.status.value();

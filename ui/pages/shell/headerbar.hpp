@@ -15,6 +15,11 @@ public:
     /// With `choosesLink` false the header names the chosen link and offers no choice.
     HeaderBar(AppModel& model, bool choosesLink, QWidget* parent);
 
+    QWidget& logo() const { return *title; }
+
+    /// Connects, cancels or disconnects.
+    QWidget& connectButton() const { return *connection; }
+
 private:
     void addTechnicalButton(QHBoxLayout& row);
     void addLinkChoice(QHBoxLayout& row);
@@ -22,6 +27,8 @@ private:
     void addConnectButton(QHBoxLayout& row);
 
     AppModel& model;
+    QWidget* title;
+    QWidget* connection = nullptr;
 };
 
 }  // namespace Corvane

@@ -21,11 +21,13 @@ SpeakerChip::SpeakerChip(const QString& title, const QString& name, QWidget* par
     , label(name.isEmpty() ? title : title + QStringLiteral(" · ") + name)
     , titleWidth(textWidth(title))
     , labelWidth(textWidth(label)) {
+    setUse(Use::choice);
     setAccessibleName(label);
     setToolTip(label);
 }
 
 void SpeakerChip::setSelected(bool value) {
+    if (selected == value) return;
     selected = value;
     stateChanged();
 }
@@ -37,6 +39,7 @@ void SpeakerChip::setOnline(bool value) {
 
 void SpeakerChip::setIncomplete(bool value) {
     incomplete = value;
+    setAccessibleDescription(value ? QStringLiteral("Leitura incompleta") : QString());
     setToolTip(label + (value ? QStringLiteral("\nLeitura incompleta") : QString()));
     update();
 }

@@ -87,6 +87,7 @@ SpeakerStrip::SpeakerStrip(AppModel& model, const Choices& choices, QWidget* par
     , choices(choices) {
     auto* const chips = new SpeakerChips(model, this);
     auto* const padlock = new Padlock(this);
+    lock = padlock;
     auto* const status = new StatusLabel(model, this);
     padlock->action = [locked = &choices.locked] { *locked = false; };
     Corvane::bind(
@@ -112,10 +113,7 @@ void SpeakerStrip::addSearchButton(QHBoxLayout& row) {
     // Spinner and padlock stand in its place.
     Corvane::bind(
         *button, [this] { return model.status.value().isWorking() || choices.locked.value(); },
-        [button](bool busy) {
-            if (busy) button->clearFocus();
-            button->setVisible(!busy);
-        });
+        [button](bool busy) { button->setVisible(!busy); });
     row.addWidget(button);
 }
 

@@ -26,6 +26,9 @@ public:
 
     SpeakerStrip(AppModel& model, const Choices& choices, QWidget* parent);
 
+    /// Hidden while the page is not locked.
+    QWidget& padlock() const { return *lock; }
+
 private:
     class Row;
 
@@ -35,6 +38,7 @@ private:
 
     AppModel& model;
     Choices choices;
+    QWidget* lock;
 };
 
 }  // namespace Corvane

@@ -4,7 +4,6 @@
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/caption.hpp"
-#include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/spinner.hpp"
 #include "ui/kit/theme.hpp"
@@ -54,12 +53,11 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
     , lamp(new LitLamp(this))
     , text(new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this))
     , error(new Warning(Warning::Kind::statement, Theme::error, leastText, this))
-    , percentage(new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this)) {
+    , percentage(new Kit::Percentage(QStringLiteral("Leitura das caixas"), Theme::font(fontSize),
+                                     Theme::secondary, this)) {
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    percentage->setTabular(true);
-    percentage->reserveFor(Formats::percent(1));
     auto* const atWork = new Kit::Spinner(this);
     auto* const activity = new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this);
     auto* const notice = new Warning(Warning::Kind::dismissible, Theme::accent, leastNotice, this);
@@ -73,10 +71,7 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
     Corvane::bind(
         *percentage,
         [&model] { return model.status.value().isWorking() ? model.progress.value() : std::nullopt; },
-        [this](std::optional<double> progress) {
-            percentage->setText(progress ? Formats::percent(*progress) : QString());
-            percentage->setVisible(progress.has_value());
-        });
+        [this](std::optional<double> progress) { percentage->setFraction(progress); });
     Corvane::bind(
         *activity, [&model] { return model.activity.value(); },
         [activity, atWork](const std::optional<std::string>& doing) {

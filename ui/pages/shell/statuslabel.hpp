@@ -24,7 +24,7 @@ private:
     QWidget* lamp;
     Kit::Caption* text;
     Warning* error;
-    Kit::Caption* percentage;
+    Kit::Percentage* percentage;
 };
 
 }  // namespace Corvane

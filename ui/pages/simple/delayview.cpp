@@ -37,11 +37,12 @@ DelayView::DelayView(AppModel& model, QWidget* parent)
 }
 
 QLayout* DelayView::column(int output, QWidget* parent) {
-    const ModuleSetting<DelayValue> delay(model, ModuleKind::delay,
-                                          K7Q::outputs.at(static_cast<std::size_t>(output)));
+    const std::string_view channel = K7Q::outputs.at(static_cast<std::size_t>(output));
+    const ModuleSetting<DelayValue> delay(model, ModuleKind::delay, channel);
     const Limits limits = delay.limits("ms");
     auto* const fader =
         faderFor(limits, QStringLiteral("Saída %1").arg(output + 1), Formats::delay, {.height = 300}, parent);
+    fader->spokenFormat = Formats::spokenDelay;
     bindField(*fader, delay, &DelayValue::ms);
 
     auto* const distance = new Kit::Caption({}, Theme::font(12, QFont::Medium), Theme::secondary, parent);
@@ -56,9 +57,7 @@ QLayout* DelayView::column(int output, QWidget* parent) {
     rows->setSpacing(12);
     rows->addWidget(fader, 0, Qt::AlignHCenter);
     rows->addWidget(distance, 0, Qt::AlignHCenter);
-    auto* const button = delayButton(delay, parent);
-    button->setAccessibleName(QStringLiteral("Delay da saída %1").arg(output + 1));
-    rows->addWidget(button, 0, Qt::AlignHCenter);
+    rows->addWidget(delayButton(channel, delay, parent), 0, Qt::AlignHCenter);
     return rows;
 }
 

@@ -2,12 +2,14 @@
 
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/channelname.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/switchbutton.hpp"
 #include "ui/pages/simple/outputpicker.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/meterbar.hpp"
@@ -109,8 +111,10 @@ QWidget* DynamicsView::compressorPanel() {
         compressor.edit([ratio = isOn() ? offRatio : onRatio](DynamicsValue& value) { value.ratio = ratio; });
     };
     auto* const panel = new Kit::Panel(QStringLiteral("COMPRESSOR"), this);
-    panel->setTrailing(
-        switchButton({QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")}, isOn, toggle, panel));
+    Kit::setContext(*panel, {QStringLiteral("Compressor")});
+    panel->setTrailing(switchButton(QStringLiteral("Compressor"),
+                                    {QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")}, isOn, toggle,
+                                    panel));
     const auto time = [&](const QString& title, std::uint32_t DynamicsValue::*field) {
         return timeKnobFor(title, smallKnob, compressor, field, panel);
     };
@@ -127,9 +131,10 @@ QWidget* DynamicsView::compressorPanel() {
 QWidget* DynamicsView::limiterPanel() {
     const OutputsSetting<LimiterValue> limiter(model, ModuleKind::limiter, &AppModel::editLimiter);
     auto* const panel = new Kit::Panel(QStringLiteral("LIMITER"), this);
+    Kit::setContext(*panel, {QStringLiteral("Limiter")});
     panel->setTrailing(switchButton(
-        {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [this] { return !limiterBypassed(); },
-        [this] { toggleLimiter(); }, panel));
+        QStringLiteral("Limiter"), {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")},
+        [this] { return !limiterBypassed(); }, [this] { toggleLimiter(); }, panel));
 
     auto* const knobs = new QVBoxLayout;
     knobs->addStretch(1);
@@ -173,7 +178,7 @@ QWidget* DynamicsView::levelBlock() {
     columns->setSpacing(0);
     for (const std::string_view output : K7Q::outputs) {
         auto* const bar = new Kit::MeterBar(5, well);
-        bar->setAccessibleName(QString::fromLatin1(output.data(), qsizetype(output.size())));
+        bar->setAccessibleName(QStringLiteral("nível, ") + nameOf(output));
         bar->setFixedHeight(barHeight + 2 * glow);
         columns->addWidget(bar);
         Corvane::bind(

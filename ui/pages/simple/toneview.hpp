@@ -15,10 +15,10 @@ private:
     QWidget* tonePanel();
     QLayout* meters();
     QLayout* knobs();
-    QLayout* presets();
+    QWidget* presets();
     QWidget* volumePanel();
-    QLayout* inputColumn();
-    QLayout* outputColumn();
+    QWidget* inputColumn();
+    QWidget* outputColumn();
 
     AppModel& model;
 };

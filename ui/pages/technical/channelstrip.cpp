@@ -2,8 +2,10 @@
 
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/channelname.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
+#include "ui/pages/shared/mutebutton.hpp"
 #include "ui/pages/shared/switchbutton.hpp"
 
 #include "ui/kit/formats.hpp"
@@ -30,27 +32,27 @@ ChannelStrip::ChannelStrip(AppModel& model, std::string_view channel, const QStr
     rows->setSpacing(6);
     rows->addWidget(fader, 0, Qt::AlignHCenter);
     rows->addSpacing(6);
-    for (Kit::PillButton* const button :
-         {muteButton(model, channel, this), polarityButton(model, channel, this)}) {
-        button->setAccessibleDescription(title);
+    for (Kit::PillButton* const button : {muteButton(model, channel, spoken(title), this),
+                                          polarityButton(model, channel, spoken(title), this)})
         rows->addWidget(button, 0, Qt::AlignHCenter);
-    }
 }
 
-Kit::PillButton* muteButton(AppModel& model, std::string_view channel, QWidget* parent) {
+Kit::PillButton* muteButton(AppModel& model, std::string_view channel, const QString& name, QWidget* parent) {
     const ModuleSetting<GainValue> gain(model, ModuleKind::gain, channel);
     auto* const button = new Kit::PillButton(QStringLiteral("MUTE"), Kit::PillButton::Size::compact, parent);
+    markAsMute(*button, name);
     button->action = [gain] { gain.edit([](GainValue& value) { value.mute = !value.mute; }); };
     Corvane::bind(
         *button, [gain] { return gain.value().mute; }, [button](bool muted) { button->setOn(muted); });
     return button;
 }
 
-Kit::PillButton* polarityButton(AppModel& model, std::string_view channel, QWidget* parent) {
+Kit::PillButton* polarityButton(AppModel& model, std::string_view channel, const QString& name,
+                                QWidget* parent) {
     const SwitchTitles titles{QStringLiteral("180°"), QStringLiteral("0°")};
     const ModuleSetting<GainValue> gain(model, ModuleKind::gain, channel);
     auto* const button = switchButton(
-        titles, [gain] { return !gain.value().phaseNormal; },
+        QStringLiteral("Polaridade invertida, ") + name, titles, [gain] { return !gain.value().phaseNormal; },
         [gain] { gain.edit([](GainValue& value) { value.phaseNormal = !value.phaseNormal; }); }, parent);
     button->reserveFor({QStringLiteral("MUTE"), titles.lit, titles.unlit});
     return button;

@@ -1,10 +1,12 @@
 #include "ui/pages/technical/filterrow.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/channelname.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/text.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
@@ -14,6 +16,7 @@
 
 #include <QBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Corvane {
@@ -32,11 +35,20 @@ QString titleOf(ModuleKind filter) {
     return filter == ModuleKind::hpf ? QStringLiteral("HPF") : QStringLiteral("LPF");
 }
 
+QString filterText(ModuleKind kind, const FilterValue& value) {
+    if (value.bypass) return titleOf(kind) + QStringLiteral(" desligado");
+    const auto slope = std::ranges::find(FilterMath::slopes, value.type, &FilterMath::Slope::code);
+    return QStringList{titleOf(kind), Formats::formatHz(value.fc),
+                       slope == FilterMath::slopes.end() ? QString() : toQString(slope->name)}
+        .join(u' ');
+}
+
 FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel, std::optional<QColor> color,
                      QWidget* parent)
     : QWidget(parent) {
     const ModuleSetting<FilterValue> filter(model, kind, channel);
     const QString name = titleOf(kind);
+    Kit::setContext(*this, {nameOf(channel)});
     const QColor titleColor = color.value_or(Theme::text);
     auto* const title = new Kit::Caption(name, Theme::font(11, QFont::Normal, 1.5), titleColor, this);
     title->setFixedWidth(30);

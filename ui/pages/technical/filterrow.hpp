@@ -21,4 +21,7 @@ public:
 /// "HPF" or "LPF".
 QString titleOf(Wendril::ModuleKind filter);
 
+/// "HPF 80 Hz Butterworth 24 dB", "LPF desligado".
+QString filterText(Wendril::ModuleKind kind, const Wendril::FilterValue& value);
+
 }  // namespace Corvane

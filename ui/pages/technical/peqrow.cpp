@@ -74,6 +74,8 @@ QString bandText(const PeqValue& band, const QString& separator) {
         .join(separator);
 }
 
+QString bandName(int band) { return QStringLiteral("Banda %1").arg(band + 1); }
+
 PeqHeader::PeqHeader(QWidget* parent)
     : QWidget(parent) {
     std::vector<QWidget*> captions;
@@ -89,7 +91,7 @@ PeqHeader::PeqHeader(QWidget* parent)
 
 PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* parent)
     : QWidget(parent) {
-    const QString name = QStringLiteral("Banda %1").arg(band + 1);
+    const QString name = bandName(band);
     const ModuleSetting<PeqValue> setting(model, ModuleKind::peq, channel, band);
     const auto field = [&](Column column, const QString& what, const Limits& limits, bool logarithmic,
                            const Kit::ValueControl::Format& format) {

@@ -2,6 +2,7 @@
 
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/channelname.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/delaybutton.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
@@ -13,8 +14,10 @@
 #include "ui/pages/technical/filterrow.hpp"
 #include "ui/pages/technical/peqrow.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/pillbutton.hpp"
+#include "ui/kit/roving.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/timeknob.hpp"
 
@@ -53,6 +56,7 @@ Kit::Panel* densePanel(const QString& title, QWidget* parent) {
 
 Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
     const QString label = QString::number(band + 1);
+    const QString name = bandName(band);
     const QString state = value.bypass ? QStringLiteral(", desligada") : QString();
     return {.id = band,
             .label = label,
@@ -60,8 +64,8 @@ Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
             .gain = value.gain,
             .color = Theme::accent,
             .dimmed = value.bypass,
-            .description =
-                QStringLiteral("Banda %1: %2%3").arg(label, bandText(value, QStringLiteral(", ")), state),
+            .name = name,
+            .description = QStringLiteral("%1: %2%3").arg(name, bandText(value, QStringLiteral(", ")), state),
             .readOut = bandText(value)};
 }
 
@@ -95,6 +99,7 @@ QWidget* TechChannelView::gainPanel() {
 
 QWidget* TechChannelView::equaliserPanel() {
     auto* const panel = new Kit::Panel({}, this);
+    Kit::setContext(*panel, {nameOf(channel)});
     panel->layout()->setContentsMargins(padding, 0, 0, padding);
     panel->content().setSpacing(graphGap - Kit::EQGraph::bleed.bottom());
     buildGraph(panel);
@@ -122,7 +127,7 @@ QWidget* TechChannelView::equaliserPanel() {
 
 void TechChannelView::buildGraph(QWidget* parent) {
     graph = new Kit::EQGraph(graphHeight, parent);
-    graph->setAccessibleName(QStringLiteral("Equalizador, ") + title);
+    graph->setAccessibleName(QStringLiteral("Equalizador"));
     graph->onDrag = [this](int band, double fc, double gain) {
         editBand(model, channel, band, [fc, gain](PeqValue& value) {
             value.fc = static_cast<std::uint32_t>(std::lround(fc));
@@ -159,6 +164,12 @@ QLayout* TechChannelView::table(QWidget* parent) {
         rows.push_back(row);
     }
     linkToGraph(rows);
+    std::vector<Kit::Control*> cells;
+    for (const PeqRow* const row : rows)
+        for (Kit::Control* const cell : row->cells())
+            cells.push_back(cell);
+    const auto perRow = static_cast<int>(cells.size() / rows.size());
+    (new Kit::Roving(perRow, Kit::Roving::Choice::stays, parent))->setControls(std::move(cells));
     auto* const left = new QHBoxLayout;
     left->addLayout(lines, 1000);
     left->addStretch(1);
@@ -236,6 +247,7 @@ QLayout* TechChannelView::equaliserButtons(QWidget* parent) {
     };
     auto* const reset = button(QStringLiteral("EQ RESET"));
     auto* const bypass = button(QStringLiteral("EQ BYPASS"));
+    bypass->setUse(Kit::Button::Use::toggle);
     reset->action = [this] { model.resetEq(channel); };
     bypass->action = [this] { model.setEqBypass(channel, !model.eqBypassed(channel)); };
     Corvane::bind(
@@ -259,6 +271,7 @@ QLayout* TechChannelView::filterRows(QWidget* parent) {
 QWidget* TechChannelView::compressorPanel() {
     auto* const panel = densePanel(QStringLiteral("COMPRESSOR"), this);
     panel->setFixedWidth(dynamicsWidth);
+    Kit::setContext(*panel, {nameOf(channel), QStringLiteral("Compressor")});
     addKnobs(*panel, ModuleKind::compressor, Formats::signedDecibels);
     return panel;
 }
@@ -267,9 +280,11 @@ QWidget* TechChannelView::gatePanel() {
     auto* const panel = densePanel(QStringLiteral("NOISE GATE"), this);
     panel->setFixedWidth(dynamicsWidth);
     const ModuleSetting<bool> bypass(model, ModuleKind::gateBypass, channel);
+    Kit::setContext(*panel, {nameOf(channel), QStringLiteral("Noise gate")});
     panel->setTrailing(switchButton(
-        {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [bypass] { return !bypass.value(); },
-        [bypass] { bypass.edit([](bool& value) { value = !value; }); }, panel));
+        QStringLiteral("Noise gate"), {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")},
+        [bypass] { return !bypass.value(); }, [bypass] { bypass.edit([](bool& value) { value = !value; }); },
+        panel));
     addKnobs(*panel, ModuleKind::gate, Formats::wholeDecibels);
     return panel;
 }
@@ -294,10 +309,11 @@ QWidget* TechChannelView::delayPanel() {
     auto* const panel = densePanel(QStringLiteral("DELAY"), this);
     panel->setFixedWidth(dynamicsWidth);
     const ModuleSetting<DelayValue> delay(model, ModuleKind::delay, channel);
-    panel->setTrailing(delayButton(delay, panel));
+    panel->setTrailing(delayButton(channel, delay, panel));
     auto* const knob =
         knobFor(delay.limits("ms"), Formats::distance(0), Formats::delay, {.size = largeKnob}, panel);
-    knob->setAccessibleName(QStringLiteral("Delay"));
+    knob->setAccessibleName(nameOf(channel) + QStringLiteral(", tempo do delay"));
+    knob->spokenFormat = Formats::spokenDelay;
     bindField(*knob, delay, &DelayValue::ms);
     Corvane::bind(
         *this, [delay] { return delay.value().ms; },

@@ -1,5 +1,7 @@
 #include "ui/pages/technical/techcrossoverview.hpp"
 
+#include "ui/pages/shared/channelname.hpp"
+#include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/technical/channelresponse.hpp"
 #include "ui/pages/technical/channelstrip.hpp"
@@ -28,6 +30,20 @@ constexpr int outputs = static_cast<int>(K7Q::outputs.size());
 std::string_view channelOf(int output) { return K7Q::outputs.at(static_cast<std::size_t>(output)); }
 QColor colorOf(int output) { return outputColors.at(static_cast<std::size_t>(output)); }
 QString titleOf(int output) { return QStringLiteral("SAÍDA %1").arg(output + 1); }
+
+// "Saída 1: HPF 80 Hz Butterworth 24 dB, LPF desligado".
+QString description(AppModel& model) {
+    QStringList parts;
+    for (const std::string_view channel : K7Q::outputs) {
+        QStringList filters;
+        for (const ModuleKind kind : {ModuleKind::hpf, ModuleKind::lpf}) {
+            const ModuleSetting<FilterValue> filter(model, kind, channel);
+            filters << filterText(kind, filter.value());
+        }
+        parts << nameOf(channel) + QStringLiteral(": ") + filters.join(QStringLiteral(", "));
+    }
+    return parts.join(QStringLiteral("; "));
+}
 
 constexpr int dotSize = static_cast<int>(Kit::lampSize + 2 * Kit::lampGlow);
 
@@ -71,6 +87,9 @@ QWidget* TechCrossoverView::graphPanel() {
     panel->layout()->setContentsMargins(padding, 0, 0, padding - Kit::EQGraph::bleed.bottom());
     auto* const graph = new Kit::EQGraph(graphHeight, panel);
     graph->setAccessibleName(QStringLiteral("Resposta das saídas"));
+    Corvane::bind(
+        *graph, [this] { return description(model); },
+        [graph](const QString& text) { graph->setAccessibleDescription(text); });
     panel->content().addWidget(graph);
     for (int output = 0; output < outputs; ++output)
         Corvane::bind(
@@ -96,10 +115,9 @@ QWidget* TechCrossoverView::block(int output) {
     header->addWidget(
         new Kit::Caption(titleOf(output), Theme::font(12, QFont::Normal, 2), Theme::text, panel), 1);
     for (Kit::PillButton* const button :
-         {muteButton(model, channelOf(output), panel), polarityButton(model, channelOf(output), panel)}) {
-        button->setAccessibleDescription(titleOf(output));
+         {muteButton(model, channelOf(output), nameOf(channelOf(output)), panel),
+          polarityButton(model, channelOf(output), nameOf(channelOf(output)), panel)})
         header->addWidget(button);
-    }
     panel->content().addLayout(header);
     panel->content().addStretch(1);
     for (const ModuleKind kind : {ModuleKind::hpf, ModuleKind::lpf}) {
