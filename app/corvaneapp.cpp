@@ -2,6 +2,7 @@
 
 #include "app/snapshot.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/theme.hpp"
 
 #include "Wendril/transport.hpp"
@@ -59,6 +60,7 @@ CorvaneApp::CorvaneApp(const Options& options)
     : demo(options.demoSpeakers ? std::make_unique<Demo>(*options.demoSpeakers) : nullptr)
     , executor(std::make_shared<UiExecutor>())
     , model(std::make_shared<AppModel>(surroundingsOf(options, demo.get(), executor))) {
+    Kit::installAccessibility();
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(darkPalette());
     QApplication::setFont(Theme::font(13));

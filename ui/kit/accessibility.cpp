@@ -11,7 +11,6 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QCoreApplication>
 #include <QPointer>
 
 #include <algorithm>
@@ -379,8 +378,6 @@ QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
     return nullptr;
 }
 
-void installAccessibility() { QAccessible::installFactory(interfaceOf); }
-
 bool isTold(const Control& control) { return QAccessible::isActive() && control.isVisible(); }
 
 void tellState(Control& control, QAccessible::State changed) {
@@ -395,8 +392,7 @@ QAccessibleInterface* partOf(Control& control, int part) {
 
 }  // namespace
 
-// Before the first widget exists: an interface that the toolkit has made by itself is never replaced.
-Q_COREAPP_STARTUP_FUNCTION(installAccessibility)
+void installAccessibility() { QAccessible::installFactory(interfaceOf); }
 
 void setContext(QWidget& part, const QStringList& context) { part.setProperty(contextProperty, context); }
 

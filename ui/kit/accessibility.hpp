@@ -9,6 +9,10 @@ namespace Kit {
 
 class Control;
 
+/// Makes the controls known to screen readers. To be called once, after the application object exists and
+/// before the first widget does: what the toolkit has made by itself is never replaced.
+void installAccessibility();
+
 /// What the names of all controls within `part` begin with for screen readers: "Compressor". Contexts
 /// add up from the outside in.
 void setContext(QWidget& part, const QStringList& context);

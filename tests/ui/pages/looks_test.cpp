@@ -32,11 +32,11 @@ TEST(LooksTest, ButtonsShowTheirTitleIconAndState) {
     desk.model->toggleMute();
     desk.set(ModuleKind::delay, "Out1", 0, {DelayValue{1, false}});
     for (const auto& [page, name, title, icon, lit, size] :
-         {std::tuple{"TOM", "MÚSICA", "MÚSICA", "music.note", false, regular},
-          {"TOM", "Mudo da entrada", "MUDO", "speaker.slash.fill", true, regular},
-          {"TOM", "Mudo das saídas", "MUDO", "speaker.wave.2.fill", false, regular},
+         {std::tuple{"TOM", "Música", "MÚSICA", "music.note", false, regular},
+          {"TOM", "Mudo, Entrada", "MUDO", "speaker.slash.fill", true, regular},
+          {"TOM", "Mudo, Saídas", "MUDO", "speaker.wave.2.fill", false, regular},
           {"TOM", "DESCONECTAR", "DESCONECTAR", "cable.connector", true, compact},
-          {"DELAY", "Delay da saída 2", "ON", "", true, compact}}) {
+          {"DELAY", "Delay, Saída 2", "ON", "", true, compact}}) {
         desk.goTo(page);
         Kit::PillButton wanted(title, size, nullptr);
         wanted.setIcon(icon);

@@ -95,12 +95,12 @@ TEST(StripTest, ChipsGiveWayTogetherThenScroll) {
 
 TEST(StripTest, TodasAndEscapeTakeTheTargetAway) {
     Desk desk("MAIN", 3);
-    EXPECT_FALSE(desk.shows("TODAS"));
+    EXPECT_FALSE(desk.shows("Todas"));
     for (const bool byKey : {false, true}) {
         desk.click(desk.chip(2));
-        byKey ? desk.press(desk.view, Qt::Key_Escape) : desk.click("TODAS");
+        byKey ? desk.press(desk.view, Qt::Key_Escape) : desk.click("Todas");
         EXPECT_EQ(desk.model->target.value(), std::nullopt);
-        EXPECT_FALSE(desk.shows("TODAS"));
+        EXPECT_FALSE(desk.shows("Todas"));
         desk.port->sent.clear();
         desk.press("In 1", Qt::Key_Down);
         EXPECT_EQ(desk.written().size(), 3U);

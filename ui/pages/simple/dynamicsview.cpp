@@ -178,7 +178,7 @@ QWidget* DynamicsView::levelBlock() {
     columns->setSpacing(0);
     for (const std::string_view output : K7Q::outputs) {
         auto* const bar = new Kit::MeterBar(5, well);
-        bar->setAccessibleName(QStringLiteral("nível, ") + nameOf(output));
+        bar->setAccessibleName(QStringLiteral("Nível, ") + nameOf(output));
         bar->setFixedHeight(barHeight + 2 * glow);
         columns->addWidget(bar);
         Corvane::bind(
