@@ -65,6 +65,9 @@ void importEqualiser(Session& session, const Addresses& addresses, const std::st
 /// Prints the bands of a channel as such a file.
 void exportEqualiser(Session& session, std::uint8_t address, const std::string& channel);
 
+/// Writes a page (HTML, in Portuguese) with all settings and curves of the speakers, to print or archive.
+void report(Session& session, const Addresses& addresses, const std::string& file);
+
 /// Pings and reads in turn, for so many seconds, and tells what the line did with each speaker. Throws a
 /// Failure `noAnswer` when a reply was lost.
 void checkLine(Session& session, const Addresses& addresses, double seconds);

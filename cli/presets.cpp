@@ -1,6 +1,7 @@
 #include "cli/presets.hpp"
 #include "cli/commands.hpp"
 #include "cli/output.hpp"
+#include "cli/reading.hpp"
 
 #include "Wendril/limits.hpp"
 #include "Wendril/text.hpp"
@@ -72,13 +73,17 @@ std::optional<std::string> PresetDirectory::nameOf(std::uint32_t number) const {
     return found->second;
 }
 
-PresetDirectory readPresets(Session& session, std::uint8_t address) {
-    Link& link = session.link();
-    PresetDirectory directory{link.run(link.client().presetInfo(address), address), {}};
+PresetDirectory readPresets(Session& session, std::uint8_t address, int attempts) {
+    PresetDirectory directory{
+        insist(
+            session, address, [=](const K7QClient& client) { return client.presetInfo(address); }, attempts),
+        {}};
     for (std::uint32_t n = 0; n < 32; ++n) {
         if (!directory.info.isStored(static_cast<int>(n))) continue;
         try {
-            directory.names[n] = link.run(link.client().presetName(address, n), address);
+            directory.names[n] = insist(
+                session, address, [=](const K7QClient& client) { return client.presetName(address, n); },
+                attempts);
         } catch (const Failure& failure) {
             if (failure.status != ExitStatus::noAnswer) throw;
             directory.names[n] = "Preset " + std::to_string(n);

@@ -2,8 +2,8 @@
 #include "cli/modules.hpp"
 #include "cli/numbers.hpp"
 #include "cli/output.hpp"
-#include "cli/presets.hpp"
 #include "cli/progress.hpp"
+#include "cli/reading.hpp"
 #include "cli/showfile.hpp"
 
 #include "Wendril/fields.hpp"
@@ -17,51 +17,6 @@ namespace Cli {
 using namespace Wendril;
 
 namespace {
-
-constexpr int attempts = 4;
-
-// A show is many requests. On a line that loses some, one loss must not end it: a request that is not
-// answered is made again.
-template <class Request>
-auto insist(Session& session, std::uint8_t address, Request request) {
-    for (int left = attempts - 1;; --left) {
-        try {
-            return session.link().run(request(session.link().client()), address);
-        } catch (const Failure& failure) {
-            if (failure.status != ExitStatus::noAnswer || left == 0) throw;
-        }
-    }
-}
-
-ModuleValue readModule(Session& session, std::uint8_t address, const ModuleRef& module) {
-    return insist(session, address, [&](const K7QClient& client) { return client.read(address, module); });
-}
-
-DeviceInfo readInfo(Session& session, std::uint8_t address) {
-    return insist(session, address, [&](const K7QClient& client) { return client.info(address); });
-}
-
-std::map<std::uint32_t, std::string> readPresetNames(Session& session, std::uint8_t address) {
-    for (int left = attempts - 1;; --left) {
-        try {
-            return readPresets(session, address).names;
-        } catch (const Failure& failure) {
-            if (failure.status != ExitStatus::noAnswer || left == 0) throw;
-        }
-    }
-}
-
-ShowSpeaker readSpeaker(Session& session, const DeviceInfo& info) {
-    ProgressLine line("Lendo a caixa " + twoDigits(info.address));
-    ShowSpeaker speaker{info, {}, {}};
-    for (const ModuleRef& module : K7Q::modules()) {
-        if (module.kind == ModuleKind::vu) continue;
-        speaker.settings[module.index] = readModule(session, info.address, module);
-        line.show(module.index / 92.0);
-    }
-    speaker.presets = readPresetNames(session, info.address);
-    return speaker;
-}
 
 // A speaker of the file and the one on the chain that stands for it.
 struct Pair {
