@@ -39,7 +39,7 @@ void printReading(const Session& session, std::uint8_t address, const Answer& an
     if (session.json) {
         Json line = answer.json;
         if (speakers > 1) line["address"] = address;
-        print(line.dump() + "\n");
+        print(textOf(line) + "\n");
     } else if (watchesOnOneLine(session, speakers)) {
         print("\r" + answer.text);
     } else {

@@ -17,6 +17,11 @@ namespace {
 
 std::string quoted(const std::string& name) { return "\"" + name + "\""; }
 
+// The name as a board will tell it.
+std::string shownName(const std::string& name) {
+    return fieldText({reinterpret_cast<const std::uint8_t*>(name.data()), name.size()});
+}
+
 void checkName(const std::string& name) {
     if (name.find_first_not_of(" \t") == name.npos) throw std::invalid_argument("falta o nome do preset");
     if (name.size() > presetNameBytes)
@@ -24,6 +29,8 @@ void checkName(const std::string& name) {
                                     " bytes; cabem " + std::to_string(presetNameBytes));
     if (printable(name) != name || name.find_first_of("\r\n") != name.npos)
         throw std::invalid_argument("o nome " + quoted(name) + " tem caracteres de controle");
+    if (shownName(name).find("\uFFFD") != name.npos && name.find("\uFFFD") == name.npos)
+        throw std::invalid_argument("o nome do preset não é UTF-8");
 }
 
 // The state of the board after a command, for the message of a refusal.
@@ -123,11 +130,9 @@ void savePreset(Session& session, const Addresses& addresses, std::uint32_t numb
         if (const auto stored = before.nameOf(number))
             session.confirm("O preset " + std::to_string(number) + " da caixa " + twoDigits(address) + ", " +
                             quoted(printable(*stored)) + ", vai ser substituído. Continuar?");
-        const std::string shown =
-            fieldText({reinterpret_cast<const std::uint8_t*>(name.data()), name.size()});
         return change(session, address, number, {Fun::presetSave, "salvo", "salvar"},
                       session.link().client().savePreset(address, number, name),
-                      [&](const PresetDirectory& now) { return now.nameOf(number) == shown; });
+                      [&](const PresetDirectory& now) { return now.nameOf(number) == shownName(name); });
     });
 }
 

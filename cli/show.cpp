@@ -29,10 +29,20 @@ struct Matching {
     std::vector<std::uint8_t> absent;  // addresses in the file
 };
 
+// The addresses that the file or `moves` names.
+std::set<std::uint8_t> namedIn(const Show& show, const std::map<std::uint8_t, std::uint8_t>& moves) {
+    std::set<std::uint8_t> named;
+    for (const ShowSpeaker& speaker : show.speakers)
+        named.insert(speaker.info.address);
+    for (const auto& [from, to] : moves)
+        named.insert(to);
+    return named;
+}
+
 // By `moves` first, then by serial number, then by address.
 Matching match(Session& session, const Show& show, const std::map<std::uint8_t, std::uint8_t>& moves) {
     std::map<std::uint8_t, DeviceInfo> chain;
-    for (const std::uint8_t address : session.resolve({}))
+    for (const std::uint8_t address : session.speakersThatAnswer(namedIn(show, moves)))
         chain[address] = readInfo(session, address);
     Matching matching;
     std::set<std::uint8_t> taken;
