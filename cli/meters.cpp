@@ -4,6 +4,7 @@
 #include "Wendril/text.hpp"
 
 #include <chrono>
+#include <cstdio>
 #include <exception>
 #include <map>
 
@@ -41,7 +42,9 @@ void printReading(const Session& session, std::uint8_t address, const Answer& an
         if (speakers > 1) line["address"] = address;
         print(textOf(line) + "\n");
     } else if (watchesOnOneLine(session, speakers)) {
-        print("\r" + answer.text);
+        // "sem resposta" is shorter than the levels before it.
+        std::fputs("\r\033[K", stdout);
+        print(answer.text);
     } else {
         print((speakers > 1 ? twoDigits(address) + "  " : "") + answer.text + "\n");
     }

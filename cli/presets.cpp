@@ -1,7 +1,7 @@
 #include "cli/presets.hpp"
 #include "cli/commands.hpp"
+#include "cli/insist.hpp"
 #include "cli/output.hpp"
-#include "cli/reading.hpp"
 
 #include "Wendril/limits.hpp"
 #include "Wendril/text.hpp"

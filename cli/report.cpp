@@ -2,11 +2,11 @@
 #include "cli/curves.hpp"
 #include "cli/file.hpp"
 #include "cli/html.hpp"
+#include "cli/insist.hpp"
 #include "cli/modules.hpp"
 #include "cli/numbers.hpp"
 #include "cli/output.hpp"
 #include "cli/presets.hpp"
-#include "cli/reading.hpp"
 
 #include "Wendril/limits.hpp"
 #include "Wendril/text.hpp"
@@ -298,7 +298,7 @@ void report(Session& session, const Addresses& addresses, const std::string& fil
     }
     writeFile(file, pageOf(speakers, session.endpoint.name()));
     if (session.json) return printJson({{"file", file}, {"speakers", speakers.size()}});
-    print(file + ": caixas descritas: " + std::to_string(speakers.size()) + "\n");
+    print("caixas descritas em " + file + ": " + std::to_string(speakers.size()) + "\n");
 }
 
 }  // namespace Cli

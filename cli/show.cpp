@@ -1,9 +1,9 @@
 #include "cli/commands.hpp"
+#include "cli/insist.hpp"
 #include "cli/modules.hpp"
 #include "cli/numbers.hpp"
 #include "cli/output.hpp"
 #include "cli/progress.hpp"
-#include "cli/reading.hpp"
 #include "cli/showfile.hpp"
 
 #include "Wendril/fields.hpp"
@@ -76,8 +76,6 @@ Matching match(Session& session, const Show& show, const std::map<std::uint8_t, 
     return matching;
 }
 
-bool sameBytes(const ModuleValue& a, const ModuleValue& b) { return a.encoded() == b.encoded(); }
-
 struct Difference {
     std::uint8_t address;
     std::string what;  // module or preset
@@ -93,7 +91,7 @@ void printDifferences(const Session& session, const std::vector<Difference>& dif
         rows.push_back({twoDigits(address), what, file, board});
     }
     if (session.json) return printJson(list);
-    if (!rows.empty()) print(table({"caixa", "módulo", "arquivo", "caixa agora"}, std::move(rows)));
+    if (!rows.empty()) print(table({"caixa", "módulo", "arquivo", "na caixa"}, std::move(rows)));
 }
 
 void addPresetDifferences(std::vector<Difference>& differences, std::uint8_t address,
@@ -145,25 +143,6 @@ std::map<std::uint8_t, std::uint8_t> movesOf(const std::vector<std::string>& tex
         moves[*from] = *to;
     }
     return moves;
-}
-
-// Writes a module and reads it back. Throws a Failure with what the board holds unless it is `wanted`.
-void writeAndCompare(Session& session, std::uint8_t address, const ModuleRef& module,
-                     const ModuleValue& wanted) {
-    std::string reason = "não confere";
-    try {
-        insist(session, address,
-               [&](const K7QClient& client) { return client.write(address, module, wanted); });
-    } catch (const Failure& failure) {
-        if (failure.status != ExitStatus::refused) throw;
-        reason = "foi recusado";
-    }
-    const ModuleValue held = readModule(session, address, module);
-    if (sameBytes(held, wanted)) return;
-    throw Failure(ExitStatus::refused,
-                  labelOf(module) + " da caixa " + twoDigits(address) + " " + reason + ": o arquivo traz " +
-                      fieldsText(wanted) + ", a caixa tem " + fieldsText(held),
-                  address, static_cast<std::uint8_t>(Fun::moduleSet));
 }
 
 }  // namespace
@@ -222,8 +201,8 @@ void restore(Session& session, const std::string& file, const RestoreOptions& op
     if (!rows.empty())
         print(
             table({"caixa", "módulo", "antes", options.dryRun ? "mudaria para" : "agora"}, std::move(rows)));
-    print(std::to_string(changes.size()) +
-          (options.dryRun ? " módulos mudariam\n" : " módulos mudados e conferidos\n"));
+    print((options.dryRun ? "módulos que mudariam: " : "módulos mudados e conferidos: ") +
+          std::to_string(changes.size()) + "\n");
 }
 
 }  // namespace Cli

@@ -8,8 +8,8 @@
 
 #include <cstdint>
 
-// Reading a whole speaker is some hundred requests. On a line that loses replies one loss must not end
-// it: a request that is not answered is made again.
+// Saving or restoring a speaker is some hundred requests. On a line that loses replies one loss must not
+// end it: a request that is not answered is made again.
 namespace Cli {
 
 constexpr int mostAttempts = 4;
@@ -28,6 +28,14 @@ auto insist(Session& session, std::uint8_t address, Request request, int attempt
 
 Wendril::DeviceInfo readInfo(Session& session, std::uint8_t address);
 Wendril::ModuleValue readModule(Session& session, std::uint8_t address, const Wendril::ModuleRef& module);
+
+/// Whether a board holds both as the same bytes. Values that are no numbers are equal here.
+bool sameBytes(const Wendril::ModuleValue& a, const Wendril::ModuleValue& b);
+
+/// Writes a module and reads it back. Throws a Failure `refused` with what the board holds unless that
+/// is `wanted`.
+void writeAndCompare(Session& session, std::uint8_t address, const Wendril::ModuleRef& module,
+                     const Wendril::ModuleValue& wanted);
 
 /// The settings of a speaker and the names of its presets, with progress on a terminal.
 ShowSpeaker readSpeaker(Session& session, const Wendril::DeviceInfo& info);

@@ -1,8 +1,9 @@
-#include "cli/reading.hpp"
+#include "cli/insist.hpp"
 
 #include "cli/presets.hpp"
 #include "cli/progress.hpp"
 
+#include "Wendril/fields.hpp"
 #include "Wendril/text.hpp"
 
 namespace Cli {
@@ -15,6 +16,26 @@ DeviceInfo readInfo(Session& session, std::uint8_t address) {
 
 ModuleValue readModule(Session& session, std::uint8_t address, const ModuleRef& module) {
     return insist(session, address, [&](const K7QClient& client) { return client.read(address, module); });
+}
+
+bool sameBytes(const ModuleValue& a, const ModuleValue& b) { return a.encoded() == b.encoded(); }
+
+void writeAndCompare(Session& session, std::uint8_t address, const ModuleRef& module,
+                     const ModuleValue& wanted) {
+    std::string reason = "não confere";
+    try {
+        insist(session, address,
+               [&](const K7QClient& client) { return client.write(address, module, wanted); });
+    } catch (const Failure& failure) {
+        if (failure.status != ExitStatus::refused) throw;
+        reason = "foi recusado";
+    }
+    const ModuleValue held = readModule(session, address, module);
+    if (sameBytes(held, wanted)) return;
+    throw Failure(ExitStatus::refused,
+                  labelOf(module) + " da caixa " + twoDigits(address) + " " + reason + ": pedido " +
+                      fieldsText(wanted) + ", a caixa tem " + fieldsText(held),
+                  address, static_cast<std::uint8_t>(Fun::moduleSet));
 }
 
 ShowSpeaker readSpeaker(Session& session, const DeviceInfo& info) {
