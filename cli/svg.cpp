@@ -84,12 +84,12 @@ std::string svgOf(const std::vector<Curve>& curves) {
             "stroke=\"" + std::string(colour) + "\" stroke-dasharray=\"" + std::string(dashes) + "\"";
         lines += polyline(curves[i], stroke);
         const double y = height - 12;
-        legend += "<path d=\"M" + fixed(x, 0) + " " + fixed(y, 0) + "h34\" stroke-width=\"2\" " + stroke +
+        legend += "<path d=\"M" + fixed(x, 0) + " " + fixed(y, 0) + R"(h34" stroke-width="2" )" + stroke +
                   "/>\n" + textAt(x + 40, y + 4, "start", curves[i].name, "#222");
         x += 64 + letterWidth * static_cast<double>(curves[i].name.size());
     }
     // An inner drawing clips what runs beyond it. It needs no name, so several fit into one page.
-    return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " + fixed(width, 0) + " " +
+    return R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 )" + fixed(width, 0) + " " +
            fixed(height, 0) +
            "\" font-family=\"sans-serif\" font-size=\"13\">\n"
            "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n" +

@@ -151,7 +151,7 @@ TEST(WatchTest, ASilentSpeakerShowsGapsAndEndsItAtTheTenth) {
 
 TEST(ReportTest, WhatABoardSendsIsTextInThePage) {
     const std::string page = testing::TempDir() + "report.html";
-    const auto made = Tests::shell("printf 'preset 1 save 1 \"<i>&\\047\"\\nreport 1 --html " + page +
+    const auto made = Tests::shell(R"(printf 'preset 1 save 1 "<i>&\047"\nreport 1 --html )" + page +
                                    "\\n' | " CLI " --demo 1 run -");
     EXPECT_EQ(made.status, 0) << made.output;
     const std::string html = Tests::shell("cat " + page).output;
