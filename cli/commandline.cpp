@@ -137,7 +137,7 @@ public:
 
     // A command also takes the options of the program.
     std::string make_footer(const CLI::App* app) const override {
-        const std::string footer = Formatter::make_footer(app);
+        std::string footer = Formatter::make_footer(app);
         const CLI::App* const program = pathTo(app).front();
         if (program == app) return footer;
         const auto shared = program->get_options([program](const CLI::Option* option) {

@@ -52,7 +52,7 @@ std::string Table::markup() const {
     std::string head;
     for (const Column& column : columns)
         head +=
-            cell("th", column.isNumber ? " scope=\"col\" class=\"number\"" : " scope=\"col\"", column.title);
+            cell("th", column.isNumber ? R"( scope="col" class="number")" : " scope=\"col\"", column.title);
     std::string body;
     for (const auto& row : rows) {
         body += "<tr>";

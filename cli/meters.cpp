@@ -26,7 +26,9 @@ Answer answerOf(const std::vector<float>& levels) {
         const std::string channel(K7Q::meterChannels[i]);
         answer.json[channel] = jsonOf(levels[i]);
         const std::string level = fixed(levels[i], 1);
-        answer.text += channel + std::string(level.size() < 7 ? 7 - level.size() : 1, ' ') + level + " dB   ";
+        answer.text += channel;
+        answer.text.append(level.size() < 7 ? 7 - level.size() : 1, ' ');
+        answer.text += level + " dB   ";
     }
     return answer;
 }

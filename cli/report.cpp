@@ -21,7 +21,6 @@ using namespace Wendril;
 namespace {
 
 using Html::Cell;
-using Html::Column;
 using Html::Table;
 
 // For A4 and for the screen. The page loads nothing, so that it can be kept as one file.
