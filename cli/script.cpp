@@ -84,7 +84,7 @@ void runScript(Session& session, const std::string& file, bool keepGoing) {
             throw;
         } catch (const std::exception& error) {
             const Failure failure = inLine(number, error);
-            if (!keepGoing) throw failure;
+            if (!keepGoing) throw Failure(failure);
             const std::string text = textOf(std::make_exception_ptr(failure), json);
             std::fprintf(stderr, json ? "%s\n" : "corvane-cli: %s\n", text.c_str());
             if (!first) first = failure.status;
