@@ -28,6 +28,10 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     const K7QClient client = *link.client;
     const Generation discovery = link.discoveries.next();  // ends the live loop too
     progress = std::nullopt;
+    if (activity.value() && !leaving) {
+        warn("A procura interrompeu: " + *activity.value());
+        activity = std::nullopt;
+    }
 
     status = Status::working("Procurando caixas…");
     std::vector<DeviceInfo> found;
@@ -82,9 +86,10 @@ Task<void> AppModel::readSpeakers(K7QClient client, Generation discovery) {
         const auto show = [this, discovery, i, n = all.size()](double fraction) {
             if (!discovery.isOver()) progress = (static_cast<double>(i) + fraction) / static_cast<double>(n);
         };
+        const std::uint64_t reading = beginReading(*all[i]);
         auto values = co_await during(discovery, client.readAll(address, show));
         if (values)
-            all[i]->take(*std::move(values.value), {});
+            all[i]->take(*std::move(values.value), reading);
         else
             warn(address, incompleteReading);
     }
@@ -95,17 +100,17 @@ Task<void> AppModel::readAgain() {
 }
 
 Task<void> AppModel::readAgainSteps() {
-    if (!link.client || activity.value()) co_return;
+    if (!link.client || activity.value() || !status.value().isOnline()) co_return;
     const K7QClient client = *link.client;
-    const Generation generation = link.generation();
+    const Generation generation = link.discoveries.latest();
     const Speakers asked = targeted();
     std::vector<std::uint8_t> done;
     for (const auto& speaker : asked) {
         activity = "Lendo a caixa " + twoDigits(speaker->address) + "…";
-        const ModuleValues before = speaker->values.value();
+        const std::uint64_t reading = beginReading(*speaker);
         auto values = co_await during(generation, client.readAll(speaker->address, nullptr));
         if (values) {
-            speaker->take(*std::move(values.value), before);
+            speaker->take(*std::move(values.value), reading);
             done.push_back(speaker->address);
         } else {
             warn(speaker->address, incompleteReading);
