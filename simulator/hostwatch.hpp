@@ -25,6 +25,9 @@ public:
     /// The request that was neither answered nor replaced by another one.
     const std::optional<Wendril::Frame>& waiting() const { return request; }
 
+    /// Whether the host holds a frame that has begun and not ended.
+    bool isMidFrame() const { return !parser.pending().empty(); }
+
     void reset();
 
 private:

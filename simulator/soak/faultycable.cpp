@@ -107,10 +107,11 @@ void FaultyCable::begin(const Frame& request, ByteView data) {
     ++workshop.ledger.requests;
     ++attempt;
     const auto judged = [this](const Frame& frame, bool isReply) {
-        if (isReply) judge(frame, attempt - 1);
+        if (isReply) judge(frame, std::min(oldestHeld, attempt - 1));
     };
     if (watch.sent(request, writtenAt, writtenAt, judged))
         workshop.violated("a request while another one waits: " + Simulator::meaningOf(request, true));
+    if (workshop.log) workshop.log((isResend ? "again: " : "host: ") + Simulator::meaningOf(request, true));
     if (isResend) return;
     firstAttempt = attempt;
     if (request.function() != Fun::moduleSet) return;
@@ -231,9 +232,11 @@ void FaultyCable::arrive(const Pieces& pieces) {
     Bytes together;
     for (const Piece& piece : pieces) {
         append(together, piece.bytes);
-        watch.received(piece.bytes, workshop.time.now(), [this, &piece](const Frame& frame, bool isReply) {
-            if (isReply) judge(frame, piece.answers);
+        oldestHeld = std::min(oldestHeld, piece.answers);
+        watch.received(piece.bytes, workshop.time.now(), [this](const Frame& frame, bool isReply) {
+            if (isReply) judge(frame, oldestHeld);
         });
+        if (!watch.isMidFrame()) oldestHeld = UINT64_MAX;
     }
     onData(together);
 }

@@ -83,8 +83,9 @@ private:
 
     Simulator::RequestReader reader;
     Simulator::HostWatch watch;
-    std::uint64_t attempt = 0;       // counts the requests, resends included
-    std::uint64_t firstAttempt = 0;  // of the request that is on the line now
+    std::uint64_t attempt = 0;              // counts the requests, resends included
+    std::uint64_t firstAttempt = 0;         // of the request that is on the line now
+    std::uint64_t oldestHeld = UINT64_MAX;  // attempt that the oldest byte of an unfinished frame answers
     Wendril::Bytes lastBytes;
     std::map<std::uint8_t, std::uint8_t> written;  // module, by address
     Wendril::TimePoint writtenAt;
