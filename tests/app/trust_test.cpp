@@ -94,6 +94,19 @@ TEST(HealingTest, ReadingAgainTakesOverWhatTheTargetedSpeakersHold) {
     EXPECT_EQ(rig.model->report.value().text, "Lida: caixa 02");
 }
 
+TEST(StalledLineTest, AnAdapterThatTakesNoDataForThreeSecondsIsTold) {
+    for (const Duration stall : {2s, 5s}) {
+        Rig rig;
+        rig.goOnline();
+        rig.port->swallow = [&](const Sent&) {
+            rig.time.block(stall);
+            return false;
+        };
+        rig.time.advance(1s);
+        EXPECT_EQ(rig.notice(), stall > 3s ? "O adaptador não aceita dados. Confira o cabo USB." : "");
+    }
+}
+
 TEST(HealingTest, SpeakersThatDoNotAnswerDoNotHoldUpTheOthers) {
     Rig rig(chainOf(8));
     rig.port->swallow = [](const Sent& sent) { return sent.is(Fun::moduleGet); };
