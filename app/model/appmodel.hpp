@@ -230,7 +230,8 @@ private:
     EditQueue edits;
     std::optional<WriteKey> writing;  // the edit that is on the line
     bool leaving = false;
-    std::size_t foundBefore = 0;  // speakers, by the latest discovery of this link
+    std::weak_ptr<const void> addressing;  // expired unless an addressing is under way
+    std::size_t foundBefore = 0;           // speakers, by the latest discovery of this link
     std::uint64_t presetRuns = 0;
 };
 

@@ -4,6 +4,8 @@
 
 #include "Wendril/text.hpp"
 
+#include <chrono>
+#include <memory>
 #include <utility>
 
 namespace Corvane {
@@ -34,6 +36,9 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     }
 
     status = Status::working("Procurando caixas…");
+    // An overruled addressing goes on to its end. Two at a time would give an address twice.
+    while (!addressing.expired())
+        co_await during(discovery, sleepFor(std::chrono::milliseconds(10)));
     std::vector<DeviceInfo> found;
     if (!renumber) {
         auto scanned = co_await during(discovery, client.scan(firstAddress, lastAddress));
@@ -41,6 +46,8 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     }
     if (found.empty()) {
         status = Status::working("Endereçando as caixas…");
+        const auto running = std::make_shared<char>();
+        addressing = running;
         auto addressed = co_await during(discovery, client.assignVerified(mostSpeakers));
         if (addressed) found = std::move(addressed.value->found);
         if (addressed && !addressed.value->isCertain)

@@ -182,6 +182,17 @@ TEST(AddressingTest, OnABadLineAllSpeakersAreFoundOrTheUserIsTold) {
     EXPECT_GE(complete, 24);
 }
 
+TEST(AddressingTest, TwoAtATimeRunOneAfterTheOther) {
+    Rig rig(chainOf(5));
+    rig.goOnline();
+    rig.model->start(rig.model->discover(true));
+    rig.time.advance(7ms);
+    rig.run(rig.model->discover(true));
+    for (std::size_t board = 0; board < 5; ++board)
+        EXPECT_EQ(rig.line->board(board).address(), board + 1);
+    EXPECT_EQ(rig.model->speakers.value().size(), 5U);
+}
+
 TEST(AddressingTest, AnAddressingWithoutAResendIsNotChecked) {
     auto options = chainOf(3);
     options.addressed = false;
