@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The bytes of each field of a frame; those of the payload and the checksum depend on its length.
+// The bytes of each field that the checksum does not cover.
 struct Field {
     Fault fault;
     std::size_t first;
@@ -23,7 +23,6 @@ struct Field {
 constexpr Field headerFields[] = {
     {Fault::flippedHead, 0, 1},     {Fault::flippedProduct, 1, 1}, {Fault::flippedAddress, 2, 1},
     {Fault::flippedFunction, 3, 1}, {Fault::flippedGroup, 4, 2},   {Fault::flippedReserved, 6, 2},
-    {Fault::flippedCount, 8, 4},
 };
 
 Bytes encoded(const Frame& frame) { return FrameCodec::encode(frame, false, {}); }
@@ -183,17 +182,20 @@ void FaultyCable::replace(Bytes& bytes) {
     bytes = encoded(other);
 }
 
+// One bit at most of what the checksum covers: two flips may leave the sum as it was.
 void FaultyCable::flip(Bytes& bytes) {
     const auto flipIn = [&](Fault fault, std::size_t first, std::size_t count) {
-        if (count == 0 || first + count > bytes.size() || !strikes(fault)) return;
+        if (count == 0 || first + count > bytes.size() || !strikes(fault)) return false;
         bytes[first + workshop.chance.below(count)] ^=
             static_cast<std::uint8_t>(1U << workshop.chance.below(8));
+        return true;
     };
     for (const Field& field : headerFields)
         flipIn(field.fault, field.first, field.bytes);
     constexpr std::size_t around = FrameCodec::headerBytes + FrameCodec::checksumBytes;
     if (bytes.size() < around) return;
-    flipIn(Fault::flippedPayload, FrameCodec::headerBytes, bytes.size() - around);
+    if (flipIn(Fault::flippedCount, 8, 4)) return;
+    if (flipIn(Fault::flippedPayload, FrameCodec::headerBytes, bytes.size() - around)) return;
     flipIn(Fault::flippedChecksum, bytes.size() - FrameCodec::checksumBytes, FrameCodec::checksumBytes);
 }
 
