@@ -166,7 +166,8 @@ Duration FaultyCable::delayOf(std::size_t bytes) {
     if (strikes(Fault::lateReply)) return std::chrono::milliseconds(workshop.chance.between(50, 3000));
     // 2400 bit/s, as behind a congested bridge.
     if (strikes(Fault::slowLine)) return bytes * 10 * 1000ms / 2400;
-    return 0ms;
+    if (workshop.isPaced) return workshop.turnaround + bytes * 10 * 1000ms / K7Q::baudRate;
+    return workshop.turnaround;
 }
 
 // A whole frame with a valid checksum, but not the one that was asked for.

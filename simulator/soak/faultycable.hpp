@@ -21,7 +21,9 @@ struct Workshop {
     Simulator::VirtualTime& time;
     Chance& chance;
     Ledger& ledger;
-    Weather weather;  // now
+    Weather weather;                 // now
+    Wendril::Duration turnaround{};  // of the boards
+    bool isPaced = false;            // bytes take the time of the line
     std::function<void(const std::string&)> log;
     std::function<void(const std::string&)> violated;
     int holders = 0;  // open cables: a port opens once at a time

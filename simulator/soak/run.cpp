@@ -96,8 +96,9 @@ private:
         boards = static_cast<std::size_t>(chance.between(1, 16));
         lineOptions.boards = boards;
         lineOptions.addressed = chance.happens(0.8);
-        lineOptions.pace = chance.happens(0.3);
-        lineOptions.turnaround = std::chrono::milliseconds(chance.between(1, 6));
+        // The line answers at once, so that the cable knows which attempt a reply is for.
+        workshop.isPaced = chance.happens(0.3);
+        workshop.turnaround = std::chrono::milliseconds(chance.between(1, 6));
         line = std::make_shared<Simulator::Line>(time.executor(), lineOptions);
         for (std::size_t position = 0; position < boards; ++position) {
             Simulator::Board& board = line->board(position);
@@ -325,6 +326,8 @@ private:
         .chance = chance,
         .ledger = outcome.ledger,
         .weather = {},
+        .turnaround = {},
+        .isPaced = false,
         .log = options.log ? [this](const std::string& text) { log(text); }
                            : std::function<void(const std::string&)>(),
         .violated =
