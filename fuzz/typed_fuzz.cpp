@@ -37,7 +37,7 @@ void readModule(const std::string& text) {
 
 void readAddresses(const std::string& text) {
     for (const std::uint8_t address : Cli::Addresses::parse(text).named)
-        Fuzz::check(address >= 1 && address <= Cli::Addresses::last);
+        Fuzz::check(address >= 1 && address < 255);
 }
 
 }  // namespace
