@@ -7,6 +7,7 @@
 #include "Wendril/text.hpp"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -57,7 +58,8 @@ const Wakeup& interruption() {
     return wakeup;
 }
 
-volatile std::sig_atomic_t lastSignal = 0;
+std::atomic<int> lastSignal = 0;  // written by the handler, read by the thread that waits
+static_assert(std::atomic<int>::is_always_lock_free);
 
 void onSignal(int signal) {
     lastSignal = signal;
