@@ -3,7 +3,6 @@
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
-#include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/analogvu.hpp"
@@ -75,13 +74,10 @@ QLayout* column(QWidget* control, QWidget* button) {
 }  // namespace
 
 ToneView::ToneView(AppModel& model, QWidget* parent)
-    : Surface(parent)
+    : PageView(QBoxLayout::LeftToRight, parent)
     , model(model) {
-    auto* const columns = new QHBoxLayout(this);
-    columns->setContentsMargins(pageMargins);
-    columns->setSpacing(panelGap);
-    columns->addWidget(tonePanel(), 1);
-    columns->addWidget(volumePanel());
+    panels().addWidget(tonePanel(), 1);
+    panels().addWidget(volumePanel());
 }
 
 QWidget* ToneView::tonePanel() {

@@ -3,8 +3,8 @@
 #include "app/model/appmodel.hpp"
 
 #include "ui/kit/eqgraph.hpp"
-#include "ui/kit/panel.hpp"
 #include "ui/kit/valuecontrol.hpp"
+#include "ui/pages/shared/pageview.hpp"
 
 #include <QString>
 
@@ -19,7 +19,7 @@ class PeqRow;
 ///
 /// While the graph has the focus, Ctrl+C and Ctrl+V copy the selected band, and Ctrl+Shift+C and
 /// Ctrl+Shift+V all bands.
-class TechChannelView final : public Kit::Surface {
+class TechChannelView final : public PageView {
 public:
     TechChannelView(AppModel& model, std::string_view channel, QString title, QWidget* parent);
 

@@ -2,12 +2,12 @@
 
 #include "app/model/appmodel.hpp"
 
-#include "ui/kit/panel.hpp"
+#include "ui/pages/shared/pageview.hpp"
 
 namespace Corvane {
 
 /// The responses of all outputs in one graph, and their crossover filters.
-class TechCrossoverView final : public Kit::Surface {
+class TechCrossoverView final : public PageView {
 public:
     TechCrossoverView(AppModel& model, QWidget* parent);
 

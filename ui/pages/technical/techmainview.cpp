@@ -1,6 +1,5 @@
 #include "ui/pages/technical/techmainview.hpp"
 
-#include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/technical/channelstrip.hpp"
 #include "ui/pages/technical/presetpanel.hpp"
 #include "ui/pages/technical/routingpanel.hpp"
@@ -38,16 +37,13 @@ QWidget* divider(QWidget* parent) {
 }  // namespace
 
 TechMainView::TechMainView(AppModel& model, QWidget* parent)
-    : Surface(parent) {
-    auto* const columns = new QHBoxLayout(this);
-    columns->setContentsMargins(pageMargins);
-    columns->setSpacing(panelGap);
-    columns->addWidget(levelsPanel(model), 1);
+    : PageView(QBoxLayout::LeftToRight, parent) {
+    panels().addWidget(levelsPanel(model), 1);
     auto* const right = new QVBoxLayout;
     right->setSpacing(panelGap);
     right->addWidget(new PresetPanel(model, this));
     right->addWidget(new RoutingPanel(model, this), 1);
-    columns->addLayout(right);
+    panels().addLayout(right);
 }
 
 QWidget* TechMainView::levelsPanel(AppModel& model) {

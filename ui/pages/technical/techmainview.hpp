@@ -2,12 +2,12 @@
 
 #include "app/model/appmodel.hpp"
 
-#include "ui/kit/panel.hpp"
+#include "ui/pages/shared/pageview.hpp"
 
 namespace Corvane {
 
 /// The strips of all channels, the presets and the routing.
-class TechMainView final : public Kit::Surface {
+class TechMainView final : public PageView {
 public:
     TechMainView(AppModel& model, QWidget* parent);
 
