@@ -117,7 +117,7 @@ LiveChain::LiveChain(OnSetting onSetting)
 OpenWindow::OpenWindow(AppModel& model, const ShownPage& page)
     : window(model, true) {
     page.showIn(model, window.content());
-    window.resize(ContentView::usual);
+    window.resize(Room::usual);
     window.show();
     settle();
 }

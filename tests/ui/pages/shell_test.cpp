@@ -70,7 +70,7 @@ TEST(ShellTest, HeaderAndStripAct) {
 
 TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindow) {
     Desk desk("TOM", 16);
-    desk.view.resize(ContentView::smallest);
+    desk.view.resize(Room::least);
     const QRect room = desk.view.rect().marginsRemoved({32, 24, 32, 24});
     const auto fits = [&](QWidget& widget) {
         const QRect place(widget.mapTo(&desk.view, QPoint()), widget.size());
@@ -109,7 +109,7 @@ TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {
     MainWindow window(*rig.model, true);
     Hand::showActive(window);
     window.resize(300, 200);
-    EXPECT_EQ(window.content().size(), ContentView::smallest);
+    EXPECT_EQ(window.content().size(), Room::least);
     auto& logo = OnScreen::find<LogoTitle>(window, "CORVANE");
     const auto click = [&window](const char* name) {
         QTest::mouseClick(&OnScreen::find<Kit::Button>(window, name), Qt::LeftButton);

@@ -1,10 +1,13 @@
 #include "ui/pages/shared/pageview.hpp"
 
+#include <cmath>
+
 namespace Corvane {
 
 namespace {
 
 constexpr QMargins pageMargins(32, 24, 32, 24);
+constexpr double tightShare = 0.6;  // of a gap that is left in the lowest window
 
 }  // namespace
 
@@ -31,11 +34,16 @@ void PageView::resizeEvent(QResizeEvent* event) {
         }
     }
     const Room room = Room::in(window()->size());
+    const auto eased = [&room](int gap) {
+        return room.between(static_cast<int>(std::lround(tightShare * gap)), gap);
+    };
     for (const auto& [layout, margins, spacing] : usual) {
-        layout->setContentsMargins(margins.left(), room.eased(margins.top()), margins.right(),
-                                   room.eased(margins.bottom()));
-        layout->setSpacing(layout->direction() == QBoxLayout::TopToBottom ? room.eased(spacing) : spacing);
+        layout->setContentsMargins(margins.left(), eased(margins.top()), margins.right(),
+                                   eased(margins.bottom()));
+        layout->setSpacing(layout->direction() == QBoxLayout::TopToBottom ? eased(spacing) : spacing);
     }
+    rows->setContentsMargins(rows->contentsMargins() +
+                             QMargins(room.beside, room.above, room.beside, room.above));
     rows->activate();
     Surface::resizeEvent(event);
 }

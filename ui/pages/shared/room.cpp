@@ -5,19 +5,16 @@
 
 namespace Corvane {
 
-namespace {
-
-constexpr double leastShare = 0.6;  // of a gap that stays on the smallest screen
-
-}  // namespace
-
 Room Room::in(QSize window) {
     const double lowest = leastOnSmallScreen.height();
-    return {.ease = std::clamp((window.height() - lowest) / (least.height() - lowest), 0.0, 1.0)};
+    const QSize content = window.boundedTo(most);
+    return {.ease = std::clamp((window.height() - lowest) / (least.height() - lowest), 0.0, 1.0),
+            .beside = (window.width() - content.width()) / 2,
+            .above = (window.height() - content.height()) / 2};
 }
 
-int Room::eased(int usual) const {
-    return static_cast<int>(std::lround(usual * std::lerp(leastShare, 1.0, ease)));
+int Room::between(int tight, int usual) const {
+    return static_cast<int>(std::lround(std::lerp(tight, usual, ease)));
 }
 
 }  // namespace Corvane

@@ -12,13 +12,18 @@ struct Room {
     static constexpr QSize leastOnSmallScreen{1240, 700};
     static constexpr QSize usual{1280, 820};
 
+    /// The content grows with the window up to this size, and stays in the middle of a larger one.
+    static constexpr QSize most{1800, 1075};
+
     double ease = 1;  // 1 from the least height on, 0 at the least height on a small screen
+    int beside = 0;   // free at the left and at the right of the content
+    int above = 0;    // free above and below the page
 
     static Room in(QSize window);
 
-    /// A vertical gap or margin. On a small screen these give way, so that rows and buttons keep their
-    /// height.
-    int eased(int usual) const;
+    /// A vertical gap or margin: `usual` of them, but as little as `tight` where the window is low. Rows
+    /// and buttons can thus keep their height.
+    int between(int tight, int usual) const;
 };
 
 }  // namespace Corvane

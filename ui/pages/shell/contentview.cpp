@@ -59,17 +59,19 @@ protected:
 ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     : QWidget(parent)
     , model(model)
+    , header(new HeaderBar(model, choosesLink, this))
+    , strip(new SpeakerStrip(model, {page, techPage, locked}, this))
     , pages(new QStackedWidget(this))
     , veil(new Veil(model, this))
     , reportLine(new ReportLine(model, this)) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
-    rows->addWidget(new HeaderBar(model, choosesLink, this));
-    rows->addWidget(new SpeakerStrip(model, {page, techPage, locked}, this));
+    rows->addWidget(header);
+    rows->addWidget(strip);
     rows->addWidget(pages, 1);
-    setMinimumSize(smallest);
-    resize(usual);
+    setMinimumSize(Room::least);
+    resize(Room::usual);
 
     Corvane::bind(
         *this, [this, &model] { return std::tuple(model.technical.value(), page.value(), techPage.value()); },
@@ -167,6 +169,9 @@ void ContentView::paintEvent(QPaintEvent*) {
 }
 
 void ContentView::resizeEvent(QResizeEvent*) {
+    const Room room = Room::in(size());
+    header->setRoom(room);
+    strip->setRoom(room);
     layout()->activate();
     veil->setGeometry(pages->geometry());
     reportLine->settle();
