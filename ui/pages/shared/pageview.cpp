@@ -23,14 +23,19 @@ void PageView::remember(QLayout* layout) {
         usual.push_back({box, box->contentsMargins(), box->spacing()});
 }
 
+std::vector<Kit::Panel*> PageView::panelsOfPage() const {
+    std::vector<Kit::Panel*> found;
+    for (QObject* const child : children())
+        if (auto* const panel = dynamic_cast<Kit::Panel*>(child)) found.push_back(panel);
+    return found;
+}
+
 void PageView::resizeEvent(QResizeEvent* event) {
     if (usual.empty()) {
         remember(rows);
-        for (QObject* const child : children()) {
-            if (auto* const panel = dynamic_cast<Kit::Panel*>(child)) {
-                remember(panel->layout());
-                remember(&panel->content());
-            }
+        for (Kit::Panel* const panel : panelsOfPage()) {
+            remember(panel->layout());
+            remember(&panel->content());
         }
     }
     const Room room = Room::in(window()->size());
@@ -44,6 +49,9 @@ void PageView::resizeEvent(QResizeEvent* event) {
     }
     rows->setContentsMargins(rows->contentsMargins() +
                              QMargins(room.beside, room.above, room.beside, room.above));
+    // From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
+    for (Kit::Panel* const panel : panelsOfPage())
+        panel->layout()->activate();
     rows->activate();
     Surface::resizeEvent(event);
 }

@@ -29,6 +29,7 @@ private:
     };
 
     void remember(QLayout* layout);
+    std::vector<Kit::Panel*> panelsOfPage() const;
 
     QBoxLayout* rows;
     std::vector<Gaps> usual;  // of page and panels

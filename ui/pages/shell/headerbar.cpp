@@ -46,6 +46,7 @@ HeaderBar::HeaderBar(AppModel& model, bool choosesLink, QWidget* parent)
 void HeaderBar::setRoom(const Room& room) {
     layout()->setContentsMargins(margins.left() + room.beside, room.between(tightTop, margins.top()),
                                  margins.right() + room.beside, room.between(tightBottom, margins.bottom()));
+    layout()->activate();
 }
 
 void HeaderBar::addTechnicalButton(QHBoxLayout& row) {

@@ -106,6 +106,7 @@ SpeakerStrip::SpeakerStrip(AppModel& model, const Choices& choices, QWidget* par
 void SpeakerStrip::setRoom(const Room& room) {
     layout()->setContentsMargins(margins.left() + room.beside, room.between(tightTop, margins.top()),
                                  margins.right() + room.beside, margins.bottom());
+    layout()->activate();
 }
 
 void SpeakerStrip::addSearchButton(QHBoxLayout& row) {

@@ -21,8 +21,8 @@ using namespace Wendril;
 
 namespace {
 
-// Heights of the rows and the space between them, at the smallest window.
-constexpr int meterRow = 200;
+// Heights of the rows and the space between them, in the lowest window.
+constexpr int meterRow = 184;
 constexpr int controlRow = 212;
 constexpr int buttonRow = 44;
 constexpr int gap = 18;

@@ -41,7 +41,7 @@ constexpr int outputPadding = Kit::EQGraph::bleed.top();
 constexpr int outputMenuHeight = 24;
 
 constexpr int graphHeight = 230;
-constexpr int leastGraphHeight = 170;  // in the lowest window
+constexpr int leastGraphHeight = 150;  // in the lowest window
 constexpr int graphFirst = 1000;       // stretch: what is left goes to the graph before the rows
 constexpr double stripHeight = 300;
 constexpr double largeKnob = 82;
