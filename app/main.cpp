@@ -3,6 +3,7 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -46,6 +47,11 @@ int main(int argc, char** argv) {
 
     QApplication::setApplicationName(QStringLiteral("corvane"));
     QApplication::setApplicationDisplayName(QStringLiteral("Corvane"));
+    // The toolkit multiplies it with the scale of the screen, so everything is drawn as sharp as ever.
+    if (options.zoom != 1) {
+        const double scale = std::max(qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(), 1.0);
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(scale * options.zoom));
+    }
     // The unattended mode draws without a screen.
     if (Corvane::Snapshot::isActive() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
