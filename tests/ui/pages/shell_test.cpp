@@ -2,6 +2,7 @@
 
 #include "ui/kit/panel.hpp"
 #include "ui/kit/textfield.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/logotitle.hpp"
 #include "ui/pages/shell/mainwindow.hpp"
 
@@ -68,22 +69,39 @@ TEST(ShellTest, HeaderAndStripAct) {
     EXPECT_FALSE(desk.sentOf(Fun::netStart).empty());
 }
 
-TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindow) {
+TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindows) {
     Desk desk("TOM", 16);
-    desk.view.resize(Room::least);
-    const QRect room = desk.view.rect().marginsRemoved({32, 24, 32, 24});
-    const auto fits = [&](QWidget& widget) {
-        const QRect place(widget.mapTo(&desk.view, QPoint()), widget.size());
-        return room.contains(place) && widget.size() == widget.size().expandedTo(widget.minimumSizeHint());
-    };
-    for (const TechPage& page : TechPage::all) {
-        desk.goTo(page.title());
-        for (QWidget* const panel : desk.all<Kit::Panel>())
-            EXPECT_TRUE(fits(*panel)) << qPrintable(page.title());
+    QStringList titles{"TOM", "DINÂMICA", "DELAY"};
+    for (const TechPage& page : TechPage::all)
+        titles << page.title();
+    desk.view.setMinimumSize(Room::leastOnSmallScreen);
+    for (const auto& [size, margin] : {std::pair{Room::least, 24}, {Room::leastOnSmallScreen, 14}}) {
+        desk.view.resize(size);
+        const QRect room = desk.view.rect().marginsRemoved({32, margin, 32, margin});
+        const auto fits = [&](QWidget& widget) {
+            const QRect place(widget.mapTo(&desk.view, QPoint()), widget.size());
+            return room.contains(place) &&
+                   widget.size() == widget.size().expandedTo(widget.minimumSizeHint());
+        };
+        for (const QString& title : titles) {
+            desk.goTo(title);
+            EXPECT_TRUE(fits(desk.find(titles.indexOf(title) < 3 ? "DELAY" : "OUT 4")));
+            for (QWidget* const panel : desk.all<Kit::Panel>())
+                EXPECT_TRUE(fits(*panel)) << qPrintable(title) << ' ' << size.height();
+        }
     }
-    EXPECT_TRUE(fits(desk.find("OUT 4")));
-    desk.model->technical = false;
-    EXPECT_TRUE(fits(desk.find("DELAY")));
+}
+
+TEST(ShellTest, TheContentStaysInTheMiddleOfALargeWindow) {
+    Desk desk("DELAY");
+    desk.view.resize(2560, 1440);
+    const auto& panel = *desk.all<Kit::Panel>().at(0);
+    const QPoint place = panel.mapTo(&desk.view, QPoint());
+    EXPECT_EQ(place.x(), (2560 - Room::most.width()) / 2 + 32);
+    EXPECT_EQ(panel.width(), Room::most.width() - 2 * 32);
+    EXPECT_NEAR(place.y() + panel.height() / 2.0, (desk.page().mapTo(&desk.view, QPoint()).y() + 1440) / 2.0,
+                1);
+    EXPECT_EQ(desk.all<LogoTitle>().at(0)->mapTo(&desk.view, QPoint()).x(), place.x());
 }
 
 TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {
