@@ -92,16 +92,18 @@ TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindows) {
     }
 }
 
-TEST(ShellTest, TheContentStaysInTheMiddleOfALargeWindow) {
+TEST(ShellTest, TheContentGrowsAndStaysInTheMiddleOfALargeWindow) {
     Desk desk("DELAY");
+    const QSize usual = desk.all<Kit::Panel>().at(0)->size();
     desk.view.resize(2560, 1440);
-    const auto& panel = *desk.all<Kit::Panel>().at(0);
-    const QPoint place = panel.mapTo(&desk.view, QPoint());
-    EXPECT_EQ(place.x(), (2560 - Room::most.width()) / 2 + 32);
-    EXPECT_EQ(panel.width(), Room::most.width() - 2 * 32);
-    EXPECT_NEAR(place.y() + panel.height() / 2.0, (desk.page().mapTo(&desk.view, QPoint()).y() + 1440) / 2.0,
-                1);
-    EXPECT_EQ(desk.all<LogoTitle>().at(0)->mapTo(&desk.view, QPoint()).x(), place.x());
+    const QSize free = (desk.view.size() - Room::most) / 2;
+    const auto placeOf = [&](QWidget& widget) {
+        return QRect(widget.mapTo(&desk.view, QPoint()), widget.size());
+    };
+    const QRect panel = placeOf(*desk.all<Kit::Panel>().at(0));
+    EXPECT_EQ(panel.size(), usual + Room::most - Room::usual);
+    EXPECT_EQ(panel.bottomRight(), QPoint(2560, 1440) - QPoint(free.width() + 33, free.height() + 25));
+    EXPECT_EQ(placeOf(*desk.all<LogoTitle>().at(0)).topLeft(), QPoint(free.width() + 32, free.height() + 34));
 }
 
 TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {

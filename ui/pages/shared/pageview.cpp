@@ -1,5 +1,7 @@
 #include "ui/pages/shared/pageview.hpp"
 
+#include "ui/kit/knob.hpp"
+
 #include <cmath>
 
 namespace Corvane {
@@ -47,8 +49,10 @@ void PageView::resizeEvent(QResizeEvent* event) {
                                    eased(margins.bottom()));
         layout->setSpacing(layout->direction() == QBoxLayout::TopToBottom ? eased(spacing) : spacing);
     }
-    rows->setContentsMargins(rows->contentsMargins() +
-                             QMargins(room.beside, room.above, room.beside, room.above));
+    rows->setContentsMargins(rows->contentsMargins() + QMargins(room.beside, 0, room.beside, room.above));
+    spend(room.taller);
+    for (QWidget* const each : findChildren<QWidget*>())
+        if (auto* const knob = dynamic_cast<Kit::Knob*>(each)) knob->setGrowth(room.growth);
     // From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
     for (Kit::Panel* const panel : panelsOfPage())
         panel->layout()->activate();

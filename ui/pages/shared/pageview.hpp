@@ -21,6 +21,10 @@ protected:
     QBoxLayout& panels() { return *rows; }
     void resizeEvent(QResizeEvent* event) override;
 
+    /// Called at each new size with what the window is higher than usual: the page gives it to its graph
+    /// and to the tracks of its faders.
+    virtual void spend(int /*height*/) {}
+
 private:
     struct Gaps {
         QBoxLayout* layout;

@@ -15,9 +15,11 @@ struct Room {
     /// The content grows with the window up to this size, and stays in the middle of a larger one.
     static constexpr QSize most{1800, 1075};
 
-    double ease = 1;  // 1 from the least height on, 0 at the least height on a small screen
-    int beside = 0;   // free at the left and at the right of the content
-    int above = 0;    // free above and below the page
+    double ease = 1;    // 1 from the least height on, 0 at the least height on a small screen
+    int beside = 0;     // free at the left and at the right of the content
+    int above = 0;      // free above and below the content
+    double growth = 1;  // of knobs, in steps of an eighth: each size needs pictures of its own
+    int taller = 0;     // than the usual window
 
     static Room in(QSize window);
 

@@ -134,8 +134,9 @@ QWidget* DynamicsView::limiterPanel() {
         {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [this] { return !limiterBypassed(); },
         [this] { toggleLimiter(); }, panel)));
     panel->content().addStretch(1);
-    QWidget* const threshold = thresholdKnob(limiter, panel);
-    panel->content().addLayout(rowOf({threshold, levelBlock(*threshold, panel)}));
+    QHBoxLayout* const large = rowOf({thresholdKnob(limiter, panel)});
+    large->addWidget(levelBlock(panel), 1, Qt::AlignHCenter);
+    panel->content().addLayout(large);
     panel->content().addStretch(1);
     panel->content().addLayout(
         rowOf({timeKnobFor(QStringLiteral("Release"), smallKnob, limiter, &LimiterValue::release, panel),
@@ -158,12 +159,11 @@ bool DynamicsView::isChosen(std::string_view output) const {
     return std::ranges::count(model.outputs(), output) > 0;
 }
 
-// As high as the knob beside it, with its title on the line of the knob's caption.
-QWidget* DynamicsView::levelBlock(const QWidget& knob, QWidget* parent) {
+// It fills the height of the row, so that its title is on the line of the captions of the knobs.
+QWidget* DynamicsView::levelBlock(QWidget* parent) {
     constexpr int barHeight = 150;
     constexpr float silence = -std::numeric_limits<float>::infinity();
     auto* const block = new QWidget(parent);
-    block->setFixedHeight(knob.height());
     auto* const rows = new QVBoxLayout(block);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
@@ -175,7 +175,7 @@ QWidget* DynamicsView::levelBlock(const QWidget& knob, QWidget* parent) {
     for (const std::string_view output : K7Q::outputs) {
         auto* const bar = new Kit::MeterBar(5, well);
         bar->setAccessibleName(QString::fromLatin1(output.data(), qsizetype(output.size())));
-        bar->setFixedHeight(barHeight + 2 * glow);
+        bar->setMinimumHeight(barHeight + 2 * glow);
         columns->addWidget(bar);
         Corvane::bind(
             *bar, [=, this] { return isChosen(output) ? model.meter(output) : silence; },
@@ -183,8 +183,8 @@ QWidget* DynamicsView::levelBlock(const QWidget& knob, QWidget* parent) {
     }
     auto* const title = new Kit::Caption(QStringLiteral("NÍVEL"), Theme::font(11, QFont::DemiBold, 2),
                                          Theme::secondary, block);
-    rows->addWidget(well, 0, Qt::AlignHCenter);
-    rows->addStretch();
+    rows->addWidget(well, 1, Qt::AlignHCenter);
+    rows->addSpacing(6);
     rows->addWidget(title, 0, Qt::AlignHCenter);
     rows->addSpacing(5);
     return block;

@@ -15,7 +15,7 @@ public:
 private:
     QWidget* compressorPanel();
     QWidget* limiterPanel();
-    QWidget* levelBlock(const QWidget& knob, QWidget* parent);
+    QWidget* levelBlock(QWidget* parent);
     bool isChosen(std::string_view output) const;
     bool limiterBypassed() const;
     void toggleLimiter();

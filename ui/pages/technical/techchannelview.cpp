@@ -30,6 +30,8 @@ using namespace Wendril;
 
 namespace {
 
+constexpr QMargins bleed = Kit::EQGraph::bleed;
+
 constexpr int gainWidth = 150;
 constexpr int dynamicsWidth = 272;
 constexpr int titleRow = 36;  // height of a compact button
@@ -37,7 +39,7 @@ constexpr int padding = 26;   // of the panels
 
 // An output has ten rows and its filters under the graph. With them the height of the window has no room
 // for the padding of other panels, above and below, and for the height of other menus.
-constexpr int outputPadding = Kit::EQGraph::bleed.top();
+constexpr int outputPadding = bleed.top();
 constexpr int outputMenuHeight = 24;
 
 constexpr int graphHeight = 230;
@@ -88,14 +90,13 @@ TechChannelView::TechChannelView(AppModel& model, std::string_view channel, QStr
 QWidget* TechChannelView::gainPanel() {
     auto* const panel = titledPanel(QStringLiteral("GANHO"), gainWidth, this);
     panel->content().addStretch(1);
-    panel->content().addWidget(new ChannelStrip(model, channel, title, stripHeight, panel), 0,
-                               Qt::AlignHCenter);
+    strip = new ChannelStrip(model, channel, title, stripHeight, panel);
+    panel->content().addWidget(strip, 0, Qt::AlignHCenter);
     panel->content().addStretch(1);
     return panel;
 }
 
 QWidget* TechChannelView::equaliserPanel() {
-    constexpr QMargins bleed = Kit::EQGraph::bleed;
     const int edge = isInput(channel) ? padding : outputPadding;  // above and below
     auto* const panel = new Kit::Panel({}, this);
     panel->layout()->setContentsMargins(padding, edge - bleed.top(), padding - bleed.right(), edge);
@@ -114,7 +115,7 @@ QWidget* TechChannelView::equaliserPanel() {
 
 void TechChannelView::buildGraph(QWidget* parent) {
     graph = new Kit::EQGraph(graphHeight, parent);
-    graph->setMinimumHeight(leastGraphHeight + graph->height() - graphHeight);
+    graph->setMinimumHeight(leastGraphHeight + bleed.top() + bleed.bottom());
     graph->setAccessibleName(QStringLiteral("Equalizador, ") + title);
     graph->onDrag = [this](int band, double fc, double gain) {
         editBand(model, channel, band, [fc, gain](PeqValue& value) {
@@ -137,6 +138,11 @@ void TechChannelView::buildGraph(QWidget* parent) {
             graph->setCurves({{title, Theme::accent, responseOf(filters), true}});
             graph->setHandles(std::move(handles));
         });
+}
+
+void TechChannelView::spend(int height) {
+    strip->setMinimumHeight(strip->sizeHint().height() + height);
+    graph->setMaximumHeight(graphHeight + height + bleed.top() + bleed.bottom());
 }
 
 QLayout* TechChannelView::table(QWidget* parent) {

@@ -13,6 +13,7 @@
 
 namespace Corvane {
 
+class ChannelStrip;
 class PeqRow;
 
 /// The settings of one channel: gain, equaliser, dynamics and delay, and the crossover of an output.
@@ -25,6 +26,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void spend(int height) override;
 
 private:
     QWidget* gainPanel();
@@ -45,6 +47,7 @@ private:
     AppModel& model;
     const std::string_view channel;
     const QString title;
+    ChannelStrip* strip = nullptr;
     Kit::EQGraph* graph = nullptr;
 };
 

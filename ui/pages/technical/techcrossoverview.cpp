@@ -75,15 +75,14 @@ TechCrossoverView::TechCrossoverView(AppModel& model, QWidget* parent)
 QWidget* TechCrossoverView::graphPanel() {
     auto* const panel = new Kit::Panel({}, this);
     panel->layout()->setContentsMargins(padding, 0, padding - bleed.right(), footOfGraph);
-    auto* const graph = new Kit::EQGraph(graphHeight, panel);
-    graph->setMinimumHeight(leastGraphHeight + graph->height() - graphHeight);
-    panel->setMaximumHeight(graph->height() + footOfGraph);
+    graph = new Kit::EQGraph(graphHeight, panel);
+    graph->setMinimumHeight(leastGraphHeight + bleed.top() + bleed.bottom());
     graph->setAccessibleName(QStringLiteral("Resposta das saídas"));
     panel->content().addWidget(graph);
     for (int output = 0; output < outputs; ++output)
         Corvane::bind(
             *graph, [this, output] { return filtersOf(model, channelOf(output)); },
-            [graph, output](const ChannelFilters& filters) {
+            [this, output](const ChannelFilters& filters) {
                 std::vector<Kit::EQGraph::Curve> curves = graph->shownCurves();
                 curves.resize(outputs);
                 curves.at(static_cast<std::size_t>(output)) = {titleOf(output), colorOf(output),
@@ -91,6 +90,11 @@ QWidget* TechCrossoverView::graphPanel() {
                 graph->setCurves(std::move(curves));
             });
     return panel;
+}
+
+void TechCrossoverView::spend(int height) {
+    graph->setMaximumHeight(graphHeight + height + bleed.top() + bleed.bottom());
+    graph->parentWidget()->setMaximumHeight(graph->maximumHeight() + footOfGraph);
 }
 
 QWidget* TechCrossoverView::block(int output) {

@@ -2,6 +2,7 @@
 
 #include "app/model/appmodel.hpp"
 
+#include "ui/kit/eqgraph.hpp"
 #include "ui/pages/shared/pageview.hpp"
 
 namespace Corvane {
@@ -11,11 +12,15 @@ class TechCrossoverView final : public PageView {
 public:
     TechCrossoverView(AppModel& model, QWidget* parent);
 
+protected:
+    void spend(int height) override;
+
 private:
     QWidget* graphPanel();
     QWidget* block(int output);
 
     AppModel& model;
+    Kit::EQGraph* graph = nullptr;
 };
 
 }  // namespace Corvane

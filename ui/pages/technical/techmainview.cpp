@@ -14,16 +14,6 @@ namespace {
 
 constexpr double trackHeight = 280;
 
-void addStrips(QBoxLayout& row, AppModel& model, std::span<const std::string_view> channels,
-               const QString& title, QWidget* parent) {
-    int number = 0;
-    for (const std::string_view channel : channels) {
-        row.addWidget(new ChannelStrip(model, channel, title.arg(++number), trackHeight, parent), 0,
-                      Qt::AlignTop);
-        row.addStretch(1);
-    }
-}
-
 QWidget* divider(QWidget* parent) {
     auto* const line = new QWidget(parent);
     QPalette colors = line->palette();
@@ -48,16 +38,28 @@ TechMainView::TechMainView(AppModel& model, QWidget* parent)
 
 QWidget* TechMainView::levelsPanel(AppModel& model) {
     auto* const panel = new Kit::Panel(QStringLiteral("NÍVEIS"), this);
-    auto* const strips = new QHBoxLayout;
-    strips->addStretch(1);
-    addStrips(*strips, model, K7Q::inputs, QStringLiteral("In %1"), panel);
-    strips->addWidget(divider(panel));
-    strips->addStretch(1);
-    addStrips(*strips, model, K7Q::outputs, QStringLiteral("Out %1"), panel);
+    auto* const row = new QHBoxLayout;
+    const auto addStrips = [&](std::span<const std::string_view> channels, const QString& title) {
+        row->addStretch(1);
+        int number = 0;
+        for (const std::string_view channel : channels) {
+            strips.push_back(new ChannelStrip(model, channel, title.arg(++number), trackHeight, panel));
+            row->addWidget(strips.back());
+            row->addStretch(1);
+        }
+    };
+    addStrips(K7Q::inputs, QStringLiteral("In %1"));
+    row->addWidget(divider(panel));
+    addStrips(K7Q::outputs, QStringLiteral("Out %1"));
     panel->content().addStretch(1);
-    panel->content().addLayout(strips);
+    panel->content().addLayout(row);
     panel->content().addStretch(1);
     return panel;
+}
+
+void TechMainView::spend(int height) {
+    for (ChannelStrip* const strip : strips)
+        strip->setMinimumHeight(strip->sizeHint().height() + height);
 }
 
 }  // namespace Corvane
