@@ -13,7 +13,7 @@ struct Room {
     static constexpr QSize usual{1280, 820};
 
     /// The content grows with the window up to this size, and stays in the middle of a larger one.
-    static constexpr QSize most{1800, 1075};
+    static constexpr QSize most{1800, 1076};
 
     double ease = 1;    // 1 from the least height on, 0 at the least height on a small screen
     int beside = 0;     // free at the left and at the right of the content

@@ -10,7 +10,6 @@
 #include "ui/kit/lamp.hpp"
 #include "ui/pages/shared/bind.hpp"
 
-#include <QGridLayout>
 #include <QPainter>
 
 namespace Corvane {
@@ -65,11 +64,13 @@ TechCrossoverView::TechCrossoverView(AppModel& model, QWidget* parent)
     , model(model) {
     panels().setSpacing(gap);
     panels().addWidget(graphPanel(), 1000);
-    auto* const blocks = new QGridLayout;
-    blocks->setSpacing(gap);
-    for (int output = 0; output < outputs; ++output)
-        blocks->addWidget(block(output), output / 2, output % 2);
-    panels().addLayout(blocks, 1);
+    for (int output = 0; output < outputs; output += 2) {
+        auto* const pair = new QHBoxLayout;
+        pair->setSpacing(gap);
+        pair->addWidget(block(output));
+        pair->addWidget(block(output + 1));
+        panels().addLayout(pair, 1);
+    }
 }
 
 QWidget* TechCrossoverView::graphPanel() {
