@@ -26,9 +26,11 @@ std::string screenVariables() {
 // of QT_DEBUG_PLUGINS are printed, so that the answer is one line.
 void endWithoutScreen(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (type == QtFatalMsg) {
-        std::fprintf(stderr,
-                     "corvane: não há tela para abrir a janela (%s); QT_DEBUG_PLUGINS=1 mostra o motivo\n",
-                     screenVariables().c_str());
+        std::fprintf(
+            stderr, "corvane: não há tela para abrir a janela (%s)%s; QT_DEBUG_PLUGINS=1 mostra o motivo\n",
+            screenVariables().c_str(),
+            qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? "; no Wayland é preciso o pacote qt6-wayland"
+                                                         : "");
         std::_Exit(failed);
     }
     if (type == QtDebugMsg)

@@ -2,6 +2,7 @@
 
 #include "simulator/line.hpp"
 #include "simulator/memorytransport.hpp"
+#include "ui/pages/shared/room.hpp"
 
 #include <QApplication>
 #include <QEventLoop>

@@ -1,6 +1,7 @@
 #include "ui/pages/shell/contentview.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/diagnosticswindow.hpp"
 #include "ui/pages/shell/gesturefilter.hpp"
 #include "ui/pages/shell/headerbar.hpp"

@@ -44,7 +44,8 @@ HeaderBar::HeaderBar(AppModel& model, bool choosesLink, QWidget* parent)
 }
 
 void HeaderBar::setRoom(const Room& room) {
-    layout()->setContentsMargins(margins.left() + room.beside, room.above + room.between(tightTop, margins.top()),
+    layout()->setContentsMargins(margins.left() + room.beside,
+                                 room.above + room.between(tightTop, margins.top()),
                                  margins.right() + room.beside, room.between(tightBottom, margins.bottom()));
     layout()->activate();
 }
