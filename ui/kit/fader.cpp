@@ -80,11 +80,15 @@ double Fader::slotCentre() const {
     return bars.empty() ? track().center().x() : track().left() + slotBesideBars;
 }
 
-QRectF Fader::cap() const {
+double Fader::placeOf(double value) const {
     const double travel = track().height() - outsideTravel;
-    const double top = track().top() + (outsideTravel - capHeight) / 2 + (1 - fraction()) * travel;
+    return track().top() + outsideTravel / 2 + (range.upper - value) / range.extent() * travel;
+}
+
+QRectF Fader::cap() const {
+    const double middle = placeOf(range.lower + fraction() * range.extent());
     const double width = bars.empty() ? capWidth : narrowCapWidth;
-    return {slotCentre() - width / 2, top, width, capHeight};
+    return {slotCentre() - width / 2, middle - capHeight / 2, width, capHeight};
 }
 
 double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) const {

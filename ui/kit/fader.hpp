@@ -28,6 +28,9 @@ public:
 
     void setLevels(const std::vector<float>& levels);
 
+    /// The height, in the fader, of the middle of the cap at that value.
+    double placeOf(double value) const;
+
     double stepSize() const override;
     QSize sizeHint() const override;
     QAccessible::Role accessibleRole() const override { return QAccessible::Slider; }

@@ -38,7 +38,8 @@ Knob::Knob(QString title, Range range, double defaultValue, double step, Format 
            QWidget* parent)
     : ValueControl(range, defaultValue, step, std::move(format), parent)
     , title(std::move(title))
-    , look(std::move(look)) {
+    , look(std::move(look))
+    , usualSize(this->look.size) {
     setAccessibleName(this->title);
     setFixedSize(Knob::sizeHint());
 }
@@ -47,6 +48,11 @@ void Knob::setTitle(const QString& text) {
     if (title == text) return;
     title = text;
     update();
+}
+
+void Knob::setGrowth(double factor) {
+    look.size = usualSize * factor;
+    setFixedSize(Knob::sizeHint());
 }
 
 QSize Knob::sizeHint() const {

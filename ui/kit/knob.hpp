@@ -26,6 +26,9 @@ public:
     /// Changes the caption. Neither the size of the knob nor its accessible name changes.
     void setTitle(const QString& title);
 
+    /// Draws the knob larger than its look says.
+    void setGrowth(double factor);
+
     QSize sizeHint() const override;
 
 protected:
@@ -50,7 +53,8 @@ private:
     void linger();
 
     QString title;
-    const Look look;
+    Look look;
+    const double usualSize;
     Tag tag{this};
     QBasicTimer lingering;  // runs for a while after a key or a notch
 };

@@ -60,6 +60,8 @@ Panel::Panel(const QString& title, QWidget* parent)
 
 void Panel::setTrailing(QWidget* view) { header->addWidget(view, 0, Qt::AlignRight | Qt::AlignVCenter); }
 
+void Panel::reserveTitleRow(int height) { header->addStrut(height); }
+
 void Panel::drawShadows(QPainter& painter, const QRectF& plate) {
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.55), farBlur, farOffset});
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.45), 4, 3});

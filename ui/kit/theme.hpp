@@ -39,10 +39,10 @@ QLinearGradient recessRim(const QRectF& bounds);
 /// From top to bottom of `bounds`.
 QLinearGradient vertical(const QRectF& bounds, const QColor& top, const QColor& bottom);
 
-/// The system font; `tracking` is added between letters.
+/// The font of all texts; `tracking` is added between letters.
 QFont font(double size, QFont::Weight weight = QFont::Normal, double tracking = 0);
 
-/// The title's own font where it is installed, else a wide geometric one.
+/// The title's own font where it is installed, else the font of all texts, widened.
 QFont titleFont(double size, double tracking);
 
 }  // namespace Theme

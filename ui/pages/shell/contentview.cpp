@@ -1,6 +1,7 @@
 #include "ui/pages/shell/contentview.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/diagnosticswindow.hpp"
 #include "ui/pages/shell/gesturefilter.hpp"
 #include "ui/pages/shell/headerbar.hpp"
@@ -59,17 +60,19 @@ protected:
 ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     : QWidget(parent)
     , model(model)
+    , header(new HeaderBar(model, choosesLink, this))
+    , strip(new SpeakerStrip(model, {page, techPage, locked}, this))
     , pages(new QStackedWidget(this))
     , veil(new Veil(model, this))
     , reportLine(new ReportLine(model, this)) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
-    rows->addWidget(new HeaderBar(model, choosesLink, this));
-    rows->addWidget(new SpeakerStrip(model, {page, techPage, locked}, this));
+    rows->addWidget(header);
+    rows->addWidget(strip);
     rows->addWidget(pages, 1);
-    setMinimumSize(smallest);
-    resize(usual);
+    setMinimumSize(Room::least);
+    resize(Room::usual);
 
     Corvane::bind(
         *this, [this, &model] { return std::tuple(model.technical.value(), page.value(), techPage.value()); },
@@ -167,6 +170,9 @@ void ContentView::paintEvent(QPaintEvent*) {
 }
 
 void ContentView::resizeEvent(QResizeEvent*) {
+    const Room room = Room::in(size());
+    header->setRoom(room);
+    strip->setRoom(room);
     layout()->activate();
     veil->setGeometry(pages->geometry());
     reportLine->settle();

@@ -14,7 +14,9 @@ class QStackedWidget;
 
 namespace Corvane {
 
+class HeaderBar;
 class ReportLine;
+class SpeakerStrip;
 class TechPageView;
 
 /// The content of the window: header, strip and page. The page takes no input unless the link is
@@ -25,10 +27,6 @@ class TechPageView;
 /// Ctrl+L locks and unlocks, Ctrl+Shift+D opens the diagnostics, Escape takes the target away.
 class ContentView final : public QWidget {
 public:
-    /// Smallest and usual size.
-    static constexpr QSize smallest{1240, 780};
-    static constexpr QSize usual{1280, 820};
-
     /// With `choosesLink` false the header names the chosen link and offers no choice.
     ContentView(AppModel& model, bool choosesLink, QWidget* parent);
 
@@ -52,6 +50,8 @@ private:
     QWidget* simplePage(Page which);
 
     AppModel& model;
+    HeaderBar* header;
+    SpeakerStrip* strip;
     QStackedWidget* pages;
     std::map<Page, QWidget*> built;
     TechPageView* technicalPages = nullptr;

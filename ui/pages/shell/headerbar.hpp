@@ -2,6 +2,8 @@
 
 #include "app/model/appmodel.hpp"
 
+#include "ui/pages/shared/room.hpp"
+
 #include <QWidget>
 
 class QHBoxLayout;
@@ -14,6 +16,8 @@ class HeaderBar final : public QWidget {
 public:
     /// With `choosesLink` false the header names the chosen link and offers no choice.
     HeaderBar(AppModel& model, bool choosesLink, QWidget* parent);
+
+    void setRoom(const Room& room);
 
 private:
     void addTechnicalButton(QHBoxLayout& row);

@@ -3,6 +3,7 @@
 #include "app/model/appmodel.hpp"
 
 #include "ui/kit/tabs.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/page.hpp"
 #include "ui/pages/technical/techpage.hpp"
 
@@ -25,6 +26,8 @@ public:
     };
 
     SpeakerStrip(AppModel& model, const Choices& choices, QWidget* parent);
+
+    void setRoom(const Room& room);
 
 private:
     class Row;

@@ -3,7 +3,6 @@
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
-#include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/analogvu.hpp"
@@ -22,8 +21,8 @@ using namespace Wendril;
 
 namespace {
 
-// Heights of the rows and the space between them, at the smallest window.
-constexpr int meterRow = 200;
+// Heights of the rows and the space between them, in the lowest window.
+constexpr int meterRow = 184;
 constexpr int controlRow = 212;
 constexpr int buttonRow = 44;
 constexpr int gap = 18;
@@ -75,13 +74,10 @@ QLayout* column(QWidget* control, QWidget* button) {
 }  // namespace
 
 ToneView::ToneView(AppModel& model, QWidget* parent)
-    : Surface(parent)
+    : PageView(QBoxLayout::LeftToRight, parent)
     , model(model) {
-    auto* const columns = new QHBoxLayout(this);
-    columns->setContentsMargins(pageMargins);
-    columns->setSpacing(panelGap);
-    columns->addWidget(tonePanel(), 1);
-    columns->addWidget(volumePanel());
+    panels().addWidget(tonePanel(), 1);
+    panels().addWidget(volumePanel());
 }
 
 QWidget* ToneView::tonePanel() {

@@ -35,6 +35,9 @@ public:
     std::function<void()> onSelect;            // the number is clicked
     std::function<void(bool isOver)> onHover;  // the pointer enters or leaves the row
 
+    /// Makes the row lower, where a page has no height for the menu's own.
+    void setMenuHeight(int height) { type->setFixedHeight(height); }
+
     void setSelected(bool value);
     void setMarked(bool value);
     bool isSelected() const { return selected; }
