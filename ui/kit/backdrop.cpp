@@ -35,7 +35,7 @@ QImage lightShape(const QSizeF& size) {
 }  // namespace
 
 void drawBackdrop(QPainter& painter, const QRectF& window) {
-    Paint::cached(painter, QStringLiteral("backdrop"), window, [&](QPainter& canvas) {
+    Paint::cachedFine(painter, QStringLiteral("backdrop"), window, [&](QPainter& canvas) {
         const QRectF local(QPointF(), window.size());
         canvas.fillRect(
             local, Theme::vertical(local, Theme::rgb(0.25, 0.27, 0.31), Theme::rgb(0.086, 0.098, 0.114)));

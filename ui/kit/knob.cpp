@@ -119,6 +119,8 @@ bool Knob::event(QEvent* event) {
 
 void Knob::paint(QPainter& painter) {
     const bool bright = isHovered() || isDragging();
+    painter.save();
+    Paint::fit(painter, dial());
     Paint::cached(painter, QStringLiteral("knob %1 %2 %3").arg(look.minLabel, look.maxLabel).arg(int(bright)),
                   dial(), [&](QPainter& canvas) {
                       canvas.translate(-dial().topLeft());
@@ -126,6 +128,7 @@ void Knob::paint(QPainter& painter) {
                   });
     drawArc(painter);
     drawPointer(painter);
+    painter.restore();
     drawTexts(painter);
 }
 

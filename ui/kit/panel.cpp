@@ -60,7 +60,8 @@ Panel::Panel(const QString& title, QWidget* parent)
 
 void Panel::setTrailing(QWidget* view) { header->addWidget(view, 0, Qt::AlignRight | Qt::AlignVCenter); }
 
-void Panel::drawShadows(QPainter& painter, const QRectF& plate) {
+void Panel::drawShadows(QPainter& painter, const QRectF& bounds) {
+    const QRectF plate = Paint::snapped(painter, bounds);
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.55), farBlur, farOffset});
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.45), 4, 3});
 }
@@ -68,8 +69,8 @@ void Panel::drawShadows(QPainter& painter, const QRectF& plate) {
 void Panel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF plate = rect();
-    Paint::cached(painter, QStringLiteral("panel"), plate,
-                  [&](QPainter& canvas) { drawPlate(canvas, plate); });
+    Paint::cachedFine(painter, QStringLiteral("panel"), plate,
+                      [&](QPainter& canvas) { drawPlate(canvas, plate); });
 }
 
 // The surface draws the shadows, which move with the panel.

@@ -81,12 +81,10 @@ QSize PillButton::sizeHint() const {
             static_cast<int>(std::ceil(lineHeight + 2 * (m.vertical + bezelWidth)))};
 }
 
-QRectF PillButton::bezel() const { return QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5); }
-
-Control::Outline PillButton::outline() const { return {bezel(), bezel().height() / 2}; }
+Control::Outline PillButton::outline() const { return {rect(), height() / 2.0}; }
 
 void PillButton::paint(QPainter& painter) {
-    const QRectF outer = bezel();
+    const QRectF outer = rect();
     const bool pushed = on || isPressed();
     const QString state =
         QStringLiteral("pill %1%2%3").arg(int(on)).arg(int(isPressed())).arg(int(isHovered()));
@@ -101,7 +99,7 @@ void PillButton::paint(QPainter& painter) {
         Paint::edge(canvas, outer, outer.height() / 2, Theme::recessRim(outer));
         drawBody(canvas, body);
     });
-    drawLabel(painter, outer.translated(0, pushed ? 0.5 : 0));
+    drawLabel(painter, outer);
 }
 
 void PillButton::drawBody(QPainter& painter, const QRectF& body) const {

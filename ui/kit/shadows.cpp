@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 namespace Paint {
 
@@ -49,59 +48,43 @@ QImage tinted(const QImage& alpha, const QColor& color) {
     return image;
 }
 
-// A blurred rounded rectangle, in device pixels. The straight edges of a large one are one pixel long
-// in the picture, and `drawStretched` lengthens them: one picture serves all large sizes.
-struct SoftShape {
-    QPixmap picture;
-    int margin;  // from the picture's edge to the shape's
-    int corner;  // size of the corners of the picture, which must not be stretched
-};
-
-SoftShape softShape(QSizeF size, double radius, double blurRadius, const QColor& color) {
+// A blurred rounded rectangle in device pixels. Its edges may lie within pixels. The straight edges of a
+// large one are one pixel long in the picture, and are stretched when it is drawn: one picture serves
+// all large sizes.
+void drawSoft(QPainter& painter, const QRectF& shape, double radius, double blurRadius, const QColor& color) {
+    const QRect pixels = shape.toAlignedRect();
     const int margin = static_cast<int>(std::ceil(blurRadius * blurReach)) + 1;
-    const int corner = 2 * margin + static_cast<int>(std::ceil(radius));
-    const double limit = 2 * (corner - margin) + 1;
-    const QSizeF drawn(std::min(size.width(), limit), std::min(size.height(), limit));
-    const QString key = keyOf("soft", {drawn.width(), drawn.height(), radius, blurRadius}, color);
+    const int corner = margin + static_cast<int>(std::ceil(radius)) + 1;  // within the shape
+    const QSize size = pixels.size().boundedTo({2 * corner + 1, 2 * corner + 1});
+    const QRectF local(shape.topLeft() - pixels.topLeft() + QPointF(margin, margin),
+                       shape.size() - pixels.size() + size);
+    const QString key =
+        keyOf("soft", {local.x(), local.y(), local.width(), local.height(), radius, blurRadius}, color);
     const QPixmap picture = kept(key, [&] {
-        QImage alpha(static_cast<int>(std::ceil(drawn.width())) + 2 * margin,
-                     static_cast<int>(std::ceil(drawn.height())) + 2 * margin, QImage::Format_Alpha8);
+        QImage alpha(size + QSize(2 * margin, 2 * margin), QImage::Format_Alpha8);
         alpha.fill(0);
         {
-            QPainter painter(&alpha);
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(Qt::black);
-            painter.drawRoundedRect(QRectF(QPointF(margin, margin), drawn), radius, radius);
+            QPainter canvas(&alpha);
+            canvas.setRenderHint(QPainter::Antialiasing);
+            canvas.setPen(Qt::NoPen);
+            canvas.setBrush(Qt::black);
+            canvas.drawRoundedRect(local, radius, radius);
         }
         if (blurRadius > 0) blur(alpha, blurRadius / 2);
         return QPixmap::fromImage(tinted(alpha, color));
     });
-    return {picture, margin, corner};
+    drawStretched(painter, pixels.adjusted(-margin, -margin, margin, margin), picture,
+                  {margin + corner, margin + corner});
 }
 
-// Draws a soft shape over `target`, with its middle row and column stretched as far as needed.
-void drawStretched(QPainter& painter, const QRectF& target, const SoftShape& soft) {
-    const QSizeF size = soft.picture.size();
-    const bool wide = target.width() > size.width() + 0.5;
-    const bool high = target.height() > size.height() + 0.5;
-    if (!wide && !high) return painter.drawPixmap(target.topLeft(), soft.picture);
-    const double corner = soft.corner;
-    struct Span {
-        double from, length, to, extent;
-    };
-    const auto spans = [corner](bool stretch, double length, double start, double extent) {
-        if (!stretch) return std::vector<Span>{{0, length, start, length}};
-        return std::vector<Span>{
-            {0, corner, start, corner},
-            {corner, length - 2 * corner, start + corner, extent - 2 * corner},
-            {length - corner, corner, start + extent - corner, corner},
-        };
-    };
-    for (const Span& y : spans(high, size.height(), target.top(), target.height()))
-        for (const Span& x : spans(wide, size.width(), target.left(), target.width()))
-            painter.drawPixmap(QRectF(x.to, y.to, x.extent, y.extent), soft.picture,
-                               QRectF(x.from, y.from, x.length, y.length));
+// A rectangle in device pixels, rounded to eighths of them: shapes whose places within a pixel differ by
+// less look the same, and share a picture.
+QRectF devicePlace(const QPainter& painter, const QRectF& rect) {
+    constexpr double parts = 8;
+    const QRectF place = painter.deviceTransform().mapRect(rect);
+    const auto rounded = [](double edge) { return std::round(edge * parts) / parts; };
+    return {QPointF(rounded(place.left()), rounded(place.top())),
+            QPointF(rounded(place.right()), rounded(place.bottom()))};
 }
 
 }  // namespace
@@ -124,18 +107,10 @@ void focusRing(QPainter& painter, const QRectF& shape, double radius) {
     edge(painter, shape, radius, Theme::faded(Theme::accent, 0.85), 1.5);
 }
 
-// The parts of a stretched shape must meet on whole device pixels; otherwise seams show between them.
 void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
     const double ratio = ratioOf(painter);
-    const QRectF cast = shape.translated(0, shadow.offsetY);
-    const QRectF device = scaled(cast.translated(-offsetInPixel(painter, cast.topLeft()) / ratio), ratio);
-    const SoftShape soft = softShape(device.size(), radius * ratio, shadow.blur * ratio, shadow.color);
-    const double margin = soft.margin;
-    painter.save();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);  // a blurred shape has no edge to smooth
-    painter.scale(1 / ratio, 1 / ratio);
-    drawStretched(painter, device.adjusted(-margin, -margin, margin, margin), soft);
-    painter.restore();
+    drawSoft(painter, devicePlace(painter, shape.translated(0, shadow.offsetY)), radius * ratio,
+             shadow.blur * ratio, shadow.color);
 }
 
 void trim(QPainter& painter, const QRectF& shape, double radius) {
@@ -191,25 +166,23 @@ void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const
     if (!shadow.color.isValid() || shadow.color.alpha() == 0) return;
     const double ratio = ratioOf(painter);
     const double margin = std::ceil(shadow.blur * blurReach) + 1;
-    const QRectF around = bounds.adjusted(-margin, -margin, margin, margin);
+    const QSizeF size(bounds.width() + 2 * margin, bounds.height() + 2 * margin);
     const QString whole =
-        keyOf("soft copy", {around.width(), around.height(), shadow.blur, ratio}, shadow.color) + key;
+        keyOf("soft copy", {size.width(), size.height(), shadow.blur, ratio}, shadow.color) + key;
     const QPixmap picture = kept(whole, [&] {
-        QImage alpha((around.size() * ratio).toSize(), QImage::Format_Alpha8);
-        alpha.setDevicePixelRatio(ratio);
+        QImage alpha((size * ratio).toSize(), QImage::Format_Alpha8);
         alpha.fill(0);
         QPainter canvas(&alpha);
         canvas.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        canvas.scale(ratio, ratio);
         canvas.translate(margin, margin);
         draw(canvas);
         canvas.end();
-        alpha.setDevicePixelRatio(1);
         blur(alpha, shadow.blur * ratio / 2);
-        QPixmap pixmap = QPixmap::fromImage(tinted(alpha, shadow.color));
-        pixmap.setDevicePixelRatio(ratio);
-        return pixmap;
+        return QPixmap::fromImage(tinted(alpha, shadow.color));
     });
-    painter.drawPixmap(around.topLeft() + QPointF(0, shadow.offsetY), picture);
+    const QPointF corner = bounds.topLeft() + QPointF(-margin, shadow.offsetY - margin);
+    drawStretched(painter, {painter.deviceTransform().map(corner).toPoint(), picture.size()}, picture, {});
 }
 
 }  // namespace Paint

@@ -36,12 +36,10 @@ void Tab::setSelected(bool value) {
     stateChanged();
 }
 
-Control::Outline Tab::outline() const {
-    return {QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), height() / 2.0};
-}
+Control::Outline Tab::outline() const { return {rect(), height() / 2.0}; }
 
 void Tab::paint(QPainter& painter) {
-    const QRectF capsule = rect();
+    const QRectF capsule = Paint::snapped(painter, rect());
     if (selected)
         Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.09));
     else if (isHovered())

@@ -40,6 +40,14 @@ void drawLine(QPainter& painter, QPointF baseline, const QString& text, const Te
         painter.drawText(baseline, text);
 }
 
+// Letters are sharp when they stand on a row of device pixels.
+QPointF onPixelRow(const QPainter& painter, QPointF baseline) {
+    const QTransform& device = painter.deviceTransform();
+    if (device.type() > QTransform::TxScale) return baseline;
+    const QPointF place = device.map(baseline);
+    return device.inverted().map(QPointF(place.x(), std::round(place.y())));
+}
+
 }  // namespace
 
 double textWidth(const QString& text, const TextStyle& style) {
@@ -54,9 +62,9 @@ double textWidth(const QString& text, const TextStyle& style) {
 
 void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, const QString& whole,
           const TextStyle& style) {
-    const double spill = style.font.pixelSize() + style.shadow.blur * blurReach;
-    if (isClippedAway(painter, bounds.adjusted(-spill, -spill, spill, spill))) return;
     const QFontMetricsF metrics(style.font);
+    const double spill = metrics.height() + style.shadow.blur * blurReach;
+    if (isClippedAway(painter, bounds.adjusted(-spill, -spill, spill, spill))) return;
     QString text = whole;
     double width = textWidth(text, style);
     if (width > bounds.width() + 0.5) {
@@ -69,7 +77,7 @@ void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, cons
     if (alignment & Qt::AlignHCenter) x = bounds.center().x() - seen / 2;
     if (alignment & Qt::AlignRight) x = bounds.right() - seen;
     // Vertically centred by the height of capitals: captions and numbers have no descenders.
-    const QPointF start(x, std::round(bounds.center().y() + metrics.capHeight() / 2));
+    const QPointF start = onPixelRow(painter, {x, bounds.center().y() + metrics.capHeight() / 2});
     const QRectF line(start - QPointF(0, metrics.ascent()), QSizeF(width, metrics.height()));
     softCopy(painter, style.font.key() + text, line, style.shadow, [&](QPainter& canvas) {
         drawLine(canvas, QPointF(0, metrics.ascent()), text, style, Qt::black);

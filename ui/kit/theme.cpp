@@ -1,6 +1,8 @@
 #include "ui/kit/theme.hpp"
 
 #include <QFontDatabase>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QStringList>
 
 namespace Theme {
@@ -13,9 +15,12 @@ QString firstInstalled(const QStringList& families) {
     return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
 }
 
+// The toolkit takes sizes in pixels only as whole numbers.
+constexpr double pointsPerInch = 72;
+
 QFont sized(const QString& family, double size, QFont::Weight weight, double tracking) {
     QFont font(family);
-    font.setPixelSize(qRound(size));
+    font.setPointSizeF(size * pointsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInchY());
     font.setWeight(weight);
     font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
     font.setHintingPreference(QFont::PreferNoHinting);
