@@ -103,10 +103,6 @@ void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& b
                             std::max(0.0, radius - inset));
 }
 
-void focusRing(QPainter& painter, const QRectF& shape, double radius) {
-    edge(painter, shape, radius, Theme::faded(Theme::accent, 0.85), 1.5);
-}
-
 void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
     const double ratio = ratioOf(painter);
     drawSoft(painter, devicePlace(painter, shape.translated(0, shadow.offsetY)), radius * ratio,

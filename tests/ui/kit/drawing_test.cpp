@@ -181,20 +181,27 @@ TEST(FaderTest, TheCapTravelsTheTrackAndTheLabelsStandOnTheirSide) {
         }
 }
 
-TEST(FocusTest, ARingShowsAFocusThatCameByTheKeyboard) {
+TEST(FocusTest, ARingSurroundsAControlWhoseFocusCameByTheKeyboard) {
     QWidget window;
-    Kit::PillButton button("MUDO", Kit::PillButton::Size::regular, &window);
+    QWidget row(&window);
+    Kit::PillButton button("MUDO", Kit::PillButton::Size::regular, &row);
+    row.setGeometry(10, 10, 150, 60);
+    button.setGeometry(10, 10, 100, 44);
     Hand::showActive(window);
     button.clearFocus();
-    const QImage resting = Hand::picture(button);
+    const QImage resting = Hand::picture(window);
+    const auto isRingedAt = [&window](int x) { return Hand::colorAt(window, {x - 2.5, 42}).alphaF() > 0.5; };
     const std::pair<Qt::FocusReason, bool> cases[] = {
         {Qt::MouseFocusReason, false}, {Qt::TabFocusReason, true}, {Qt::ActiveWindowFocusReason, true}};
     for (const auto& [reason, ring] : cases) {
         button.setFocus(reason);
-        EXPECT_EQ(Hand::picture(button) != resting, ring) << reason;
+        EXPECT_EQ(isRingedAt(20), ring) << reason;
         button.clearFocus();
     }
-    EXPECT_EQ(Hand::picture(button), resting);
+    EXPECT_EQ(Hand::picture(window), resting);
+    button.setFocus(Qt::TabFocusReason);
+    row.move(17, 10);
+    EXPECT_TRUE(isRingedAt(27)) << "it follows";
 }
 
 }  // namespace
