@@ -24,7 +24,7 @@ constexpr int barPadding = 18;
 // With bars beside it the cap is narrower and the slot left of the middle.
 constexpr double capWidth = 44;
 constexpr double narrowCapWidth = 32;
-constexpr double slotBesideBars = 21;
+constexpr double slotBesideBars = 19;
 constexpr double centreOfBars = 50;
 
 // Arrow keys and the wheel move by `wideStep` on a range of more than `wideRange` (gains in dB), and by
@@ -124,16 +124,16 @@ void Fader::drawTrack(QPainter& painter) const {
         drawMark(painter, value);
 }
 
+// A line at the left of the slot, and its value at the right.
 void Fader::drawMark(QPainter& painter, double value) const {
-    constexpr double fromSlot = 5;
-    constexpr double length = 3;
+    constexpr double fromSlot = 4.5;
+    constexpr double length = 4;
     constexpr double numberSize = 8;
     const double y = placeOf(value);
-    painter.setPen(QPen(Theme::faded(Theme::tick, 0.5), 1));
-    for (const int side : {-1, 1})
-        painter.drawLine(QPointF(slotCentre() + side * fromSlot, y),
-                         QPointF(slotCentre() + side * (fromSlot + length), y));
-    const QRectF place(slotCentre() + fromSlot + length + 1.5, y - numberSize, controlWidth, 2 * numberSize);
+    const double left = slotCentre() - fromSlot;
+    painter.setPen(QPen(Theme::faded(Theme::tick, 0.6), 1));
+    painter.drawLine(QPointF(left - length, y), QPointF(left, y));
+    const QRectF place(slotCentre() + fromSlot + 2, y - numberSize, controlWidth, 2 * numberSize);
     Paint::text(painter, place, Qt::AlignLeft,
                 QString::asprintf(value > 0 && range.lower < 0 ? "+%.0f" : "%.0f", value),
                 {Theme::font(numberSize, QFont::Medium), Theme::secondary, {}, true});

@@ -196,6 +196,13 @@ QRectF snapped(const QPainter& painter, const QRectF& bounds) {
     return painter.deviceTransform().inverted().mapRect(QRectF(pixelsOf(painter, bounds)));
 }
 
+QPointF onPixelRow(const QPainter& painter, QPointF point) {
+    const QTransform& device = painter.deviceTransform();
+    if (device.type() > QTransform::TxScale) return point;
+    const QPointF place = device.map(point);
+    return device.inverted().map(QPointF(place.x(), std::round(place.y())));
+}
+
 void fit(QPainter& painter, const QRectF& bounds) {
     const QRectF place = snapped(painter, bounds);
     painter.translate(place.topLeft());

@@ -59,6 +59,9 @@ QRect pixelsOf(const QPainter& painter, const QRectF& bounds);
 /// `bounds` with its edges moved to device pixels.
 QRectF snapped(const QPainter& painter, const QRectF& bounds);
 
+/// The point moved up or down to the nearest edge of a row of device pixels, unless the painter is turned.
+QPointF onPixelRow(const QPainter& painter, QPointF point);
+
 /// Moves and scales the painter by less than a pixel, so that the edges of `bounds` lie on device pixels.
 void fit(QPainter& painter, const QRectF& bounds);
 

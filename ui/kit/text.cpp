@@ -40,14 +40,6 @@ void drawLine(QPainter& painter, QPointF baseline, const QString& text, const Te
         painter.drawText(baseline, text);
 }
 
-// Letters are sharp when they stand on a row of device pixels.
-QPointF onPixelRow(const QPainter& painter, QPointF baseline) {
-    const QTransform& device = painter.deviceTransform();
-    if (device.type() > QTransform::TxScale) return baseline;
-    const QPointF place = device.map(baseline);
-    return device.inverted().map(QPointF(place.x(), std::round(place.y())));
-}
-
 }  // namespace
 
 double textWidth(const QString& text, const TextStyle& style) {
@@ -67,16 +59,18 @@ void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, cons
     if (isClippedAway(painter, bounds.adjusted(-spill, -spill, spill, spill))) return;
     QString text = whole;
     double width = textWidth(text, style);
-    if (width > bounds.width() + 0.5) {
-        text = metrics.elidedText(whole, Qt::ElideRight, bounds.width());
+    // Letter spacing follows every letter. The space after the last letter is left out.
+    const double spacing = style.font.letterSpacing();
+    if (width - spacing > bounds.width() + 0.5) {
+        text = metrics.elidedText(whole, Qt::ElideRight, bounds.width() + spacing);
         width = textWidth(text, style);
     }
-    // Letter spacing follows every letter. The space after the last letter is left out of the alignment.
-    const double seen = width - style.font.letterSpacing();
+    const double seen = width - spacing;
     double x = bounds.left();
     if (alignment & Qt::AlignHCenter) x = bounds.center().x() - seen / 2;
     if (alignment & Qt::AlignRight) x = bounds.right() - seen;
     // Vertically centred by the height of capitals: captions and numbers have no descenders.
+    // Letters are sharp when they stand on a row of device pixels.
     const QPointF start = onPixelRow(painter, {x, bounds.center().y() + metrics.capHeight() / 2});
     const QRectF line(start - QPointF(0, metrics.ascent()), QSizeF(width, metrics.height()));
     softCopy(painter, style.font.key() + text, line, style.shadow, [&](QPainter& canvas) {
