@@ -292,7 +292,7 @@ void AnalogVU::paint(QPainter& painter) {
     const QRectF caption(0, bezel().bottom() + 6, width(), captionHeight - 6);
     Paint::cached(painter, label, caption, [&](QPainter& canvas) {
         Paint::text(canvas, QRectF(QPointF(), caption.size()), Qt::AlignCenter, label,
-                    {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false});
+                    {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false, true});
     });
 }
 

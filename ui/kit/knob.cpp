@@ -180,7 +180,7 @@ void Knob::drawEndLabel(QPainter& painter, const QString& text, double angle) co
     QRectF place(0, 0, look.size, look.size * 0.11);
     place.moveCenter(onCircle(dial().center(), 0.95 * look.size / 2, angle));
     Paint::text(painter, place, Qt::AlignCenter, text,
-                {Theme::font(0.085 * look.size), Theme::secondary, {}, false});
+                {Theme::font(0.085 * look.size), Theme::secondary, {}, false, true});
 }
 
 QPainterPath Knob::arcBetween(double from, double to) const {
@@ -273,7 +273,7 @@ void Knob::drawTexts(QPainter& painter) const {
                 {Theme::font(readOutSize(look.size), QFont::Medium), Theme::text, {}, true});
     line = {0, line.bottom(), double(width()), captionHeight(look.size)};
     Paint::text(painter, line, Qt::AlignCenter, title.toUpper(),
-                {Theme::font(captionSize(look.size), QFont::DemiBold, 2), Theme::secondary, {}, false});
+                {Theme::font(captionSize(look.size), QFont::DemiBold, 2), Theme::secondary, {}, false, true});
 }
 
 }  // namespace Kit

@@ -73,7 +73,8 @@ void text(QPainter& painter, const QRectF& bounds, Qt::Alignment alignment, cons
     // Letters are sharp when they stand on a row of device pixels.
     const QPointF start = onPixelRow(painter, {x, bounds.center().y() + metrics.capHeight() / 2});
     const QRectF line(start - QPointF(0, metrics.ascent()), QSizeF(width, metrics.height()));
-    softCopy(painter, style.font.key() + text, line, style.shadow, [&](QPainter& canvas) {
+    const Shadow shadow = style.shaded ? Shadow{Theme::black(0.9), 6, 0} : style.shadow;
+    softCopy(painter, style.font.key() + text, line, shadow, [&](QPainter& canvas) {
         drawLine(canvas, QPointF(0, metrics.ascent()), text, style, Qt::black);
     });
     drawLine(painter, start, text, style, style.color);
