@@ -1,5 +1,6 @@
 #include "ui/kit/analogvu.hpp"
 
+#include "ui/kit/finefill.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/polar.hpp"
 #include "ui/kit/shadows.hpp"
@@ -78,37 +79,32 @@ void drawMark(QPainter& painter, const QRectF& face, double vu, bool major) {
     painter.restore();
 }
 
-// Through three colours, without the crease that straight ramps would show in the middle one.
-QLinearGradient backlight(const QRectF& face) {
+// Through three colours, without the crease that straight ramps would show at the middle one. `part` is 0
+// at the top of the face and 1 at its foot.
+QColor backlight(double part) {
     constexpr std::array<std::array<double, 3>, 3> colors{
         {{1.0, 0.9, 0.55}, {0.97, 0.72, 0.3}, {0.62, 0.38, 0.1}}};
     constexpr double middle = 0.55;
-    constexpr int stops = 24;
-    QLinearGradient light(face.topLeft(), face.bottomLeft());
-    for (int i = 0; i <= stops; ++i) {
-        const double at = static_cast<double>(i) / stops;
-        const bool above = at < middle;
-        const double span = above ? middle : 1 - middle;
-        const double t = (above ? at : at - middle) / span;
-        std::array<double, 3> mixed{};
-        for (std::size_t c = 0; c < mixed.size(); ++c) {
-            const double from = colors[above ? 0 : 1][c];
-            const double to = colors[above ? 1 : 2][c];
-            const double slope = (to - from) / span;
-            const double through =
-                ((colors[1][c] - colors[0][c]) / middle + (colors[2][c] - colors[1][c]) / (1 - middle)) / 2;
-            const double start = (above ? slope : through) * span;
-            const double end = (above ? through : slope) * span;
-            mixed[c] = from + start * t + (3 * (to - from) - 2 * start - end) * t * t +
-                       (start + end - 2 * (to - from)) * t * t * t;
-        }
-        light.setColorAt(at, Theme::rgb(mixed[0], mixed[1], mixed[2]));
+    const bool above = part < middle;
+    const double span = above ? middle : 1 - middle;
+    const double t = (above ? part : part - middle) / span;
+    std::array<double, 3> mixed{};
+    for (std::size_t c = 0; c < mixed.size(); ++c) {
+        const double from = colors[above ? 0 : 1][c];
+        const double change = colors[above ? 1 : 2][c] - from;
+        const double through =
+            ((colors[1][c] - colors[0][c]) / middle + (colors[2][c] - colors[1][c]) / (1 - middle)) / 2 *
+            span;
+        const double start = above ? change : through;
+        const double end = above ? through : change;
+        mixed[c] = from + start * t + (3 * change - 2 * start - end) * t * t +
+                   (start + end - 2 * change) * t * t * t;
     }
-    return light;
+    return Theme::rgb(mixed[0], mixed[1], mixed[2]);
 }
 
 void drawFace(QPainter& painter, const QRectF& face) {
-    Paint::fill(painter, face, faceRadius, backlight(face));
+    Paint::fillFine(painter, face, faceRadius, {.color = backlight});
     drawArc(painter, face, marks.front(), 0, brown());
     drawArc(painter, face, 0, marks.back(), red());
     for (const double vu : minorMarks)
@@ -275,7 +271,7 @@ void AnalogVU::resizeEvent(QResizeEvent*) {
 }
 
 void AnalogVU::paint(QPainter& painter) {
-    Paint::cachedFine(painter, QStringLiteral("vu"), bezel(), [&](QPainter& canvas) {
+    Paint::cached(painter, QStringLiteral("vu"), bezel(), [&](QPainter& canvas) {
         canvas.translate(-bezel().topLeft());
         Paint::fill(canvas, bezel(), bezelRadius,
                     Theme::vertical(bezel(), Theme::rgb(0.2, 0.21, 0.25), Theme::rgb(0.08, 0.085, 0.1)));

@@ -1,9 +1,15 @@
 #include "ui/kit/backdrop.hpp"
 
+#include "ui/kit/finefill.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 
 #include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
 
 namespace Kit {
 
@@ -32,15 +38,41 @@ QImage lightShape(const QSizeF& size) {
     return image;
 }
 
+// The opacities of a row of the light shape, enlarged to `size`.
+void lightRow(const QImage& shape, const QSize& size, int row, std::span<float> opacities) {
+    constexpr double brightest = 0.06;
+    const auto placeIn = [](double place, int extent, int count) {
+        const double at = std::clamp(place / extent * count - 0.5, 0.0, count - 1.001);
+        return std::pair(static_cast<int>(at), static_cast<float>(at - std::floor(at)));
+    };
+    const auto [above, down] = placeIn(row + 0.5, size.height(), shape.height());
+    std::vector<float> column(static_cast<std::size_t>(shape.width()));
+    for (int x = 0; x < shape.width(); ++x) {
+        const auto upper = static_cast<float>(qAlpha(shape.pixel(x, above)));
+        const auto lower = static_cast<float>(qAlpha(shape.pixel(x, above + 1)));
+        column[static_cast<std::size_t>(x)] =
+            (upper + (lower - upper) * down) * static_cast<float>(brightest / 255);
+    }
+    for (std::size_t x = 0; x < opacities.size(); ++x) {
+        const auto [before, across] = placeIn(static_cast<double>(x) + 0.5, size.width(), shape.width());
+        const auto* const pair = &column[static_cast<std::size_t>(before)];
+        opacities[x] = pair[0] + (pair[1] - pair[0]) * across;
+    }
+}
+
 }  // namespace
 
 void drawBackdrop(QPainter& painter, const QRectF& window) {
-    Paint::cachedFine(painter, QStringLiteral("backdrop"), window, [&](QPainter& canvas) {
-        const QRectF local(QPointF(), window.size());
-        canvas.fillRect(
-            local, Theme::vertical(local, Theme::rgb(0.25, 0.27, 0.31), Theme::rgb(0.086, 0.098, 0.114)));
-        canvas.setOpacity(0.06);
-        canvas.drawImage(local, lightShape(window.size()));
+    Paint::cached(painter, QStringLiteral("backdrop"), window, [&](QPainter& canvas) {
+        const QImage shape = lightShape(window.size());
+        Paint::fillFine(
+            canvas, QRectF(QPointF(), window.size()), 0,
+            {.color =
+                 [](double part) {
+                     return Paint::mixed(Theme::rgb(0.25, 0.27, 0.31), Theme::rgb(0.086, 0.098, 0.114), part);
+                 },
+             .light = [&shape](const QSize& size, int row,
+                               std::span<float> opacities) { lightRow(shape, size, row, opacities); }});
     });
 }
 

@@ -3,13 +3,10 @@
 #include <QImage>
 #include <QPaintEngine>
 #include <QPixmapCache>
-#include <QRgba64>
 #include <QTransform>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <random>
 #include <vector>
 
 namespace Paint {
@@ -44,56 +41,12 @@ void copyPicture(QPainter& painter, const QRect& target, const QPixmap& picture,
 }
 
 // Draws on a canvas whose logical size exactly fills it.
-void drawInto(QPaintDevice& device, const QSizeF& size, const Drawing& draw) {
-    QPainter canvas(&device);
-    canvas.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    canvas.scale(device.width() / size.width(), device.height() / size.height());
-    draw(canvas);
-}
-
-QPixmap drawn(const QSize& pixels, const QSizeF& size, const Drawing& draw) {
-    QPixmap pixmap(pixels);
+void drawInto(QPixmap& pixmap, const QSizeF& size, const Drawing& draw) {
     pixmap.fill(Qt::transparent);
-    drawInto(pixmap, size, draw);
-    return pixmap;
-}
-
-// Thresholds that are spread evenly over the 16 bits below one level, in a random order.
-struct Noise {
-    static constexpr int side = 64;
-    std::array<std::array<quint16, side>, side> levels;
-
-    Noise() {
-        std::array<quint16, side * side> all;
-        for (std::size_t i = 0; i < all.size(); ++i)
-            all[i] = static_cast<quint16>((i * 65536 + 32768) / all.size());
-        std::shuffle(all.begin(), all.end(), std::mt19937(1));  // the same at each start
-        for (std::size_t i = 0; i < all.size(); ++i)
-            levels[i / side][i % side] = all[i];
-    }
-};
-
-QPixmap drawnFine(const QSize& pixels, const QSizeF& size, const Drawing& draw) {
-    static const Noise noise;
-    QImage fine(pixels, QImage::Format_RGBA64_Premultiplied);
-    fine.fill(Qt::transparent);
-    drawInto(fine, size, draw);
-    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < pixels.height(); ++y) {
-        const auto* const from = reinterpret_cast<const QRgba64*>(fine.constScanLine(y));
-        auto* const to = reinterpret_cast<QRgb*>(image.scanLine(y));
-        const auto& levels = noise.levels[static_cast<std::size_t>(y % Noise::side)];
-        for (int x = 0; x < pixels.width(); ++x) {
-            const quint32 level = levels[static_cast<std::size_t>(x % Noise::side)];
-            const quint32 alpha = from[x].alpha8();
-            const auto reduced = [level, alpha](quint32 fineLevel) {
-                return std::min((fineLevel * 255 + level) >> 16, alpha);
-            };
-            to[x] = alpha << 24 | reduced(from[x].red()) << 16 | reduced(from[x].green()) << 8 |
-                    reduced(from[x].blue());
-        }
-    }
-    return QPixmap::fromImage(image);
+    QPainter canvas(&pixmap);
+    canvas.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    canvas.scale(pixmap.width() / size.width(), pixmap.height() / size.height());
+    draw(canvas);
 }
 
 // A picture without transparent pixels is kept in a format without alpha: it is copied instead of
@@ -108,27 +61,21 @@ QPixmap withoutNeedlessAlpha(const QPixmap& pixmap) {
     return QPixmap::fromImage(image.convertToFormat(QImage::Format_RGB32));
 }
 
-using Maker = QPixmap (*)(const QSize& pixels, const QSizeF& size, const Drawing& draw);
+}  // namespace
 
-void cachedBy(Maker make, QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw) {
+void cached(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw) {
     if (isClippedAway(painter, bounds)) return;
     const QRect place = pixelsOf(painter, bounds);
     if (place.isEmpty()) return;
     const QSizeF size = bounds.size();
     const QString whole =
         key + keyOf("", {size.width(), size.height(), double(place.width()), double(place.height())}, {});
-    const QPixmap picture = kept(whole, [&] { return withoutNeedlessAlpha(make(place.size(), size, draw)); });
+    const QPixmap picture = kept(whole, [&] {
+        QPixmap pixmap(place.size());
+        drawInto(pixmap, size, draw);
+        return withoutNeedlessAlpha(pixmap);
+    });
     copyPicture(painter, place, picture, picture.rect());
-}
-
-}  // namespace
-
-void cached(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw) {
-    cachedBy(drawn, painter, key, bounds, draw);
-}
-
-void cachedFine(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw) {
-    cachedBy(drawnFine, painter, key, bounds, draw);
 }
 
 void Picture::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing) {
@@ -138,7 +85,6 @@ void Picture::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawi
     if (!valid || pixmap.size() != place.size() || size != bounds.size()) {
         if (pixmap.size() != place.size()) pixmap = QPixmap(place.size());
         size = bounds.size();
-        pixmap.fill(Qt::transparent);
         drawInto(pixmap, size, drawing);
         valid = true;
     }

@@ -19,10 +19,6 @@ using Drawing = std::function<void(QPainter&)>;
 /// covers whole device pixels: what `draw` draws along the edges of `bounds` is crisp at every ratio.
 void cached(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw);
 
-/// As `cached`, for large gradients. The picture is drawn with 16 bits a channel and reduced to 8 with
-/// noise of one level, so that no contours show.
-void cachedFine(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw);
-
 /// A picture that its owner keeps. For content that changes too often to be worth a place in the
 /// cache.
 class Picture {
