@@ -7,8 +7,6 @@
 #include <QPainterPath>
 
 #include <algorithm>
-#include <cmath>
-#include <utility>
 #include <vector>
 
 namespace Kit {
@@ -38,25 +36,37 @@ QImage lightShape(const QSizeF& size) {
     return image;
 }
 
+// Where a pixel of an enlarged row lies in the small one: between two of its pixels.
+struct Between {
+    Between(int pixel, int count, int smallCount)
+        : Between(std::clamp((static_cast<float>(pixel) + 0.5F) * static_cast<float>(smallCount) /
+                                     static_cast<float>(count) -
+                                 0.5F,
+                             0.0F, static_cast<float>(smallCount) - 1.001F)) {}
+
+    int first;
+    float part;  // of the way to the second
+
+private:
+    explicit Between(float place)
+        : first(static_cast<int>(place))
+        , part(place - static_cast<float>(first)) {}
+};
+
 // The opacities of a row of the light shape, enlarged to `size`.
 void lightRow(const QImage& shape, const QSize& size, int row, std::span<float> opacities) {
-    constexpr double brightest = 0.06;
-    const auto placeIn = [](double place, int extent, int count) {
-        const double at = std::clamp(place / extent * count - 0.5, 0.0, count - 1.001);
-        return std::pair(static_cast<int>(at), static_cast<float>(at - std::floor(at)));
-    };
-    const auto [above, down] = placeIn(row + 0.5, size.height(), shape.height());
-    std::vector<float> column(static_cast<std::size_t>(shape.width()));
+    constexpr float brightest = 0.06F;
+    const Between down(row, size.height(), shape.height());
+    std::vector<float> small(static_cast<std::size_t>(shape.width()));
     for (int x = 0; x < shape.width(); ++x) {
-        const auto upper = static_cast<float>(qAlpha(shape.pixel(x, above)));
-        const auto lower = static_cast<float>(qAlpha(shape.pixel(x, above + 1)));
-        column[static_cast<std::size_t>(x)] =
-            (upper + (lower - upper) * down) * static_cast<float>(brightest / 255);
+        const auto upper = static_cast<float>(qAlpha(shape.pixel(x, down.first)));
+        const auto lower = static_cast<float>(qAlpha(shape.pixel(x, down.first + 1)));
+        small[static_cast<std::size_t>(x)] = (upper + (lower - upper) * down.part) * brightest / 255;
     }
-    for (std::size_t x = 0; x < opacities.size(); ++x) {
-        const auto [before, across] = placeIn(static_cast<double>(x) + 0.5, size.width(), shape.width());
-        const auto* const pair = &column[static_cast<std::size_t>(before)];
-        opacities[x] = pair[0] + (pair[1] - pair[0]) * across;
+    for (int x = 0; x < size.width(); ++x) {
+        const Between across(x, size.width(), shape.width());
+        const float* const pair = &small[static_cast<std::size_t>(across.first)];
+        opacities[static_cast<std::size_t>(x)] = pair[0] + (pair[1] - pair[0]) * across.part;
     }
 }
 
