@@ -92,9 +92,10 @@ QColor backlight(double part) {
     for (std::size_t c = 0; c < mixed.size(); ++c) {
         const double from = colors[above ? 0 : 1][c];
         const double change = colors[above ? 1 : 2][c] - from;
-        const double through =
-            ((colors[1][c] - colors[0][c]) / middle + (colors[2][c] - colors[1][c]) / (1 - middle)) / 2 *
-            span;
+        // The harmonic mean of both slopes: with it the curve stays between the colours.
+        const double upper = (colors[1][c] - colors[0][c]) / middle;
+        const double lower = (colors[2][c] - colors[1][c]) / (1 - middle);
+        const double through = 2 * upper * lower / (upper + lower) * span;
         const double start = above ? change : through;
         const double end = above ? through : change;
         mixed[c] = from + start * t + (3 * change - 2 * start - end) * t * t +
@@ -276,12 +277,14 @@ void AnalogVU::paint(QPainter& painter) {
         Paint::fill(canvas, bezel(), bezelRadius,
                     Theme::vertical(bezel(), Theme::rgb(0.2, 0.21, 0.25), Theme::rgb(0.08, 0.085, 0.1)));
         Paint::edge(canvas, bezel(), bezelRadius, Theme::rim(bezel()));
-        drawFace(canvas, face());
+        drawFace(canvas, Paint::snapped(canvas, face()));
         drawLampSeat(canvas, peakLamp());
     });
     drawNeedle(painter);
-    Paint::cached(painter, QStringLiteral("vu glass"), face(),
-                  [&](QPainter& canvas) { drawGlass(canvas, QRectF(QPointF(), face().size())); });
+    Paint::cached(painter, QStringLiteral("vu glass"), bezel(), [&](QPainter& canvas) {
+        canvas.translate(-bezel().topLeft());
+        drawGlass(canvas, Paint::snapped(canvas, face()));
+    });
     const bool peak = vu() > fullScale;
     if (peak) Paint::dropShadow(painter, peakLamp(), 3.5, {red(), 8, 0});
     Paint::fill(painter, peakLamp(), 3.5, peak ? Theme::rgb(1, 0.16, 0.1) : Theme::rgb(0.35, 0.12, 0.08));

@@ -54,8 +54,7 @@ QSize Caption::minimumSizeHint() const {
 void Caption::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    // The shades of texts that change often would fill the cache of pictures.
-    const bool isShaded = color.rgb() == Theme::secondary.rgb() && !tabular;
+    const bool isShaded = color.rgb() == Theme::secondary.rgb();
     const Paint::Shadow shadow = shadowed ? Paint::Shadow{Theme::black(0.5), 2, 1} : Paint::Shadow{};
     Paint::text(painter, rect(), alignment, text, {font, color, shadow, tabular, isShaded});
 }
