@@ -7,7 +7,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
-#include <vector>
+#include <cmath>
 
 namespace Kit {
 
@@ -36,37 +36,32 @@ QImage lightShape(const QSizeF& size) {
     return image;
 }
 
-// Where a pixel of an enlarged row lies in the small one: between two of its pixels.
-struct Between {
-    Between(int pixel, int count, int smallCount)
-        : Between(std::clamp((static_cast<float>(pixel) + 0.5F) * static_cast<float>(smallCount) /
-                                     static_cast<float>(count) -
-                                 0.5F,
-                             0.0F, static_cast<float>(smallCount) - 1.001F)) {}
-
-    int first;
-    float part;  // of the way to the second
-
-private:
-    explicit Between(float place)
-        : first(static_cast<int>(place))
-        , part(place - static_cast<float>(first)) {}
-};
-
-// The opacities of a row of the light shape, enlarged to `size`.
+// The opacities of a row of the light shape, enlarged to `size`. Between the middles of the small row's
+// pixels they change evenly.
 void lightRow(const QImage& shape, const QSize& size, int row, std::span<float> opacities) {
     constexpr float brightest = 0.06F;
-    const Between down(row, size.height(), shape.height());
-    std::vector<float> small(static_cast<std::size_t>(shape.width()));
-    for (int x = 0; x < shape.width(); ++x) {
-        const auto upper = static_cast<float>(qAlpha(shape.pixel(x, down.first)));
-        const auto lower = static_cast<float>(qAlpha(shape.pixel(x, down.first + 1)));
-        small[static_cast<std::size_t>(x)] = (upper + (lower - upper) * down.part) * brightest / 255;
-    }
-    for (int x = 0; x < size.width(); ++x) {
-        const Between across(x, size.width(), shape.width());
-        const float* const pair = &small[static_cast<std::size_t>(across.first)];
-        opacities[static_cast<std::size_t>(x)] = pair[0] + (pair[1] - pair[0]) * across.part;
+    const float down = std::clamp((static_cast<float>(row) + 0.5F) * static_cast<float>(shape.height()) /
+                                          static_cast<float>(size.height()) -
+                                      0.5F,
+                                  0.0F, static_cast<float>(shape.height()) - 1.001F);
+    const int above = static_cast<int>(down);
+    const auto small = [&](int x) {
+        const auto upper = static_cast<float>(qAlpha(shape.pixel(x, above)));
+        const auto lower = static_cast<float>(qAlpha(shape.pixel(x, above + 1)));
+        return (upper + (lower - upper) * (down - static_cast<float>(above))) * brightest / 255;
+    };
+    const float enlargement = static_cast<float>(size.width()) / static_cast<float>(shape.width());
+    const auto middleOf = [enlargement](int x) {
+        return (static_cast<float>(x) + 0.5F) * enlargement - 0.5F;
+    };
+    int x = 0;
+    for (int right = 0; right <= shape.width(); ++right) {
+        const float start = small(std::max(right - 1, 0));
+        const float slope = (small(std::min(right, shape.width() - 1)) - start) / enlargement;
+        const float from = middleOf(right - 1);
+        const int end = std::min(static_cast<int>(std::ceil(middleOf(right))), size.width());
+        for (; x < end; ++x)
+            opacities[static_cast<std::size_t>(x)] = start + slope * (static_cast<float>(x) - from);
     }
 }
 

@@ -27,6 +27,8 @@ void lightRow(double reach, int row, std::span<float> opacities) {
     constexpr float brightest = 0.07F;
     const auto down = static_cast<float>(row) + 0.5F;
     const auto slope = brightest / static_cast<float>(reach);
+    std::ranges::fill(opacities, 0.0F);
+    if (down > static_cast<float>(reach)) return;
     for (std::size_t i = 0; i < opacities.size(); ++i) {
         const auto across = static_cast<float>(static_cast<int>(i)) + 0.5F;
         opacities[i] = std::max(0.0F, brightest - slope * std::sqrt(across * across + down * down));

@@ -91,22 +91,26 @@ void Picture::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawi
     copyPicture(painter, place, pixmap, pixmap.rect());
 }
 
-void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner) {
+void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner,
+                   Middle middle) {
     struct Span {
         int from, length, to, extent;
+        bool stretches;
     };
     const auto spans = [](int length, int start, int extent, int end) {
-        if (extent == length) return std::vector<Span>{{0, length, start, length}};
+        if (extent == length) return std::vector<Span>{{0, length, start, length, false}};
         return std::vector<Span>{
-            {0, end, start, end},
-            {end, length - 2 * end, start + end, extent - 2 * end},
-            {length - end, end, start + extent - end, end},
+            {0, end, start, end, false},
+            {end, length - 2 * end, start + end, extent - 2 * end, true},
+            {length - end, end, start + extent - end, end, false},
         };
     };
     for (const Span& y : spans(picture.height(), target.top(), target.height(), corner.height()))
-        for (const Span& x : spans(picture.width(), target.left(), target.width(), corner.width()))
+        for (const Span& x : spans(picture.width(), target.left(), target.width(), corner.width())) {
+            if (middle == Middle::empty && x.stretches && y.stretches) continue;
             copyPicture(painter, {x.to, y.to, x.extent, y.extent}, picture,
                         {x.from, y.from, x.length, y.length});
+        }
 }
 
 QPixmap kept(const QString& key, const std::function<QPixmap()>& make) {

@@ -39,9 +39,12 @@ private:
 /// The cached picture for that key, made by `make` when it is not there.
 QPixmap kept(const QString& key, const std::function<QPixmap()>& make);
 
+enum class Middle { drawn, empty };
+
 /// Draws a picture over `target`, which is in device pixels. The picture is stretched without smoothing
-/// between its corners, which keep their size.
-void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner);
+/// between its corners, which keep their size. Where its middle is `empty` it must be transparent there.
+void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner,
+                   Middle middle = Middle::drawn);
 
 QString keyOf(const char* what, std::initializer_list<double> numbers, const QColor& color);
 

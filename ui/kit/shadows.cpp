@@ -5,20 +5,59 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace Paint {
 
 namespace {
 
-void boxBlurLine(const uchar* from, uchar* to, int count, qsizetype stride, int radius) {
-    const int window = 2 * radius + 1;
-    int sum = 0;
-    const auto at = [&](int i) { return i < 0 || i >= count ? 0 : from[i * stride]; };
-    for (int i = -radius; i <= radius; ++i)
+// The mean of the pixels within `radius`. Those beyond the edges count as 0.
+class Mean {
+public:
+    explicit Mean(int radius)
+        : scale((1U << shift) / static_cast<unsigned>(2 * radius + 1)) {}
+
+    uchar of(unsigned sum) const { return static_cast<uchar>((sum * scale + (1U << (shift - 1))) >> shift); }
+
+private:
+    static constexpr int shift = 20;
+
+    const unsigned scale;  // a multiplication takes less time than a division
+};
+
+void boxBlurRow(const uchar* from, uchar* to, int count, int radius) {
+    const Mean mean(radius);
+    unsigned sum = 0;
+    const auto at = [&](int i) { return i < 0 || i >= count ? 0U : from[i]; };
+    for (int i = 0; i < radius; ++i)
         sum += at(i);
     for (int i = 0; i < count; ++i) {
-        to[i * stride] = static_cast<uchar>((sum + window / 2) / window);
-        sum += at(i + radius + 1) - at(i - radius);
+        sum += at(i + radius) - at(i - radius - 1);
+        to[i] = mean.of(sum);
+    }
+}
+
+// All columns at once, row by row, as the pixels lie in memory.
+void boxBlurColumns(const QImage& from, QImage& to, int radius) {
+    const Mean mean(radius);
+    const int width = from.width();
+    const int height = from.height();
+    std::vector<unsigned> sums(static_cast<std::size_t>(width), 0);
+    const auto add = [&](int row, unsigned factor) {
+        if (row < 0 || row >= height) return;
+        const uchar* const line = from.constScanLine(row);
+        for (int x = 0; x < width; ++x)
+            sums[static_cast<std::size_t>(x)] += factor * line[x];
+    };
+    constexpr unsigned minus = -1U;
+    for (int row = 0; row < radius; ++row)
+        add(row, 1);
+    for (int y = 0; y < height; ++y) {
+        add(y + radius, 1);
+        add(y - radius - 1, minus);
+        uchar* const line = to.scanLine(y);
+        for (int x = 0; x < width; ++x)
+            line[x] = mean.of(sums[static_cast<std::size_t>(x)]);
     }
 }
 
@@ -26,16 +65,10 @@ void boxBlurLine(const uchar* from, uchar* to, int count, qsizetype stride, int 
 void blur(QImage& alpha, double deviation) {
     const int radius = std::max(1, static_cast<int>(std::lround(deviation * 0.94)));
     QImage other(alpha.size(), QImage::Format_Alpha8);
-    const int width = alpha.width();
-    const int height = alpha.height();
-    const qsizetype stride = alpha.bytesPerLine();
     for (int pass = 0; pass < 3; ++pass) {
-        for (int y = 0; y < height; ++y)
-            boxBlurLine(alpha.constScanLine(y), other.scanLine(y), width, 1, radius);
-        const uchar* const from = other.constBits();
-        uchar* const to = alpha.bits();
-        for (int x = 0; x < width; ++x)
-            boxBlurLine(from + x, to + x, height, stride, radius);
+        for (int y = 0; y < alpha.height(); ++y)
+            boxBlurRow(alpha.constScanLine(y), other.scanLine(y), alpha.width(), radius);
+        boxBlurColumns(other, alpha, radius);
     }
 }
 
@@ -120,16 +153,33 @@ void trim(QPainter& painter, const QRectF& shape, double radius) {
     painter.restore();
 }
 
-// The shape is filled with the shadow's colour, and the blurred and shifted shape is erased from it.
+// The shape is filled with the shadow's colour, and the blurred and shifted shape is erased from it. In
+// the middle of a large shape nothing is left, and its edges are stretched.
 void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
-    const QString key = keyOf("inner", {radius, shadow.blur, shadow.offsetY}, shadow.color);
-    cached(painter, key, shape, [&](QPainter& canvas) {
-        const QRectF local(QPointF(), shape.size());
-        canvas.fillRect(local, shadow.color);
+    if (isClippedAway(painter, shape)) return;
+    const QRect place = pixelsOf(painter, shape);
+    if (place.isEmpty()) return;
+    const double ratio = ratioOf(painter);
+    const double blurRadius = shadow.blur * ratio;
+    const double offset = shadow.offsetY * ratio;
+    const int corner =
+        static_cast<int>(std::ceil(radius * ratio + blurRadius * blurReach + std::abs(offset))) + 2;
+    const QSize size = place.size().boundedTo({2 * corner + 1, 2 * corner + 1});
+    const QString key = keyOf(
+        "inner", {double(size.width()), double(size.height()), radius, shadow.blur, shadow.offsetY, ratio},
+        shadow.color);
+    const QPixmap picture = kept(key, [&] {
+        QPixmap pixmap(size);
+        pixmap.fill(shadow.color);
+        QPainter canvas(&pixmap);
+        canvas.setRenderHint(QPainter::Antialiasing);
         canvas.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-        dropShadow(canvas, local, radius, {Qt::black, shadow.blur, shadow.offsetY});
-        trim(canvas, local, radius);
+        const QRectF whole(QPointF(), size);
+        drawSoft(canvas, whole.translated(0, offset), radius * ratio, blurRadius, Qt::black);
+        trim(canvas, whole, radius * ratio);
+        return pixmap;
     });
+    drawStretched(painter, place, picture, {corner, corner}, Middle::empty);
 }
 
 void well(QPainter& painter, const QRectF& shape, double radius) {
