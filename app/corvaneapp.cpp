@@ -2,13 +2,13 @@
 
 #include "app/snapshot.hpp"
 
+#include "ui/kit/housestyle.hpp"
 #include "ui/kit/theme.hpp"
 
 #include "Wendril/transport.hpp"
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
 
 namespace Corvane {
 
@@ -59,7 +59,7 @@ CorvaneApp::CorvaneApp(const Options& options)
     : demo(options.demoSpeakers ? std::make_unique<Demo>(*options.demoSpeakers) : nullptr)
     , executor(std::make_shared<UiExecutor>())
     , model(std::make_shared<AppModel>(surroundingsOf(options, demo.get(), executor))) {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new Kit::HouseStyle);
     QApplication::setPalette(darkPalette());
     QApplication::setFont(Theme::font(13));
 }

@@ -132,7 +132,6 @@ private:
     std::vector<int> handlesAt(QPointF point) const;
     std::optional<int> topmostAt(QPointF point) const;
     std::optional<int> handleInUse() const;
-    std::vector<const Handle*> inDrawingOrder() const;
     void pointAt(std::optional<QPointF> point);
     void showUse();
     void repaintHandle(std::optional<int> id);

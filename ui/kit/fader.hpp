@@ -45,6 +45,11 @@ private:
     QRectF track() const;
     QRectF cap() const;
     double slotCentre() const;
+    std::vector<double> scale() const;
+    void drawTrack(QPainter& painter) const;
+    void drawMark(QPainter& painter, double value) const;
+    void drawCap(QPainter& painter) const;
+    void drawTexts(QPainter& painter) const;
 
     const QString title;
     const Look look;

@@ -5,6 +5,7 @@
 
 #include <QBasicTimer>
 
+#include <QPainterPath>
 #include <QString>
 
 namespace Kit {
@@ -41,10 +42,15 @@ protected:
 
 private:
     QRectF dial() const;
+    QPainterPath arcBetween(double from, double to) const;
     void drawDial(QPainter& painter) const;
     void drawEndLabel(QPainter& painter, const QString& text, double angle) const;
+    void drawGroove(QPainter& painter) const;
+    void drawTicks(QPainter& painter) const;
     void drawArc(QPainter& painter) const;
     void drawCap(QPainter& painter) const;
+    void drawSheen(QPainter& painter, const QRectF& cap) const;
+    void drawChamfer(QPainter& painter) const;
     void drawPointer(QPainter& painter) const;
     void drawTexts(QPainter& painter) const;
 

@@ -3,14 +3,19 @@
 #include "ui/kit/fonts.hpp"
 
 #include <QFontDatabase>
+#include <QGuiApplication>
+#include <QScreen>
 
 namespace Theme {
 
 namespace {
 
+// The toolkit takes sizes in pixels only as whole numbers.
+constexpr double pointsPerInch = 72;
+
 QFont sized(const QString& family, double size, QFont::Weight weight, double tracking) {
     QFont font(family);
-    font.setPixelSize(qRound(size));
+    font.setPointSizeF(size * pointsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInchY());
     font.setWeight(weight);
     font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
     font.setHintingPreference(QFont::PreferNoHinting);

@@ -29,7 +29,7 @@ HeaderBar::HeaderBar(AppModel& model, bool choosesLink, QWidget* parent)
     : QWidget(parent)
     , model(model) {
     auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(margins);
+    row->setContentsMargins(margins - QMargins(LogoTitle::bleed, LogoTitle::bleed, 0, LogoTitle::bleed));
     row->setSpacing(12);
     auto* const logo = new LogoTitle(this);
     logo->onSecretClick = [&model] { model.technical = !model.technical.value(); };
