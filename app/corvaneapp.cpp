@@ -3,13 +3,13 @@
 #include "app/snapshot.hpp"
 
 #include "ui/kit/accessibility.hpp"
+#include "ui/kit/housestyle.hpp"
 #include "ui/kit/theme.hpp"
 
 #include "Wendril/transport.hpp"
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
 
 namespace Corvane {
 
@@ -61,7 +61,7 @@ CorvaneApp::CorvaneApp(const Options& options)
     , executor(std::make_shared<UiExecutor>())
     , model(std::make_shared<AppModel>(surroundingsOf(options, demo.get(), executor))) {
     Kit::installAccessibility();
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new Kit::HouseStyle);
     QApplication::setPalette(darkPalette());
     QApplication::setFont(Theme::font(13));
 }

@@ -15,6 +15,10 @@ void addOptions(Cli::CommandLine& commandLine, Options& options) {
         ->expected(0, 1)
         ->default_str(usual)
         ->transform(commandLine.number<std::size_t>(1, Demo::mostSpeakers));
+    commandLine.app
+        .add_option("--zoom", options.zoom, "amplia a janela inteira, 1 a 2 (1), por exemplo 1.25")
+        ->type_name("Z")
+        ->transform(commandLine.number<double>(1, 2));
 }
 
 }  // namespace Corvane

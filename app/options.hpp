@@ -11,6 +11,7 @@ namespace Corvane {
 /// What the command line and the environment ask of the program.
 struct Options {
     std::optional<std::size_t> demoSpeakers;
+    double zoom = 1;        // of the whole window
     std::string extraPort;  // CORVANE_PORT: offered as the first port; empty if not set
 };
 

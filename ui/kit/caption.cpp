@@ -53,8 +53,9 @@ QSize Caption::minimumSizeHint() const {
 void Caption::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    const bool isShaded = color == Theme::secondary;
     const Paint::Shadow shadow = shadowed ? Paint::Shadow{Theme::black(0.5), 2, 1} : Paint::Shadow{};
-    Paint::text(painter, rect(), alignment, text, {font, color, shadow, tabular});
+    Paint::text(painter, rect(), alignment, text, {font, color, shadow, tabular, isShaded});
 }
 
 Percentage::Percentage(const QString& name, const QFont& font, const QColor& color, QWidget* parent)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/kit/focusring.hpp"
+
 #include <QAccessible>
 #include <QWidget>
 
@@ -47,10 +49,7 @@ public:
     void setOpacity(double value);
 
 protected:
-    struct Outline {
-        QRectF shape;
-        double radius;
-    };
+    using Outline = Kit::Outline;
 
     /// With Option (Alt) or Shift held, drags and arrow keys change a value by this factor of what
     /// they change otherwise.
@@ -60,7 +59,7 @@ protected:
 
     virtual void paint(QPainter& painter) = 0;
 
-    /// Where the focus ring lies.
+    /// What the focus ring surrounds.
     virtual Outline outline() const;
 
     /// Redraws, and tells screen readers.
@@ -79,6 +78,7 @@ protected:
 private:
     bool hovered = false;
     bool reachedByKeyboard = false;
+    FocusRing ring{*this, [this] { return outline(); }};
     double opacity = 1;
 };
 

@@ -174,8 +174,8 @@ const EQGraph::Handle* EQGraph::handleOf(std::optional<int> id) const {
     return found == handles.end() ? nullptr : &*found;
 }
 
-// Those whose circle covers the point, the last one in the list first: without a selection it is drawn on
-// top. Where there are none, those within reach, the nearest first.
+// Those whose circle covers the point, the last one in the list first: it is drawn on top. Where there are
+// none, those within reach, the nearest first.
 std::vector<int> EQGraph::handlesAt(QPointF point) const {
     std::vector<std::pair<double, int>> near;
     for (const Handle& handle : handles)
@@ -431,7 +431,7 @@ void EQGraph::focusOutEvent(QFocusEvent* event) {
     Control::focusOutEvent(event);
 }
 
-Control::Outline EQGraph::outline() const { return {plot().area.adjusted(-3, -3, 3, 3), 5}; }
+Control::Outline EQGraph::outline() const { return {plot().area, 3}; }
 
 void EQGraph::paint(QPainter& painter) {
     const EQPlot where = plot();
@@ -441,19 +441,8 @@ void EQGraph::paint(QPainter& painter) {
     drawCurves(painter);
     if (!lone.empty()) drawThinEQCurve(painter, where, lone, Theme::white(0.6));
     if (hasCross()) drawCross(painter);
-    for (const Handle* const handle : inDrawingOrder())
-        drawHandle(painter, *handle);
-}
-
-// From back to front.
-std::vector<const EQGraph::Handle*> EQGraph::inDrawingOrder() const {
-    std::vector<const Handle*> order;
     for (const Handle& handle : handles)
-        order.push_back(&handle);
-    for (const std::optional<int> front : {selected, marked})
-        std::stable_partition(order.begin(), order.end(),
-                              [front](const Handle* each) { return each->id != front; });
-    return order;
+        drawHandle(painter, handle);
 }
 
 void EQGraph::drawCross(QPainter& painter) const {
@@ -490,9 +479,8 @@ void EQGraph::drawHandle(QPainter& painter, const Handle& handle) const {
                         : handle.id == marked || handle.id == hovered ? 0.35
                                                                       : 0;
     if (ring > 0) Paint::edge(painter, circle.adjusted(-3, -3, 3, 3), radius + 3, Theme::white(ring), 1.5);
-    Paint::text(
-        painter, circle, Qt::AlignCenter, handle.label,
-        {Theme::font(9, QFont::Medium), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});
+    Paint::text(painter, circle, Qt::AlignCenter, handle.label,
+                {Theme::font(9), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});
 }
 
 }  // namespace Kit

@@ -141,7 +141,6 @@ private:
     std::optional<int> topmostAt(QPointF point) const;
     void tellFocus();
     std::optional<int> handleInUse() const;
-    std::vector<const Handle*> inDrawingOrder() const;
     void pointAt(std::optional<QPointF> point);
     void showUse();
     void repaintHandle(std::optional<int> id);

@@ -28,6 +28,9 @@ public:
 
     void setLevels(const std::vector<float>& levels);
 
+    /// The height, in the fader, of the middle of the cap at that value.
+    double placeOf(double value) const;
+
     double stepSize() const override;
     QSize sizeHint() const override;
     QAccessible::Role accessibleRole() const override { return QAccessible::Slider; }
@@ -44,6 +47,11 @@ private:
     QRectF readOut() const;
     QRectF cap() const;
     double slotCentre() const;
+    std::vector<double> scale() const;
+    void drawTrack(QPainter& painter) const;
+    void drawMark(QPainter& painter, double value) const;
+    void drawCap(QPainter& painter) const;
+    void drawTexts(QPainter& painter) const;
 
     const QString title;
     const Look look;

@@ -6,8 +6,6 @@ namespace Formats {
 
 namespace {
 
-constexpr double centimetresPerMs = 34.3;
-
 // A small negative level would read "-0.0".
 double withoutNegativeZero(double db) { return std::abs(db) < 0.05 ? 0 : db; }
 

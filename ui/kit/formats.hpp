@@ -7,6 +7,8 @@
 /// The texts of read-outs. They have a decimal point in every locale.
 namespace Formats {
 
+constexpr double centimetresPerMs = 34.3;  // that sound travels
+
 QString decibels(double db);        // "-3.5 dB"
 QString signedDecibels(double db);  // "+3.5 dB"
 QString wholeDecibels(double db);   // "3 dB"

@@ -33,7 +33,6 @@ protected:
 
 private:
     double labelWidth(const QString& text) const;
-    QRectF bezel() const;
     void drawBody(QPainter& painter, const QRectF& body) const;
     void drawLabel(QPainter& painter, const QRectF& bounds) const;
 

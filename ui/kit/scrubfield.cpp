@@ -81,9 +81,10 @@ void ScrubField::keyPressEvent(QKeyEvent* event) {
 }
 
 void ScrubField::paint(QPainter& painter) {
-    Paint::well(painter, rect(), 7);
-    if (isEditing()) return Paint::edge(painter, rect(), 7, Theme::faded(Theme::accent, 0.6));
-    if (isHovered() || isDragging()) Paint::edge(painter, rect(), 7, Theme::white(0.14));
+    const QRectF field = Paint::snapped(painter, rect());
+    Paint::well(painter, field, 7);
+    if (isEditing()) return Paint::edge(painter, field, 7, Theme::faded(Theme::accent, 0.6));
+    if (isHovered() || isDragging()) Paint::edge(painter, field, 7, Theme::white(0.14));
     Paint::text(painter, QRectF(rect()).adjusted(padding, 0, -padding, 0), Qt::AlignCenter, valueText(),
                 {Theme::font(11), Theme::text, {}, true});
 }

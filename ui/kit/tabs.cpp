@@ -35,16 +35,16 @@ void Tab::setSelected(bool value) {
     stateChanged();
 }
 
-Control::Outline Tab::outline() const {
-    return {QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), height() / 2.0};
-}
+Control::Outline Tab::outline() const { return {rect(), height() / 2.0}; }
 
 void Tab::paint(QPainter& painter) {
-    const QRectF capsule = rect();
+    const QRectF capsule = Paint::snapped(painter, rect());
     if (selected)
         Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.09));
+    else if (isPressed())
+        Paint::fill(painter, capsule, capsule.height() / 2, Theme::black(0.35));
     else if (isHovered())
-        Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(isPressed() ? 0.06 : 0.04));
+        Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.055));
     Paint::text(painter, capsule, Qt::AlignCenter, title,
                 {titleFont(), selected ? Theme::accent : color, {}, false});
 }

@@ -37,6 +37,7 @@ protected:
     std::function<void(int)> onIndex;
 
     void paint(QPainter& painter) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

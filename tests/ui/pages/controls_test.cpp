@@ -181,7 +181,7 @@ void check(const Switch& row, Desk& desk, Kit::Button& button, const QStringList
 
 TEST(ControlsTest, EachShowsAndEditsItsFieldsWithinTheLimits) {
     const std::pair<QString, std::size_t> pages[] = {
-        {"TOM", 19},  {"DINÂMICA", 19}, {"DELAY", 8},  {"MAIN", 36},  {"LIMITER", 16}, {"IN 1", 33},
+        {"TOM", 19},  {"DINÂMICA", 19}, {"DELAY", 8},  {"MAIN", 36},  {"LIMITER", 19}, {"IN 1", 33},
         {"IN 2", 33}, {"X-OVER", 33},   {"OUT 1", 68}, {"OUT 2", 68}, {"OUT 3", 68},   {"OUT 4", 68}};
     for (auto [page, count] : pages) {
         Desk desk;
@@ -189,7 +189,7 @@ TEST(ControlsTest, EachShowsAndEditsItsFieldsWithinTheLimits) {
             if (ref.kind != ModuleKind::vu) desk.line->board(0).store(ref.index, numbered(ref));
         desk.goTo(page);
         if (page == "TOM") desk.click("Voz");  // a tone knob also sets frequency, Q and type of its band
-        if (page == "LIMITER") desk.click("Saída 2");  // it shows one meter and edits one output
+        if (page == "LIMITER") desk.click("Saída 2");  // it edits one output
         if (page == "LIMITER") page += " 2";
         EXPECT_EQ(OnScreen::all<Kit::Control>(desk.page()).size(), count) << qPrintable(page);
         std::map<QString, int> seen;
@@ -226,6 +226,17 @@ TEST(ControlsTest, OnlyTheChosenOneOfAGroupIsLit) {
                 EXPECT_EQ(desk.lit(name), name == clicked) << qPrintable(name);
         }
     }
+}
+
+TEST(ControlsTest, TheLevelsOfOutputsThatAreNotChosenAreDarkAndKeepTheirPlaces) {
+    Desk desk("DINÂMICA");
+    ASSERT_TRUE(desk.until([&] { return desk.readOut("Nível, Saída 1") != "—"; }));
+    const QWidget& knob = *desk.all<Kit::ValueControl>().back();  // of the limiter, beside the levels
+    const QRect place = knob.geometry();
+    desk.click("Saída 2");
+    ASSERT_TRUE(desk.until([&] { return desk.readOut("Nível, Saída 2") != "—"; }));
+    EXPECT_EQ(desk.readOut("Nível, Saída 1"), "—");
+    EXPECT_EQ(knob.geometry(), place);
 }
 
 TEST(ControlsTest, ARatioUpTo101IsShownAsOff) {

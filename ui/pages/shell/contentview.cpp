@@ -1,6 +1,7 @@
 #include "ui/pages/shell/contentview.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/diagnosticswindow.hpp"
 #include "ui/pages/shell/gesturefilter.hpp"
 #include "ui/pages/shell/headerbar.hpp"
@@ -68,8 +69,8 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     rows->addWidget(header);
     rows->addWidget(strip);
     rows->addWidget(pages, 1);
-    setMinimumSize(smallest);
-    resize(usual);
+    setMinimumSize(Room::least);
+    resize(Room::usual);
 
     Corvane::bind(
         *this, [this, &model] { return std::tuple(model.technical.value(), page.value(), techPage.value()); },
@@ -147,6 +148,9 @@ void ContentView::paintEvent(QPaintEvent*) {
 }
 
 void ContentView::resizeEvent(QResizeEvent*) {
+    const Room room = Room::in(size());
+    header->setRoom(room);
+    strip->setRoom(room);
     layout()->activate();
     veil->setGeometry(pages->geometry());
     reportLine->settle();

@@ -24,10 +24,6 @@ class TechPageView;
 /// the view.
 class ContentView final : public QWidget {
 public:
-    /// Smallest and usual size.
-    static constexpr QSize smallest{1240, 780};
-    static constexpr QSize usual{1280, 820};
-
     /// With `choosesLink` false the header names the chosen link and offers no choice.
     ContentView(AppModel& model, bool choosesLink, QWidget* parent);
 

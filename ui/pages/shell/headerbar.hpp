@@ -2,6 +2,8 @@
 
 #include "app/model/appmodel.hpp"
 
+#include "ui/pages/shared/room.hpp"
+
 #include <QWidget>
 
 class QHBoxLayout;
@@ -19,6 +21,8 @@ public:
 
     /// Connects, cancels or disconnects.
     QWidget& connectButton() const { return *connection; }
+
+    void setRoom(const Room& room);
 
 private:
     void addTechnicalButton(QHBoxLayout& row);

@@ -33,7 +33,7 @@ double logoWidth() { return std::round(logoHeight * Symbols::logoAspect()); }
 LogoTitle::LogoTitle(QWidget* parent)
     : Control(parent) {
     const double width = logoWidth() + gap + Paint::textWidth(title(), titleStyle());
-    setFixedSize(static_cast<int>(std::ceil(width)) + 2, logoHeight);
+    setFixedSize(bleed + static_cast<int>(std::ceil(width)) + 2, logoHeight + 2 * bleed);
     setAccessibleName(title());
     setFocusPolicy(Qt::TabFocus);
 }
@@ -41,14 +41,14 @@ LogoTitle::LogoTitle(QWidget* parent)
 Kit::Control::Outline LogoTitle::outline() const { return {QRectF(rect()).adjusted(1, 1, -1, -1), 8}; }
 
 void LogoTitle::paint(QPainter& painter) {
-    const QRectF logo(0, 0, logoWidth(), logoHeight);
+    const QRectF logo(bleed, bleed, logoWidth(), logoHeight);
     const QBrush gradient = Theme::vertical(QRectF(QPointF(), logo.size()), Theme::rgb(1.0, 0.647, 0.322),
                                             Theme::rgb(0.871, 0.373, 0.102));
     Paint::softCopy(
         painter, QStringLiteral("logo"), logo, {Theme::faded(Theme::accent, 0.35), 6, 0},
         [&](QPainter& ink) { Symbols::drawLogo(ink, QRectF(QPointF(), logo.size()), Qt::black); });
     Symbols::drawLogo(painter, logo, gradient);
-    Paint::text(painter, QRectF(rect()).adjusted(logo.width() + gap, 0, 0, 0),
+    Paint::text(painter, QRectF(rect()).adjusted(logo.right() + gap, 0, 0, 0),
                 Qt::AlignLeft | Qt::AlignVCenter, title(), titleStyle());
 }
 

@@ -9,6 +9,10 @@ namespace Corvane {
 /// The logo and the name of the program. The Tab key reaches it.
 class LogoTitle final : public Kit::Control {
 public:
+    /// The widget extends beyond the logo by this much at the left, above and below. The logo's glow
+    /// needs it.
+    static constexpr int bleed = 10;
+
     explicit LogoTitle(QWidget* parent);
 
     /// A click that began with Alt and Control held, or Return with both. All other presses go on to the

@@ -17,6 +17,7 @@ namespace Corvane {
 namespace {
 
 constexpr QMargins margins(32, 14, 32, 0);
+constexpr int tightTop = 8;
 constexpr int twoAddresses = 132;  // with an arrow: what the chips claim before padlock and status give way
 
 template <class List, class Value>
@@ -40,7 +41,7 @@ public:
     }
 
     void setGeometry(const QRect& area) override {
-        int room = area.width() - margins.left() - margins.right() - othersWidth();
+        int room = area.marginsRemoved(contentsMargins()).width() - othersWidth();
         const int leastStatus = status.minimumSizeHint().width();
         if (!padlock.isHidden()) room -= padlockWidth(room - leastStatus);
         const int wholeStatus = status.sizeHint().width();
@@ -101,6 +102,12 @@ SpeakerStrip::SpeakerStrip(AppModel& model, const Choices& choices, QWidget* par
     row->addStretch(1);
     addSimpleTabs(*row);
     addTechnicalTabs(*row);
+}
+
+void SpeakerStrip::setRoom(const Room& room) {
+    layout()->setContentsMargins(margins.left() + room.beside, room.between(tightTop, margins.top()),
+                                 margins.right() + room.beside, margins.bottom());
+    layout()->activate();
 }
 
 void SpeakerStrip::addSearchButton(QHBoxLayout& row) {

@@ -3,6 +3,7 @@
 #include "app/model/appmodel.hpp"
 
 #include "ui/kit/tabs.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/page.hpp"
 #include "ui/pages/technical/techpage.hpp"
 
@@ -28,6 +29,8 @@ public:
 
     /// Hidden while the page is not locked.
     QWidget& padlock() const { return *lock; }
+
+    void setRoom(const Room& room);
 
 private:
     class Row;

@@ -5,6 +5,7 @@
 
 #include "ui/kit/caption.hpp"
 #include "ui/kit/lamp.hpp"
+#include "ui/kit/shadows.hpp"
 #include "ui/kit/spinner.hpp"
 #include "ui/kit/theme.hpp"
 
@@ -37,6 +38,9 @@ protected:
         Kit::drawLamp(painter, rect(), Theme::good, true);
     }
 };
+
+constexpr int groundPadding = 11;
+constexpr int groundHeight = 26;
 
 // Shows a text of which at least its first `leastText` pixels stay to be seen.
 void showText(Kit::Caption& caption, const QString& text) {
@@ -89,11 +93,35 @@ void StatusLabel::show(const Status& status) {
     const bool offline = status.state == Status::Case::offline;
     const bool failed = status.state == Status::Case::error;
     const QString line = offline ? QStringLiteral("Desconectado") : toQString(status.text);
+    const int beside = failed ? 0 : groundPadding;
+    layout()->setContentsMargins(beside, 0, beside, 0);
     spinner->setVisible(status.isWorking());
     lamp->setVisible(status.isOnline());
     showText(*text, failed ? QString() : line);
     error->setText(failed ? line : QString());
     setToolTip(line);
+}
+
+// The ground is as wide as what is shown.
+bool StatusLabel::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) update();
+    return QWidget::event(event);
+}
+
+// On the window's bright upper part the dim texts need a dark ground. Warnings bring their own.
+void StatusLabel::paintEvent(QPaintEvent*) {
+    QRect shown;
+    for (QObject* const child : children())
+        if (const auto* const part = qobject_cast<QWidget*>(child);
+            part && !part->isHidden() && !dynamic_cast<const Warning*>(part))
+            shown |= part->geometry();
+    if (shown.isEmpty()) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF ground(shown.left() - groundPadding, (height() - groundHeight) / 2.0,
+                        shown.width() + 2 * groundPadding, groundHeight);
+    const QRectF capsule = Paint::snapped(painter, ground);
+    Paint::fill(painter, capsule, capsule.height() / 2, Theme::legible);
 }
 
 }  // namespace Corvane

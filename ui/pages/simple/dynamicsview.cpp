@@ -5,7 +5,6 @@
 #include "ui/pages/shared/channelname.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
-#include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/switchbutton.hpp"
 #include "ui/pages/simple/outputpicker.hpp"
 
@@ -19,6 +18,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 
 namespace Corvane {
 
@@ -28,7 +28,6 @@ namespace {
 
 constexpr double largeKnob = 150;
 constexpr double smallKnob = 96;
-constexpr int rowGap = 24;
 
 // Ratios of a compressor that is switched off and on, and the highest that is shown as off.
 constexpr float offRatio = 1;
@@ -40,6 +39,12 @@ QHBoxLayout* rowOf(std::initializer_list<QWidget*> controls) {
     for (QWidget* const control : controls)
         row->addWidget(control, 1, Qt::AlignCenter);
     return row;
+}
+
+// The buttons of both panels are as wide as the widest.
+Kit::PillButton* equallyWide(Kit::PillButton* button) {
+    button->reserveFor({QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO"), QStringLiteral("BYPASS")});
+    return button;
 }
 
 // The setting of the first chosen output; an edit goes to all chosen outputs.
@@ -91,17 +96,15 @@ Kit::Knob* kneeKnob(const OutputsSetting<Value>& setting, QWidget* parent) {
 }  // namespace
 
 DynamicsView::DynamicsView(AppModel& model, QWidget* parent)
-    : Surface(parent)
+    : PageView(QBoxLayout::TopToBottom, parent)
     , model(model) {
-    auto* const rows = new QVBoxLayout(this);
-    rows->setContentsMargins(pageMargins);
-    rows->setSpacing(18);
-    rows->addWidget(new OutputPicker(model, this));
-    auto* const panels = new QHBoxLayout;
-    panels->setSpacing(panelGap);
-    panels->addWidget(compressorPanel(), 1);
-    panels->addWidget(limiterPanel(), 1);
-    rows->addLayout(panels, 1);
+    panels().setSpacing(18);
+    panels().addWidget(new OutputPicker(model, this));
+    auto* const pair = new QHBoxLayout;
+    pair->setSpacing(panelGap);
+    pair->addWidget(compressorPanel(), 1);
+    pair->addWidget(limiterPanel(), 1);
+    panels().addLayout(pair, 1);
 }
 
 QWidget* DynamicsView::compressorPanel() {
@@ -112,9 +115,9 @@ QWidget* DynamicsView::compressorPanel() {
     };
     auto* const panel = new Kit::Panel(QStringLiteral("COMPRESSOR"), this);
     Kit::setContext(*panel, {QStringLiteral("Compressor")});
-    panel->setTrailing(switchButton(QStringLiteral("Compressor"),
-                                    {QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")}, isOn, toggle,
-                                    panel));
+    panel->setTrailing(equallyWide(switchButton(QStringLiteral("Compressor"),
+                                                {QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")}, isOn,
+                                                toggle, panel)));
     const auto time = [&](const QString& title, std::uint32_t DynamicsValue::*field) {
         return timeKnobFor(title, smallKnob, compressor, field, panel);
     };
@@ -132,23 +135,18 @@ QWidget* DynamicsView::limiterPanel() {
     const OutputsSetting<LimiterValue> limiter(model, ModuleKind::limiter, &AppModel::editLimiter);
     auto* const panel = new Kit::Panel(QStringLiteral("LIMITER"), this);
     Kit::setContext(*panel, {QStringLiteral("Limiter")});
-    panel->setTrailing(switchButton(
-        QStringLiteral("Limiter"), {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")},
-        [this] { return !limiterBypassed(); }, [this] { toggleLimiter(); }, panel));
-
-    auto* const knobs = new QVBoxLayout;
-    knobs->addStretch(1);
-    knobs->addLayout(rowOf({thresholdKnob(limiter, panel)}));
-    knobs->addStretch(1);
-    knobs->addLayout(
+    panel->setTrailing(equallyWide(switchButton(
+        QStringLiteral("Limiter"), {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [this] { return !limiterBypassed(); },
+        [this] { toggleLimiter(); }, panel)));
+    panel->content().addStretch(1);
+    QHBoxLayout* const large = rowOf({thresholdKnob(limiter, panel)});
+    large->addWidget(levelBlock(panel), 1, Qt::AlignHCenter);
+    panel->content().addLayout(large);
+    panel->content().addStretch(1);
+    panel->content().addLayout(
         rowOf({timeKnobFor(QStringLiteral("Release"), smallKnob, limiter, &LimiterValue::release, panel),
                kneeKnob(limiter, panel)}));
-    knobs->addStretch(1);
-    auto* const columns = new QHBoxLayout;
-    columns->addLayout(knobs, 1);
-    columns->addWidget(levelBlock(), 0, Qt::AlignCenter);
-    columns->addSpacing(24);
-    panel->content().addLayout(columns, 1);
+    panel->content().addStretch(1);
     return panel;
 }
 
@@ -162,15 +160,18 @@ void DynamicsView::toggleLimiter() {
         model.set(K7Q::index(ModuleKind::limiterBypass, output, 0), ModuleValue{bypass});
 }
 
-QWidget* DynamicsView::levelBlock() {
+bool DynamicsView::isChosen(std::string_view output) const {
+    return std::ranges::count(model.outputs(), output) > 0;
+}
+
+// It fills the height of the row, so that its title is on the line of the captions of the knobs.
+QWidget* DynamicsView::levelBlock(QWidget* parent) {
     constexpr int barHeight = 150;
-    auto* const block = new QWidget(this);
+    constexpr float silence = -std::numeric_limits<float>::infinity();
+    auto* const block = new QWidget(parent);
     auto* const rows = new QVBoxLayout(block);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(10);
-    auto* const title = new Kit::Caption(QStringLiteral("NÍVEL"), Theme::font(11, QFont::DemiBold, 2),
-                                         Theme::secondary, block);
-    rows->addWidget(title, 0, Qt::AlignHCenter);
+    rows->setSpacing(0);
     auto* const well = new Kit::Well(14, block);
     auto* const columns = new QHBoxLayout(well);
     constexpr int glow = Kit::MeterBar::glow;
@@ -179,16 +180,18 @@ QWidget* DynamicsView::levelBlock() {
     for (const std::string_view output : K7Q::outputs) {
         auto* const bar = new Kit::MeterBar(5, well);
         bar->setAccessibleName(QStringLiteral("Nível, ") + nameOf(output));
-        bar->setFixedHeight(barHeight + 2 * glow);
+        bar->setMinimumHeight(barHeight + 2 * glow);
         columns->addWidget(bar);
         Corvane::bind(
-            *bar, [this, output] { return model.meter(output); },
+            *bar, [=, this] { return isChosen(output) ? model.meter(output) : silence; },
             [bar](float level) { bar->setLevel(level); });
-        Corvane::bind(
-            *bar, [this, output] { return std::ranges::count(model.outputs(), output) > 0; },
-            [bar](bool chosen) { bar->setVisible(chosen); });
     }
-    rows->addWidget(well, 0, Qt::AlignHCenter);
+    auto* const title = new Kit::Caption(QStringLiteral("NÍVEL"), Theme::font(11, QFont::DemiBold, 2),
+                                         Theme::secondary, block);
+    rows->addWidget(well, 1, Qt::AlignHCenter);
+    rows->addSpacing(6);
+    rows->addWidget(title, 0, Qt::AlignHCenter);
+    rows->addSpacing(5);
     return block;
 }
 

@@ -4,7 +4,6 @@
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/mutebutton.hpp"
-#include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/analogvu.hpp"
@@ -25,8 +24,8 @@ using namespace Wendril;
 
 namespace {
 
-// Heights of the rows and the space between them, at the smallest window.
-constexpr int meterRow = 200;
+// Heights of the rows and the space between them, in the lowest window.
+constexpr int meterRow = 184;
 constexpr int controlRow = 212;
 constexpr int buttonRow = 44;
 constexpr int gap = 18;
@@ -81,13 +80,10 @@ QWidget* column(QWidget* control, QWidget* button, QWidget* parent) {
 }  // namespace
 
 ToneView::ToneView(AppModel& model, QWidget* parent)
-    : Surface(parent)
+    : PageView(QBoxLayout::LeftToRight, parent)
     , model(model) {
-    auto* const columns = new QHBoxLayout(this);
-    columns->setContentsMargins(pageMargins);
-    columns->setSpacing(panelGap);
-    columns->addWidget(tonePanel(), 1);
-    columns->addWidget(volumePanel());
+    panels().addWidget(tonePanel(), 1);
+    panels().addWidget(volumePanel());
 }
 
 QWidget* ToneView::tonePanel() {

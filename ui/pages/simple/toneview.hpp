@@ -2,12 +2,12 @@
 
 #include "app/model/appmodel.hpp"
 
-#include "ui/kit/panel.hpp"
+#include "ui/pages/shared/pageview.hpp"
 
 namespace Corvane {
 
 /// Tone and volume of the inputs, and the levels of all channels.
-class ToneView final : public Kit::Surface {
+class ToneView final : public PageView {
 public:
     ToneView(AppModel& model, QWidget* parent);
 

@@ -30,7 +30,7 @@ ChannelStrip::ChannelStrip(AppModel& model, std::string_view channel, const QStr
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(6);
-    rows->addWidget(fader, 0, Qt::AlignHCenter);
+    rows->addWidget(fader, 1, Qt::AlignHCenter);
     rows->addSpacing(6);
     for (Kit::PillButton* const button : {muteButton(model, channel, spoken(title), this),
                                           polarityButton(model, channel, spoken(title), this)})

@@ -14,7 +14,7 @@ namespace Corvane {
 /// Gain, mute and polarity of a channel, with its meter.
 class ChannelStrip final : public QWidget {
 public:
-    /// `height` is that of the fader's track.
+    /// `height` is the least of the fader's track, which grows with the strip.
     ChannelStrip(AppModel& model, std::string_view channel, const QString& title, double height,
                  QWidget* parent);
 };

@@ -12,7 +12,6 @@
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/theme.hpp"
-#include "ui/kit/wellmenu.hpp"
 
 #include <QBoxLayout>
 
@@ -25,7 +24,6 @@ using namespace Wendril;
 
 namespace {
 
-constexpr int rowHeight = 24;
 constexpr int columnGap = 10;
 constexpr double bypassedOpacity = 0.6;
 
@@ -61,8 +59,7 @@ FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel,
     fc->onChange = [filter](double hz) {
         filter.edit([hz](FilterValue& value) { value.fc = static_cast<std::uint32_t>(std::lround(hz)); });
     };
-    auto* const slope = new Kit::WellMenu<std::uint8_t>(138, this);
-    slope->setFixedHeight(rowHeight);
+    slope = new Kit::WellMenu<std::uint8_t>(138, this);
     slope->setAccessibleName(name + QStringLiteral(", inclinação"));
     Kit::WellMenu<std::uint8_t>::Options options;
     for (const FilterMath::Slope& each : FilterMath::slopes)
@@ -80,7 +77,7 @@ FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel,
 
     Corvane::bind(
         *this, [filter] { return filter.value(); },
-        [=](const FilterValue& value) {
+        [=, this](const FilterValue& value) {
             on->setOn(!value.bypass);
             fc->setValue(value.fc);
             slope->setSelection(value.type);

@@ -41,6 +41,9 @@ public:
     /// From left to right.
     std::vector<Kit::Control*> cells() const { return {on, type, fc, q, gain}; }
 
+    /// Makes the row lower, where a page has no height for the menu's own.
+    void setMenuHeight(int height) { type->setFixedHeight(height); }
+
     void setSelected(bool value);
     void setMarked(bool value);
     bool isSelected() const { return selected; }
