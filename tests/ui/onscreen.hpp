@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/kit/announcer.hpp"
 #include "ui/kit/caption.hpp"
 
 #include <QString>
@@ -24,6 +25,7 @@ std::vector<Widget*> all(const QWidget& window) {
 
 /// A caption's name is its text.
 inline QString nameOf(const QWidget& widget) {
+    if (dynamic_cast<const Kit::Announcer*>(&widget)) return {};  // it is not seen
     const auto* const caption = dynamic_cast<const Kit::Caption*>(&widget);
     return caption && widget.accessibleName().isEmpty() ? caption->shownText() : widget.accessibleName();
 }
@@ -36,7 +38,8 @@ Widget& find(const QWidget& window, const QString& name) {
 }
 
 inline bool shows(const QWidget& window, const QString& name) {
-    return std::ranges::any_of(all<QWidget>(window), [&](const QWidget* each) { return nameOf(*each) == name; });
+    return std::ranges::any_of(all<QWidget>(window),
+                               [&](const QWidget* each) { return nameOf(*each) == name; });
 }
 
 }  // namespace OnScreen

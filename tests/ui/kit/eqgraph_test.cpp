@@ -187,7 +187,7 @@ TEST_F(EQGraphTest, KeysSelectAHandleAndMoveIt) {
 
 TEST_F(EQGraphTest, DrawsAndTellsWhatItShows) {
     show({{100, -9}, {10000, -9}});
-    EXPECT_EQ(graph.part(1).value, "Banda 2");
+    EXPECT_EQ(graph.part(1).name, "Banda 2");
     handles[1].dimmed = true;
     graph.setHandles(handles);
     const auto draw = [&](double level, bool fill) {

@@ -36,7 +36,7 @@ TEST(EqualiserTest, HandlesAndCurveShowTheBandsAndTheCrossover) {
     const auto& handles = desk.graph().shownHandles();
     ASSERT_EQ(handles.size(), 10U);
     EXPECT_EQ(handles[9].description, "Banda 10: 500 Hz, +6.0 dB, Q 2.00");
-    EXPECT_EQ(handles[0], (Kit::EQGraph::Handle{0, "1", 90, 9, Theme::accent, true,
+    EXPECT_EQ(handles[0], (Kit::EQGraph::Handle{0, "1", 90, 9, Theme::accent, true, "Banda 1",
                                                 "Banda 1: 90 Hz, +9.0 dB, Q 2.00, desligada",
                                                 "90 Hz · +9.0 dB · Q 2.00"}));
     const auto& curve = desk.graph().shownCurves().at(0);
@@ -77,7 +77,7 @@ TEST(EqualiserTest, MenuEntriesSendTheirOwnCodes) {
     for (const auto& [title, code] : {std::pair{"PEQ", 0}, {"Low shelf", 1}, {"High shelf", 2}}) {
         EXPECT_EQ(desk.readOut("Banda 4, tipo"), title);
         EXPECT_EQ(desk.held<PeqValue>(0, Kind::peq, "Out0", 3).type, code);
-        desk.press("Banda 4, tipo", Qt::Key_Down);
+        desk.press(desk.find("Banda 4, tipo"), Qt::Key_Down, Qt::ControlModifier);
     }
     desk.set(Kind::peq, "Out0", 3, {PeqValue{0, std::nanf(""), std::nanf(""), 77, false}});
     EXPECT_EQ(desk.readOut("Banda 4, tipo"), "") << "a code without a name";

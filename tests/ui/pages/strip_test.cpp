@@ -60,7 +60,7 @@ TEST(StripTest, KeepsItsWordsLegibleWhateverThereIsToShow) {
                     EXPECT_GE(seen(desk.find(notice)).width(), 260) << which;
                     EXPECT_GE(seen(desk.find<QWidget>(status.text.c_str())).width(), 120) << which;
                     if (status.isWorking()) {
-                        EXPECT_GE(seen(desk.find<QWidget>("45%")).width(), 25) << which;
+                        EXPECT_GE(seen(desk.find<QWidget>("Leitura das caixas")).width(), 25) << which;
                     }
                     const auto all = desk.all<SpeakerChip>();
                     auto* const chosen = *std::ranges::find_if(all, &Kit::Button::isChecked);

@@ -83,7 +83,10 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
         });
     Corvane::bind(
         *this, [this, &model] { return model.status.value().isOnline() && !locked.value(); },
-        [this](bool takesInput) { pages->setEnabled(takesInput); });
+        [this](bool takesInput) {
+            if (!takesInput && keyboard) keyboard->leavePage();
+            pages->setEnabled(takesInput);
+        });
     // A drag would go on with the value of other speakers.
     Corvane::bind(
         *this, [&model] { return model.target.value(); },

@@ -19,7 +19,6 @@ namespace {
 
 constexpr QMargins margins(32, 34, 32, 10);
 constexpr int tightTop = 30;  // the window's buttons are above
-constexpr int tightBottom = 6;
 
 QString lastComponent(const std::string& path) { return toQString(path.substr(path.find_last_of('/') + 1)); }
 
@@ -29,7 +28,6 @@ HeaderBar::HeaderBar(AppModel& model, bool choosesLink, QWidget* parent)
     : QWidget(parent)
     , model(model) {
     auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(margins - QMargins(LogoTitle::bleed, LogoTitle::bleed, 0, LogoTitle::bleed));
     row->setSpacing(12);
     auto* const logo = new LogoTitle(this);
     title = logo;
@@ -45,9 +43,9 @@ HeaderBar::HeaderBar(AppModel& model, bool choosesLink, QWidget* parent)
 }
 
 void HeaderBar::setRoom(const Room& room) {
-    layout()->setContentsMargins(margins.left() + room.beside,
-                                 room.above + room.between(tightTop, margins.top()),
-                                 margins.right() + room.beside, room.between(tightBottom, margins.bottom()));
+    const QMargins eased(margins.left() + room.beside, room.above + room.between(tightTop, margins.top()),
+                         margins.right() + room.beside, margins.bottom());
+    layout()->setContentsMargins(eased - QMargins(LogoTitle::bleed, LogoTitle::bleed, 0, LogoTitle::bleed));
     layout()->activate();
 }
 

@@ -7,6 +7,7 @@
 
 #include "ui/kit/accessibility.hpp"
 #include "ui/kit/announcer.hpp"
+#include "ui/kit/control.hpp"
 #include "ui/kit/taborder.hpp"
 
 #include <QApplication>
@@ -139,6 +140,17 @@ bool Keyboard::moveFocus(bool forward) {
     for (QWidget* const section : {static_cast<QWidget*>(&sections.strip), &pageArea()})
         std::ranges::copy(Kit::tabOrder(*section), std::back_inserter(order));
     return Kit::moveFocus(order, forward);
+}
+
+void Keyboard::leavePage() {
+    QWidget* const focused = QApplication::focusWidget();
+    if (!isIn(sections.pages, focused)) return;
+    const bool isEditor =
+        qobject_cast<QLineEdit*>(focused) && dynamic_cast<Kit::Control*>(focused->parentWidget());
+    beforeLock = isEditor ? focused->parentWidget() : focused;
+    focused->clearFocus();
+    if (QWidget* const control = QApplication::focusWidget(); isIn(sections.pages, control))
+        control->clearFocus();
 }
 
 void Keyboard::focusNextSection(int by) const {

@@ -35,6 +35,10 @@ public:
     /// Moves the focus as the Tab key does. Returns whether there is where to move it.
     bool moveFocus(bool forward);
 
+    /// Before the page takes no input any more: what is being typed is set, and nothing in the page has the
+    /// focus.
+    void leavePage();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

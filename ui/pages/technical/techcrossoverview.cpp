@@ -97,7 +97,7 @@ QWidget* TechCrossoverView::graphPanel() {
     graph->setAccessibleName(QStringLiteral("Resposta das saídas"));
     Corvane::bind(
         *graph, [this] { return description(model); },
-        [graph](const QString& text) { graph->setAccessibleDescription(text); });
+        [this](const QString& text) { graph->setAccessibleDescription(text); });
     panel->content().addWidget(graph);
     for (int output = 0; output < outputs; ++output)
         Corvane::bind(
