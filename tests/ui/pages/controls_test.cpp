@@ -79,8 +79,8 @@ constexpr Switch switches[] = {
 };
 
 // Buttons of groups and menus have tests of their own.
-constexpr const char* others =
-    "TOM/TOM/(Plano|Voz|Música|Festa|Ao vivo)|.*//(Saída .|Todas .*)|.*/PRESETS DA CAIXA/.*|.*, (tipo|inclinação)";
+constexpr const char* others = "TOM/TOM/(Plano|Voz|Música|Festa|Ao vivo)|.*//(Saída .|Todas .*)|.*/PRESETS "
+                               "DA CAIXA/.*|.*, (tipo|inclinação)";
 
 bool matches(const QString& text, const QString& pattern) {
     return QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(text).hasMatch();

@@ -70,7 +70,7 @@ TEST(EqualiserTest, MenuEntriesSendTheirOwnCodes) {
             const std::uint8_t code = desk.held<FilterValue>(0, kind, "Out0").type;
             EXPECT_EQ(desk.readOut(menu), FilterMath::slopeName(code).c_str());
             codes.insert(code);
-            desk.press(menu, i < 0 ? Qt::Key_Up : Qt::Key_Down);
+            desk.press(desk.find(menu), i < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::ControlModifier);
         }
         EXPECT_EQ(codes.size(), 14U);
     }

@@ -136,8 +136,8 @@ QWidget* DynamicsView::limiterPanel() {
     auto* const panel = new Kit::Panel(QStringLiteral("LIMITER"), this);
     Kit::setContext(*panel, {QStringLiteral("Limiter")});
     panel->setTrailing(equallyWide(switchButton(
-        QStringLiteral("Limiter"), {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [this] { return !limiterBypassed(); },
-        [this] { toggleLimiter(); }, panel)));
+        QStringLiteral("Limiter"), {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")},
+        [this] { return !limiterBypassed(); }, [this] { toggleLimiter(); }, panel)));
     panel->content().addStretch(1);
     QHBoxLayout* const large = rowOf({thresholdKnob(limiter, panel)});
     large->addWidget(levelBlock(panel), 1, Qt::AlignHCenter);

@@ -9,6 +9,7 @@
 #include "ui/pages/shared/switchbutton.hpp"
 
 #include "ui/kit/formats.hpp"
+#include "ui/kit/roving.hpp"
 
 #include <QVBoxLayout>
 
@@ -32,9 +33,11 @@ ChannelStrip::ChannelStrip(AppModel& model, std::string_view channel, const QStr
     rows->setSpacing(6);
     rows->addWidget(fader, 1, Qt::AlignHCenter);
     rows->addSpacing(6);
-    for (Kit::PillButton* const button : {muteButton(model, channel, spoken(title), this),
-                                          polarityButton(model, channel, spoken(title), this)})
-        rows->addWidget(button, 0, Qt::AlignHCenter);
+    auto* const mute = muteButton(model, channel, spoken(title), this);
+    auto* const polarity = polarityButton(model, channel, spoken(title), this);
+    rows->addWidget(mute, 0, Qt::AlignHCenter);
+    rows->addWidget(polarity, 0, Qt::AlignHCenter);
+    (new Kit::Roving(0, Kit::Roving::Choice::stays, this))->setControls({mute, polarity});
 }
 
 Kit::PillButton* muteButton(AppModel& model, std::string_view channel, const QString& name, QWidget* parent) {

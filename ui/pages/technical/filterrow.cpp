@@ -10,6 +10,7 @@
 #include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
+#include "ui/kit/roving.hpp"
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/theme.hpp"
 
@@ -74,6 +75,7 @@ FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel,
     for (QWidget* const control : std::initializer_list<QWidget*>{title, on, fc, slope})
         row->addWidget(control);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    (new Kit::Roving(0, Kit::Roving::Choice::stays, this))->setControls({on, fc, slope});
 
     Corvane::bind(
         *this, [filter] { return filter.value(); },

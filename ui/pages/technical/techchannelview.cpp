@@ -252,6 +252,7 @@ QLayout* TechChannelView::equaliserButtons(QWidget* parent) {
     row->setSpacing(8);
     row->addWidget(reset);
     row->addWidget(bypass);
+    (new Kit::Roving(0, Kit::Roving::Choice::stays, parent))->setControls({reset, bypass});
     row->addStretch();
     return row;
 }
