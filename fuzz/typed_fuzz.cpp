@@ -5,7 +5,7 @@
 #include "cli/modules.hpp"
 #include "cli/numbers.hpp"
 #include "cli/session.hpp"
-#include "ui/kit/scrubfield.hpp"
+#include "ui/kit/numbereditor.hpp"
 
 #include <cmath>
 #include <stdexcept>
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     read([&] { readAddresses(text); });
     read([&] { Fuzz::check(!BridgeAddress::parse(text).host.empty()); });
     if (const auto number = Cli::parseNumber(text, -60.0, 6.0)) Fuzz::check(*number >= -60 && *number <= 6);
-    if (const auto number = Kit::ScrubField::parse(QString::fromStdString(text)))
+    if (const auto number = Kit::NumberEditor::parse(QString::fromStdString(text)))
         Fuzz::check(std::isfinite(*number));
     return 0;
 }

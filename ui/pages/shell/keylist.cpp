@@ -66,7 +66,9 @@ const std::vector<Group>& groups() {
 }
 
 Kit::Caption* caption(const char16_t* text, const QFont& font, const QColor& color, QWidget* parent) {
-    return new Kit::Caption(QString::fromUtf16(text), font, color, parent);
+    auto* const made = new Kit::Caption(QString::fromUtf16(text), font, color, parent);
+    made->setMinimumWidth(made->sizeHint().width());  // a caption would give way
+    return made;
 }
 
 }  // namespace
