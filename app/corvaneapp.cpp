@@ -2,6 +2,8 @@
 
 #include "app/snapshot.hpp"
 
+#include "ui/kit/accessibility.hpp"
+#include "ui/kit/housestyle.hpp"
 #include "ui/kit/theme.hpp"
 
 #include "Wendril/serialports.hpp"
@@ -9,7 +11,6 @@
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
 
 namespace Corvane {
 
@@ -66,7 +67,8 @@ CorvaneApp::CorvaneApp(const Options& options)
         model->espHost = options.bridge;
         model->portChoice = std::string(AppModel::bridgeChoice);
     }
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    Kit::installAccessibility();
+    QApplication::setStyle(new Kit::HouseStyle);
     QApplication::setPalette(darkPalette());
     QApplication::setFont(Theme::font(13));
 }

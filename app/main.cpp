@@ -4,6 +4,7 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -26,9 +27,11 @@ std::string screenVariables() {
 // of QT_DEBUG_PLUGINS are printed, so that the answer is one line.
 void endWithoutScreen(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (type == QtFatalMsg) {
-        std::fprintf(stderr,
-                     "corvane: não há tela para abrir a janela (%s); QT_DEBUG_PLUGINS=1 mostra o motivo\n",
-                     screenVariables().c_str());
+        std::fprintf(
+            stderr, "corvane: não há tela para abrir a janela (%s)%s; QT_DEBUG_PLUGINS=1 mostra o motivo\n",
+            screenVariables().c_str(),
+            qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? "; no Wayland é preciso o pacote qt6-wayland"
+                                                         : "");
         std::_Exit(failed);
     }
     if (type == QtDebugMsg)
@@ -47,6 +50,11 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("corvane"));
     QApplication::setApplicationDisplayName(QStringLiteral("Corvane"));
     QApplication::setDesktopFileName(QStringLiteral("corvane"));
+    // The toolkit multiplies it with the scale of the screen, so everything is drawn as sharp as ever.
+    if (options.zoom != 1) {
+        const double scale = std::max(qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(), 1.0);
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(scale * options.zoom));
+    }
     // The unattended mode draws without a screen.
     if (Corvane::Snapshot::isActive() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");

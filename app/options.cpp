@@ -14,7 +14,7 @@ constexpr const char* footer =
     "  CORVANE_PORT=PORTA        mais uma porta, a primeira da lista\n"
     "  CORVANE_SNAPSHOT=PASTA    sem janela: ajusta as caixas de CORVANE_PORT com valores de exemplo,\n"
     "                            desenha todas as páginas em arquivos PNG nessa pasta e termina\n"
-    "Na janela, F1 abre o manual.";
+    "Na janela, F1 lista as teclas; a lista abre o manual.";
 
 }  // namespace
 
@@ -44,6 +44,10 @@ void addOptions(Cli::CommandLine& commandLine, Options& options) {
         ->expected(0, 1)
         ->default_str(usual)
         ->transform(commandLine.number<std::size_t>(1, Demo::mostSpeakers));
+    commandLine.app
+        .add_option("--zoom", options.zoom, "amplia a janela inteira, 1 a 2 (1), por exemplo 1.25")
+        ->type_name("Z")
+        ->transform(commandLine.number<double>(1, 2));
     app.footer(footer);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/model/equaliser.hpp"
 
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/contentview.hpp"
 
 #include <QCoreApplication>
@@ -40,8 +41,8 @@ void render(AppModel& model, Page page, const TechPage& techPage, const QString&
     ContentView view(model, false, nullptr);
     view.page = page;
     view.techPage = techPage;
-    view.resize(ContentView::usual);
-    QImage image(ContentView::usual * ratio, QImage::Format_RGB32);
+    view.resize(Room::usual);
+    QImage image(Room::usual * ratio, QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
     image.fill(Qt::black);
     view.render(&image);

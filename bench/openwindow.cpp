@@ -2,6 +2,7 @@
 
 #include "simulator/line.hpp"
 #include "simulator/memorytransport.hpp"
+#include "ui/pages/shared/room.hpp"
 
 #include <QApplication>
 #include <QEventLoop>
@@ -117,7 +118,7 @@ LiveChain::LiveChain(OnSetting onSetting)
 OpenWindow::OpenWindow(AppModel& model, const ShownPage& page)
     : window(model, true) {
     page.showIn(model, window.content());
-    window.resize(ContentView::usual);
+    window.resize(Room::usual);
     window.show();
     settle();
 }

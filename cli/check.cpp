@@ -40,6 +40,7 @@ std::string verdict(Tally& tally) {
     if (tally.lost > 0) return "ruim: perdas; confira os conectores";
     if (tally.damaged > 0) return "atenção: ruído na linha";
     if (tally.quantile(0.5) > slowReplyMs) return "boa, mas a caixa responde devagar";
+    if (tally.quantile(0.99) > slowReplyMs) return "boa, mas algumas respostas demoram";
     return "boa";
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string_view>
@@ -17,6 +18,7 @@ struct CommandLine::Words {
     const char* version;
     const char* usage;
     const char* options;
+    const char* sharedOptions;
     const char* optionsInUsage;
     const char* arguments;
     const char* command;
@@ -43,6 +45,7 @@ const CommandLine::Words CommandLine::english{
     .version = "print the version and end",
     .usage = "Usage",
     .options = "Options",
+    .sharedOptions = "Options of all commands",
     .optionsInUsage = "OPTIONS",
     .arguments = "Arguments",
     .command = "COMMAND",
@@ -67,6 +70,7 @@ const CommandLine::Words CommandLine::portuguese{
     .version = "mostra a versão e termina",
     .usage = "Uso",
     .options = "Opções",
+    .sharedOptions = "Opções de todos os comandos",
     .optionsInUsage = "OPÇÕES",
     .arguments = "Argumentos",
     .command = "COMANDO",
@@ -110,15 +114,11 @@ public:
 
     // A command may come after an argument of its parent: "preset CAIXAS save N NOME".
     std::string make_usage(const CLI::App* app, std::string) const override {
-        std::vector<const CLI::App*> path;
-        for (const CLI::App* level = app; level; level = level->get_parent())
-            path.insert(path.begin(), level);
         std::string usage = get_label("Usage") + ":";
-        for (const CLI::App* level : path) {
+        for (const CLI::App* level : pathTo(app)) {
             usage += " " + level->get_name();
             if (level == app) usage += " [" + get_label("OPTIONS") + "]";
-            for (const CLI::Option* argument :
-                 level->get_options([](const CLI::Option* option) { return option->get_positional(); })) {
+            for (const CLI::Option* argument : level->get_options(isArgument)) {
                 std::string name = argument->get_name(true);
                 if (argument->get_items_expected_max() > 1) name += "...";
                 usage += argument->get_required() ? " " + name : " [" + name + "]";
@@ -128,12 +128,48 @@ public:
         return usage + "\n";
     }
 
+    std::string make_positionals(const CLI::App* app) const override {
+        std::vector<const CLI::Option*> all;
+        for (const CLI::App* level : pathTo(app))
+            std::ranges::copy(level->get_options(isArgument), std::back_inserter(all));
+        return all.empty() ? "" : Formatter::make_group(get_label("Positionals"), true, all);
+    }
+
+    // A command also takes the options of the program.
+    std::string make_footer(const CLI::App* app) const override {
+        std::string footer = Formatter::make_footer(app);
+        const CLI::App* const program = pathTo(app).front();
+        if (program == app) return footer;
+        const auto shared = program->get_options([program](const CLI::Option* option) {
+            return option->nonpositional() && option != program->get_help_ptr() &&
+                   option != program->get_version_ptr();
+        });
+        return Formatter::make_group(get_label("Shared"), false, shared).substr(1) + "\n" + footer;
+    }
+
     // The usage line shows what is required, the description tells the default.
     std::string make_option_opts(const CLI::Option* option) const override {
         const std::string value = option->get_type_name();
         return value.empty() ? value : " " + value;
     }
+
+private:
+    static bool isArgument(const CLI::Option* option) { return option->get_positional(); }
+
+    // The program, and the commands down to that one.
+    static std::vector<const CLI::App*> pathTo(const CLI::App* app) {
+        std::vector<const CLI::App*> path;
+        for (const CLI::App* level = app; level; level = level->get_parent())
+            path.insert(path.begin(), level);
+        return path;
+    }
 };
+
+// Whether a command on the way to the selected one was asked for help.
+bool wantsHelp(const CLI::App& app) {
+    const auto selected = app.get_subcommands();
+    return app.get_help_ptr()->count() > 0 || (!selected.empty() && wantsHelp(*selected.front()));
+}
 
 std::string firstWord(const std::string& text) { return text.substr(0, text.find_first_of(": ")); }
 
@@ -155,6 +191,7 @@ CommandLine::CommandLine(std::string programName, const std::string& description
     formatter->label("Usage", words.usage);
     formatter->label("OPTIONS", words.optionsInUsage);
     formatter->label("Options", words.options);
+    formatter->label("Shared", words.sharedOptions);
     formatter->label("Positionals", words.arguments);
     formatter->label("SUBCOMMAND", words.command);
     formatter->column_width(28);
@@ -170,15 +207,17 @@ bool CommandLine::read(std::vector<std::string> arguments) {
     try {
         app.parse(std::move(arguments));
         return true;
-    } catch (const CLI::CallForHelp&) {
-        print(app.help());
-        return false;
     } catch (const CLI::CallForVersion& version) {
         print(version.what());
         return false;
     } catch (const CLI::ParseError& error) {
-        throw std::invalid_argument(explain(error) + words.seeHelp);
+        // CLI11 throws the first wrong value although help was asked for, too.
+        if (!wantsHelp(app)) throw std::invalid_argument(explain(error) + words.seeHelp);
+    } catch (const std::invalid_argument&) {
+        if (!wantsHelp(app)) throw;
     }
+    print(app.help());
+    return false;
 }
 
 std::optional<int> CommandLine::parse(int argc, char** argv) {

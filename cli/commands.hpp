@@ -25,7 +25,7 @@ void showInfo(Session& session, const Addresses& addresses);
 /// All 92 settable modules when none is named.
 void readModules(Session& session, const Addresses& addresses, const std::vector<std::string>& modules);
 
-/// Reads the module, changes the named fields and writes it whole.
+/// Reads the module, changes the named fields, writes it whole and compares what the board holds then.
 void writeModule(Session& session, const Addresses& addresses, const std::string& module,
                  const std::vector<std::string>& assignments);
 
@@ -57,13 +57,16 @@ struct RestoreOptions {
 void restore(Session& session, const std::string& file, const RestoreOptions& options);
 
 /// Writes the filters of a text file into the bands of a channel from band `from` on, bypasses those that
-/// are left over, and compares what the board holds then. Standard error tells what was limited or did
-/// not fit.
+/// are left over, and compares what the board holds of each. What was limited or did not fit is told on
+/// standard error, or in the JSON.
 void importEqualiser(Session& session, const Addresses& addresses, const std::string& channel,
                      const std::string& file, std::uint32_t from);
 
 /// Prints the bands of a channel as such a file.
 void exportEqualiser(Session& session, std::uint8_t address, const std::string& channel);
+
+/// Writes a page (HTML, in Portuguese) with all settings and curves of the speakers, to print or archive.
+void report(Session& session, const Addresses& addresses, const std::string& file);
 
 /// Pings and reads in turn, for so many seconds, and tells what the line did with each speaker. Throws a
 /// Failure `noAnswer` when a reply was lost.

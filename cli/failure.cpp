@@ -57,7 +57,7 @@ std::string textOf(const std::exception_ptr& error, bool json) {
     Json object{{"code", codeOf(failure.status)}, {"message", text}};
     if (failure.address) object["address"] = *failure.address;
     if (failure.function) object["function"] = *failure.function;
-    return printable(Json{{"error", object}}.dump());
+    return textOf(Json{{"error", object}});
 }
 
 }  // namespace Cli

@@ -138,7 +138,7 @@ private:
         const auto state =
             std::ranges::find_if(words, [](const auto& word) { return word == "ON" || word == "OFF"; });
         if (state == words.end() || state + 1 == words.end() || state[1] == "NONE") return;
-        const auto known =
+        const auto* const known =
             std::ranges::find(typeNames, state[1], [](const auto& entry) { return std::string(entry.name); });
         if (known == std::end(typeNames)) return remark("o tipo " + state[1] + " não existe na placa");
         if (state + 2 != words.end() && isNumber(state[2]))

@@ -5,6 +5,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 #include <type_traits>
 
 namespace Cli {
@@ -32,6 +33,25 @@ Json jsonOf(const Wendril::ModuleValue& value) {
             fields[name] = field;
     });
     return fields;
+}
+
+std::string textOf(const Json& json, int indent) {
+    const std::string text = json.dump(indent, ' ', false, Json::error_handler_t::replace);
+    std::string escaped;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
+        if (byte == 0x7F) {
+            escaped += "\\u007f";
+        } else if (byte == 0xC2 && next < 0xA0) {
+            constexpr std::string_view digits = "0123456789abcdef";
+            escaped += std::string("\\u00") + digits[next >> 4] + digits[next & 0xF];
+            ++i;
+        } else {
+            escaped += text[i];
+        }
+    }
+    return escaped;
 }
 
 }  // namespace Cli

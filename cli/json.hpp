@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <string>
+
 namespace Cli {
 
 /// JSON whose objects keep their fields in the order in which they were added.
@@ -14,5 +16,9 @@ using Json = nlohmann::ordered_json;
 Json jsonOf(const Wendril::ModuleValue& value);
 Json jsonOf(float number);
 Json jsonOf(const Wendril::DeviceInfo& info);
+
+/// As text, indented or in one line (-1). DEL and U+0080 to U+009F are escaped as the other control
+/// characters are, and bytes that are no UTF-8 become U+FFFD.
+std::string textOf(const Json& json, int indent = -1);
 
 }  // namespace Cli

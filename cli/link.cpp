@@ -8,6 +8,8 @@
 #include "Wendril/text.hpp"
 
 #include <array>
+#include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <utility>
@@ -32,6 +34,13 @@ std::shared_ptr<Transport> transportTo(const Endpoint& endpoint) {
     return std::make_shared<TCPTransport>(endpoint.bridge.host, endpoint.bridge.port);
 }
 
+// What to do about a port that does not open.
+const char* adviceOn(int error) {
+    if (error == EACCES) return "seu usuário não tem permissão; corvane-cli ports diz o comando que a dá";
+    if (error == EBUSY) return "outro programa está usando a porta";
+    return "confira o nome e o cabo (corvane-cli ports)";
+}
+
 void printLogLine(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
 // A pipe: the signal handler writes to it, and a thread waits for that. A handler may do little else.
@@ -40,7 +49,8 @@ const Wakeup& interruption() {
     return wakeup;
 }
 
-volatile std::sig_atomic_t lastSignal = 0;
+std::atomic<int> lastSignal = 0;  // written by the handler, read by the thread that waits
+static_assert(std::atomic<int>::is_always_lock_free);
 
 void onSignal(int signal) {
     lastSignal = signal;
@@ -50,7 +60,7 @@ void onSignal(int signal) {
 }  // namespace
 
 std::string Endpoint::name() const {
-    if (demoSpeakers > 0) return "cadeia simulada";
+    if (demoSpeakers > 0) return "demonstração";
     if (!port.empty()) return port;
     const bool isIPv6 = bridge.host.find(':') != bridge.host.npos;
     return (isIPv6 ? "[" + bridge.host + "]" : bridge.host) + ":" + std::to_string(bridge.port);
@@ -86,8 +96,7 @@ void Link::open() {
     try {
         run(bus->open());
     } catch (const TransportError& error) {
-        throw Failure(ExitStatus::cannotOpen,
-                      std::string(error.what()) + "; confira o nome e o cabo (corvane-cli ports)");
+        throw Failure(ExitStatus::cannotOpen, std::string(error.what()) + "; " + adviceOn(error.code()));
     } catch (const std::system_error& error) {
         throw Failure(ExitStatus::cannotOpen, "Não foi possível conectar à ponte " + name + ": " +
                                                   error.what() + "; confira o endereço e a rede");

@@ -4,6 +4,7 @@
 #include "Wendril/text.hpp"
 
 #include <chrono>
+#include <cstdio>
 #include <exception>
 #include <map>
 
@@ -25,7 +26,9 @@ Answer answerOf(const std::vector<float>& levels) {
         const std::string channel(K7Q::meterChannels[i]);
         answer.json[channel] = jsonOf(levels[i]);
         const std::string level = fixed(levels[i], 1);
-        answer.text += channel + std::string(level.size() < 7 ? 7 - level.size() : 1, ' ') + level + " dB   ";
+        answer.text += channel;
+        answer.text.append(level.size() < 7 ? 7 - level.size() : 1, ' ');
+        answer.text += level + " dB   ";
     }
     return answer;
 }
@@ -39,9 +42,11 @@ void printReading(const Session& session, std::uint8_t address, const Answer& an
     if (session.json) {
         Json line = answer.json;
         if (speakers > 1) line["address"] = address;
-        print(line.dump() + "\n");
+        print(textOf(line) + "\n");
     } else if (watchesOnOneLine(session, speakers)) {
-        print("\r" + answer.text);
+        // "sem resposta" is shorter than the levels before it.
+        std::fputs("\r\033[K", stdout);
+        print(answer.text);
     } else {
         print((speakers > 1 ? twoDigits(address) + "  " : "") + answer.text + "\n");
     }

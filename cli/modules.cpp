@@ -158,6 +158,13 @@ std::string settableKinds() {
     return list;
 }
 
+std::string typeName(ModuleKind kind, std::uint8_t code) {
+    if (kind != ModuleKind::peq) return FilterMath::slopeName(code);
+    for (const auto& [type, name] : peqTypeNames)
+        if (static_cast<std::uint8_t>(type) == code) return std::string(name);
+    return "Tipo " + std::to_string(code);
+}
+
 ModuleRef parseModule(const std::string& text) {
     if (const auto number = parseNumber<std::uint8_t>(text)) {
         if (const auto ref = K7Q::module(*number)) return *ref;

@@ -3,6 +3,7 @@
 #include "Wendril/profile.hpp"
 #include "Wendril/values.hpp"
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,6 +17,9 @@ Wendril::ModuleRef parseModule(const std::string& text);
 
 /// "GAIN, PEQ, HPF …": the kinds that hold settings.
 std::string settableKinds();
+
+/// The name of the type or slope of an equaliser band or a crossover filter: "low shelf", "Bessel 12 dB".
+std::string typeName(Wendril::ModuleKind kind, std::uint8_t code);
 
 /// Changes one field of a value.
 using Change = std::function<void(Wendril::ModuleValue& value)>;

@@ -52,7 +52,7 @@ void print(const std::string& raw) {
     throw std::system_error(errno, std::generic_category(), "não foi possível escrever o resultado");
 }
 
-void printJson(const Json& json) { print(json.dump(2) + "\n"); }
+void printJson(const Json& json) { print(textOf(json, 2) + "\n"); }
 
 std::string table(const Row& titles, std::vector<Row> rows) {
     for (Row& row : rows)

@@ -1,6 +1,7 @@
 #include "cli/commands.hpp"
 #include "cli/file.hpp"
 #include "cli/filtertext.hpp"
+#include "cli/insist.hpp"
 #include "cli/modules.hpp"
 #include "cli/output.hpp"
 #include "cli/settings.hpp"
@@ -61,26 +62,19 @@ void importEqualiser(Session& session, const Addresses& addresses, const std::st
         filters.remarks.push_back(std::to_string(filters.bands.size() - room) +
                                   " filtros não couberam: " + channel + " tem " + std::to_string(room) +
                                   " bandas a partir da " + std::to_string(from));
-    for (const std::string& remark : filters.remarks)
+    for (const std::string& remark : session.json ? std::vector<std::string>() : filters.remarks)
         std::fprintf(stderr, "%s\n", printable(remark).c_str());
     session.forEach(addresses, [&](std::uint8_t address) -> Answer {
-        Link& link = session.link();
         const auto held = readBands(session, address, modules);
         const auto wanted = planned(held, filters, from);
-        for (std::size_t i = 0; i < wanted.size(); ++i)
-            if (wanted[i] != held[i])
-                link.run(link.client().write(address, modules[i], ModuleValue{wanted[i]}), address);
-        const auto now = readBands(session, address, modules);
         Answer answer{Json{{"remarks", filters.remarks}, {"bands", Json::array()}}, ""};
         std::vector<Row> rows;
         for (std::size_t i = 0; i < wanted.size(); ++i) {
-            const ModuleValue value{now[i]};
-            if (now[i] != wanted[i])
-                throw Failure(ExitStatus::refused,
-                              labelOf(modules[i]) + " não confere; a caixa tem " + fieldsText(value),
-                              address);
+            const ModuleValue value{wanted[i]};
+            const bool changes = !sameBytes(value, ModuleValue{held[i]});
+            if (changes) writeAndCompare(session, address, modules[i], value);
             answer.json["bands"].push_back(jsonOf(value));
-            rows.push_back({labelOf(modules[i]), fieldsText(value), now[i] == held[i] ? "" : "mudou"});
+            rows.push_back({labelOf(modules[i]), fieldsText(value), changes ? "mudou" : ""});
         }
         answer.text = table({"módulo", "valor", ""}, std::move(rows));
         return answer;

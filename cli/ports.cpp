@@ -27,9 +27,12 @@ std::string firstLine(const fs::path& file) {
     return line;
 }
 
+// Nobody should join the group of root for a port.
 std::string groupOf(const std::string& path) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) return {};
+    if (::stat(path.c_str(), &status) != 0 || status.st_gid == 0) return {};
+    constexpr mode_t readWrite = S_IRGRP | S_IWGRP;
+    if ((status.st_mode & readWrite) != readWrite) return {};
     const group* const entry = ::getgrgid(status.st_gid);
     return entry ? entry->gr_name : std::to_string(status.st_gid);
 }

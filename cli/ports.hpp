@@ -12,7 +12,7 @@ struct Port {
     std::string vendor;
     std::string serial;
     std::string driver;
-    std::string group;  // that may open it
+    std::string group;  // whose members may open it
     bool mayOpen = false;
 };
 

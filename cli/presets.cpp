@@ -1,5 +1,6 @@
 #include "cli/presets.hpp"
 #include "cli/commands.hpp"
+#include "cli/insist.hpp"
 #include "cli/output.hpp"
 
 #include "Wendril/limits.hpp"
@@ -16,6 +17,11 @@ namespace {
 
 std::string quoted(const std::string& name) { return "\"" + name + "\""; }
 
+// The name as a board will tell it.
+std::string shownName(const std::string& name) {
+    return fieldText({reinterpret_cast<const std::uint8_t*>(name.data()), name.size()});
+}
+
 void checkName(const std::string& name) {
     if (name.find_first_not_of(" \t") == name.npos) throw std::invalid_argument("falta o nome do preset");
     if (name.size() > presetNameBytes)
@@ -23,6 +29,8 @@ void checkName(const std::string& name) {
                                     " bytes; cabem " + std::to_string(presetNameBytes));
     if (printable(name) != name || name.find_first_of("\r\n") != name.npos)
         throw std::invalid_argument("o nome " + quoted(name) + " tem caracteres de controle");
+    if (shownName(name).find("\uFFFD") != name.npos && name.find("\uFFFD") == name.npos)
+        throw std::invalid_argument("o nome do preset não é UTF-8");
 }
 
 // The state of the board after a command, for the message of a refusal.
@@ -72,13 +80,17 @@ std::optional<std::string> PresetDirectory::nameOf(std::uint32_t number) const {
     return found->second;
 }
 
-PresetDirectory readPresets(Session& session, std::uint8_t address) {
-    Link& link = session.link();
-    PresetDirectory directory{link.run(link.client().presetInfo(address), address), {}};
+PresetDirectory readPresets(Session& session, std::uint8_t address, int attempts) {
+    PresetDirectory directory{
+        insist(
+            session, address, [=](const K7QClient& client) { return client.presetInfo(address); }, attempts),
+        {}};
     for (std::uint32_t n = 0; n < 32; ++n) {
         if (!directory.info.isStored(static_cast<int>(n))) continue;
         try {
-            directory.names[n] = link.run(link.client().presetName(address, n), address);
+            directory.names[n] = insist(
+                session, address, [=](const K7QClient& client) { return client.presetName(address, n); },
+                attempts);
         } catch (const Failure& failure) {
             if (failure.status != ExitStatus::noAnswer) throw;
             directory.names[n] = "Preset " + std::to_string(n);
@@ -118,11 +130,9 @@ void savePreset(Session& session, const Addresses& addresses, std::uint32_t numb
         if (const auto stored = before.nameOf(number))
             session.confirm("O preset " + std::to_string(number) + " da caixa " + twoDigits(address) + ", " +
                             quoted(printable(*stored)) + ", vai ser substituído. Continuar?");
-        const std::string shown =
-            fieldText({reinterpret_cast<const std::uint8_t*>(name.data()), name.size()});
         return change(session, address, number, {Fun::presetSave, "salvo", "salvar"},
                       session.link().client().savePreset(address, number, name),
-                      [&](const PresetDirectory& now) { return now.nameOf(number) == shown; });
+                      [&](const PresetDirectory& now) { return now.nameOf(number) == shownName(name); });
     });
 }
 

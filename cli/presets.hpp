@@ -19,7 +19,7 @@ struct PresetDirectory {
     std::optional<std::string> nameOf(std::uint32_t number) const;
 };
 
-/// A name that the board does not tell becomes "Preset N".
-PresetDirectory readPresets(Session& session, std::uint8_t address);
+/// Each request is made up to `attempts` times. A name that the board does not tell becomes "Preset N".
+PresetDirectory readPresets(Session& session, std::uint8_t address, int attempts = 1);
 
 }  // namespace Cli

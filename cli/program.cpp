@@ -234,6 +234,13 @@ private:
             ->delimiter(',')
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
         toRestore->add_flag("--dry-run", a.restoring.dryRun, "só mostra o que mudaria");
+
+        CLI::App* const toReport = add("report", "descreve caixas numa página para imprimir ou arquivar",
+                                       [this] { report(session, a.addresses, a.file); });
+        addresses(toReport)->required(false);
+        toReport->add_option("--html", a.file, "escreve a página neste arquivo")
+            ->type_name("ARQUIVO")
+            ->required();
     }
 
     Session& session;

@@ -1,10 +1,12 @@
 #include "cli/program.hpp"
 
+#include "cli/file.hpp"
+
 #include <cstdio>
 #include <exception>
-#include <fstream>
 #include <iostream>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -52,7 +54,7 @@ Failure inLine(std::size_t number, const std::exception& error) {
 
 void checkAllowed(const std::vector<std::string>& words) {
     for (const std::string& word : words)
-        for (const char* const option : {"--port", "--bridge", "--demo"})
+        for (const char* const option : {"--port", "--bridge", "--demo", "--verbose"})
             if (word.starts_with(option))
                 throw std::invalid_argument(std::string(option) +
                                             " vale para o arquivo inteiro: ponha antes de run");
@@ -62,15 +64,17 @@ void checkAllowed(const std::vector<std::string>& words) {
 }  // namespace
 
 void runScript(Session& session, const std::string& file, bool keepGoing) {
-    std::ifstream opened;
-    if (file != "-") opened.open(file);
-    std::istream& input = file == "-" ? std::cin : opened;
-    if (!input) throw Failure(ExitStatus::failed, "não foi possível ler " + file);
+    // Commands on standard input run as they come.
+    std::istringstream text(file == "-" ? "" : readFile(file));
+    std::istream& input = file == "-" ? std::cin : text;
+    session.canAsk = file != "-";
     std::optional<ExitStatus> first;
     std::string line;
     const bool json = session.json;
+    const bool yes = session.yes;
     for (std::size_t number = 1; std::getline(input, line); ++number) {
         session.json = json;
+        session.yes = yes;
         try {
             const auto words = wordsOf(line);
             if (words.empty()) continue;
@@ -80,7 +84,7 @@ void runScript(Session& session, const std::string& file, bool keepGoing) {
             throw;
         } catch (const std::exception& error) {
             const Failure failure = inLine(number, error);
-            if (!keepGoing) throw failure;
+            if (!keepGoing) throw Failure(failure);
             const std::string text = textOf(std::make_exception_ptr(failure), json);
             std::fprintf(stderr, json ? "%s\n" : "corvane-cli: %s\n", text.c_str());
             if (!first) first = failure.status;

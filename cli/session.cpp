@@ -4,7 +4,10 @@
 
 #include "Wendril/text.hpp"
 
+#include <algorithm>
+#include <csignal>
 #include <iostream>
+#include <iterator>
 #include <optional>
 #include <set>
 
@@ -17,19 +20,37 @@ namespace {
 constexpr auto pingTimeout = std::chrono::milliseconds(200);
 constexpr int pings = 3;
 
-Task<std::vector<std::uint8_t>> speakersThatAnswer(K7QClient client) {
+Task<std::vector<std::uint8_t>> findSpeakers(K7QClient client, std::set<std::uint8_t> named) {
     std::set<std::uint8_t> found;
+    int last = mostSpeakers;
     for (int round = 0; round < pings; ++round) {
-        // After the first round only gaps and the next address are asked again.
-        const int last = round == 0 ? mostSpeakers : (found.empty() ? 1 : *found.rbegin() + 1);
-        for (int address = 1; address <= std::min(last, mostSpeakers); ++address) {
-            const auto target = static_cast<std::uint8_t>(address);
-            if (found.contains(target)) continue;
-            if (co_await client.ping(target, pingTimeout)) found.insert(target);
-        }
+        std::set<std::uint8_t> asked = named;
+        for (int address = 1; address <= last; ++address)
+            asked.insert(static_cast<std::uint8_t>(address));
+        for (const std::uint8_t address : asked)
+            if (!found.contains(address) && co_await client.ping(address, pingTimeout)) found.insert(address);
+        // From the second round on only gaps and the next address are asked again.
+        const auto outside = found.upper_bound(mostSpeakers);
+        const int highest = outside == found.begin() ? 0 : *std::prev(outside);
+        last = std::min(highest + 1, mostSpeakers);
     }
     co_return std::vector(found.begin(), found.end());
 }
+
+// Lets a signal end the process, for a while.
+class DefaultAction {
+public:
+    explicit DefaultAction(int signal)
+        : signal(signal)
+        , before(std::signal(signal, SIG_DFL)) {}
+    ~DefaultAction() { std::signal(signal, before); }
+    DefaultAction(const DefaultAction&) = delete;
+    DefaultAction& operator=(const DefaultAction&) = delete;
+
+private:
+    const int signal;
+    void (*const before)(int);
+};
 
 }  // namespace
 
@@ -63,9 +84,12 @@ Link& Session::link() {
 }
 
 std::vector<std::uint8_t> Session::resolve(const Addresses& addresses) {
+    return addresses.named.empty() ? speakersThatAnswer() : addresses.named;
+}
+
+std::vector<std::uint8_t> Session::speakersThatAnswer(const std::set<std::uint8_t>& named) {
     Link& open = link();
-    if (!addresses.named.empty()) return addresses.named;
-    auto found = open.run(speakersThatAnswer(open.client()));
+    auto found = open.run(findSpeakers(open.client(), named));
     open.throwIfLost();
     if (found.empty())
         throw Failure(ExitStatus::noAnswer,
@@ -75,9 +99,17 @@ std::vector<std::uint8_t> Session::resolve(const Addresses& addresses) {
 
 void Session::confirm(const std::string& question) const {
     if (yes) return;
+    if (!canAsk)
+        throw Failure(ExitStatus::failed,
+                      question + " A entrada traz os comandos e não responde: junte --yes");
     std::cerr << question << " [s/N] " << std::flush;
     std::string answer;
-    std::getline(std::cin, answer);
+    {
+        // Nothing is on its way. The link's own handler would wait for the end of the line.
+        const DefaultAction interrupt(SIGINT);
+        const DefaultAction terminate(SIGTERM);
+        std::getline(std::cin, answer);
+    }
     if (answer != "s" && answer != "S" && answer != "sim")
         throw Failure(ExitStatus::failed, "nada foi mudado (--yes responde sim)");
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,16 +35,21 @@ struct Session {
     Endpoint endpoint;
     bool verbose = false;
     bool json = false;
-    bool yes = false;  // do not ask
+    bool yes = false;    // do not ask
+    bool canAsk = true;  // standard input is the user's, not a file of commands
 
     /// Opens at the first use. Throws what Link does, and std::invalid_argument without an endpoint.
     Link& link();
 
-    /// The addresses to talk to. "all" are the speakers that answer from 1 to 16; a speaker that is
-    /// missing between others is asked again, since its reply may have been lost.
+    /// The addresses to talk to.
     std::vector<std::uint8_t> resolve(const Addresses& addresses);
 
-    /// Asks on the terminal, unless `yes`. Throws a Failure unless the answer is "s" or "sim".
+    /// The speakers that answer from 1 to 16 or at an address of `named`. One that is missing between
+    /// others or in `named` is asked again, since its reply may have been lost.
+    std::vector<std::uint8_t> speakersThatAnswer(const std::set<std::uint8_t>& named = {});
+
+    /// Asks on the terminal, unless `yes`. Throws a Failure unless the answer is "s" or "sim", or when
+    /// it cannot ask. A signal ends the process during the question.
     void confirm(const std::string& question) const;
 
     /// Prints the answer of each speaker: for a single named one the answer alone, else with its

@@ -1,6 +1,7 @@
 #include "cli/settings.hpp"
 
 #include "cli/commands.hpp"
+#include "cli/insist.hpp"
 #include "cli/modules.hpp"
 #include "cli/output.hpp"
 #include "cli/progress.hpp"
@@ -37,27 +38,6 @@ std::vector<ModuleRef> parseModules(const std::vector<std::string>& texts) {
     return modules;
 }
 
-// A refusal says what the board holds now.
-ModuleValue writeVerified(Session& session, std::uint8_t address, const ModuleRef& module,
-                          const std::vector<Change>& changes) {
-    Link& link = session.link();
-    const K7QClient client = link.client();
-    ModuleValue value = link.run(client.read(address, module), address);
-    for (const Change& apply : changes)
-        apply(value);
-    try {
-        link.run(client.write(address, module, value), address);
-    } catch (const Failure& failure) {
-        if (failure.status != ExitStatus::refused) throw;
-        const ModuleValue held = link.run(client.read(address, module), address);
-        throw Failure(failure.status,
-                      std::string(failure.what()) + "; " + labelOf(module) + " continua com " +
-                          fieldsText(held),
-                      failure.address, failure.function);
-    }
-    return value;
-}
-
 }  // namespace
 
 Task<ModuleValues> readEach(K7QClient client, std::uint8_t address, std::vector<ModuleRef> modules) {
@@ -90,7 +70,11 @@ void writeModule(Session& session, const Addresses& addresses, const std::string
     for (const std::string& assignment : assignments)
         changes.push_back(parseChange(parsed, assignment));
     session.forEach(addresses, [&](std::uint8_t address) {
-        return answerOf({{parsed.index, writeVerified(session, address, parsed, changes)}});
+        ModuleValue value = readModule(session, address, parsed);
+        for (const Change& apply : changes)
+            apply(value);
+        writeAndCompare(session, address, parsed, value);
+        return answerOf({{parsed.index, value}});
     });
 }
 

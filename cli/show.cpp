@@ -1,8 +1,8 @@
 #include "cli/commands.hpp"
+#include "cli/insist.hpp"
 #include "cli/modules.hpp"
 #include "cli/numbers.hpp"
 #include "cli/output.hpp"
-#include "cli/presets.hpp"
 #include "cli/progress.hpp"
 #include "cli/showfile.hpp"
 
@@ -18,51 +18,6 @@ using namespace Wendril;
 
 namespace {
 
-constexpr int attempts = 4;
-
-// A show is many requests. On a line that loses some, one loss must not end it: a request that is not
-// answered is made again.
-template <class Request>
-auto insist(Session& session, std::uint8_t address, Request request) {
-    for (int left = attempts - 1;; --left) {
-        try {
-            return session.link().run(request(session.link().client()), address);
-        } catch (const Failure& failure) {
-            if (failure.status != ExitStatus::noAnswer || left == 0) throw;
-        }
-    }
-}
-
-ModuleValue readModule(Session& session, std::uint8_t address, const ModuleRef& module) {
-    return insist(session, address, [&](const K7QClient& client) { return client.read(address, module); });
-}
-
-DeviceInfo readInfo(Session& session, std::uint8_t address) {
-    return insist(session, address, [&](const K7QClient& client) { return client.info(address); });
-}
-
-std::map<std::uint32_t, std::string> readPresetNames(Session& session, std::uint8_t address) {
-    for (int left = attempts - 1;; --left) {
-        try {
-            return readPresets(session, address).names;
-        } catch (const Failure& failure) {
-            if (failure.status != ExitStatus::noAnswer || left == 0) throw;
-        }
-    }
-}
-
-ShowSpeaker readSpeaker(Session& session, const DeviceInfo& info) {
-    ProgressLine line("Lendo a caixa " + twoDigits(info.address));
-    ShowSpeaker speaker{info, {}, {}};
-    for (const ModuleRef& module : K7Q::modules()) {
-        if (module.kind == ModuleKind::vu) continue;
-        speaker.settings[module.index] = readModule(session, info.address, module);
-        line.show(module.index / 92.0);
-    }
-    speaker.presets = readPresetNames(session, info.address);
-    return speaker;
-}
-
 // A speaker of the file and the one on the chain that stands for it.
 struct Pair {
     const ShowSpeaker* wanted;
@@ -74,10 +29,20 @@ struct Matching {
     std::vector<std::uint8_t> absent;  // addresses in the file
 };
 
+// The addresses that the file or `moves` names.
+std::set<std::uint8_t> namedIn(const Show& show, const std::map<std::uint8_t, std::uint8_t>& moves) {
+    std::set<std::uint8_t> named;
+    for (const ShowSpeaker& speaker : show.speakers)
+        named.insert(speaker.info.address);
+    for (const auto& [from, to] : moves)
+        named.insert(to);
+    return named;
+}
+
 // By `moves` first, then by serial number, then by address.
 Matching match(Session& session, const Show& show, const std::map<std::uint8_t, std::uint8_t>& moves) {
     std::map<std::uint8_t, DeviceInfo> chain;
-    for (const std::uint8_t address : session.resolve({}))
+    for (const std::uint8_t address : session.speakersThatAnswer(namedIn(show, moves)))
         chain[address] = readInfo(session, address);
     Matching matching;
     std::set<std::uint8_t> taken;
@@ -111,8 +76,6 @@ Matching match(Session& session, const Show& show, const std::map<std::uint8_t, 
     return matching;
 }
 
-bool sameBytes(const ModuleValue& a, const ModuleValue& b) { return a.encoded() == b.encoded(); }
-
 struct Difference {
     std::uint8_t address;
     std::string what;  // module or preset
@@ -128,7 +91,7 @@ void printDifferences(const Session& session, const std::vector<Difference>& dif
         rows.push_back({twoDigits(address), what, file, board});
     }
     if (session.json) return printJson(list);
-    if (!rows.empty()) print(table({"caixa", "módulo", "arquivo", "caixa agora"}, std::move(rows)));
+    if (!rows.empty()) print(table({"caixa", "módulo", "arquivo", "na caixa"}, std::move(rows)));
 }
 
 void addPresetDifferences(std::vector<Difference>& differences, std::uint8_t address,
@@ -180,25 +143,6 @@ std::map<std::uint8_t, std::uint8_t> movesOf(const std::vector<std::string>& tex
         moves[*from] = *to;
     }
     return moves;
-}
-
-// Writes a module and reads it back. Throws a Failure with what the board holds unless it is `wanted`.
-void writeAndCompare(Session& session, std::uint8_t address, const ModuleRef& module,
-                     const ModuleValue& wanted) {
-    std::string reason = "não confere";
-    try {
-        insist(session, address,
-               [&](const K7QClient& client) { return client.write(address, module, wanted); });
-    } catch (const Failure& failure) {
-        if (failure.status != ExitStatus::refused) throw;
-        reason = "foi recusado";
-    }
-    const ModuleValue held = readModule(session, address, module);
-    if (sameBytes(held, wanted)) return;
-    throw Failure(ExitStatus::refused,
-                  labelOf(module) + " da caixa " + twoDigits(address) + " " + reason + ": o arquivo traz " +
-                      fieldsText(wanted) + ", a caixa tem " + fieldsText(held),
-                  address, static_cast<std::uint8_t>(Fun::moduleSet));
 }
 
 }  // namespace
@@ -257,8 +201,8 @@ void restore(Session& session, const std::string& file, const RestoreOptions& op
     if (!rows.empty())
         print(
             table({"caixa", "módulo", "antes", options.dryRun ? "mudaria para" : "agora"}, std::move(rows)));
-    print(std::to_string(changes.size()) +
-          (options.dryRun ? " módulos mudariam\n" : " módulos mudados e conferidos\n"));
+    print((options.dryRun ? "módulos que mudariam: " : "módulos mudados e conferidos: ") +
+          std::to_string(changes.size()) + "\n");
 }
 
 }  // namespace Cli

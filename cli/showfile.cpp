@@ -190,7 +190,8 @@ std::string Show::text() const {
             presets.push_back({{"number", number}, {"name", name}});
         list.push_back(std::move(json));
     }
-    return Json{{"format", formatName}, {"version", version}, {"speakers", std::move(list)}}.dump(2) + "\n";
+    return textOf(Json{{"format", formatName}, {"version", version}, {"speakers", std::move(list)}}, 2) +
+           "\n";
 }
 
 Show Show::parse(std::string_view text) {

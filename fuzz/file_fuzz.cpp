@@ -1,17 +1,15 @@
+#include "fuzz/check.hpp"
+
 #include "cli/filtertext.hpp"
 #include "cli/showfile.hpp"
 
 #include "Wendril/limits.hpp"
 
-#include <cstdlib>
 #include <stdexcept>
 
 namespace {
 
-// Also in builds without assertions.
-void check(bool promise) {
-    if (!promise) std::abort();
-}
+using Fuzz::check;
 
 // What is written reads back the same; what is no show is an error with a text.
 void readShow(std::string_view text) {

@@ -1,19 +1,17 @@
+#include "fuzz/check.hpp"
+
 #include "Wendril/client.hpp"
 #include "Wendril/fields.hpp"
 #include "Wendril/text.hpp"
 #include "simulator/requests.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 
 using namespace Wendril;
 
 namespace {
 
-// Also in builds without assertions.
-void check(bool promise) {
-    if (!promise) std::abort();
-}
+using Fuzz::check;
 
 std::vector<Frame> framesOf(ByteView stream) { return FrameParser().feed(stream); }
 

@@ -1,6 +1,5 @@
 #include "simulator/line.hpp"
 
-#include "Wendril/bus.hpp"
 #include "Wendril/profile.hpp"
 
 #include <algorithm>
@@ -66,13 +65,22 @@ Line::Line(std::shared_ptr<Executor> executor, const LineOptions& options)
 void Line::connect(ToHost to) {
     disconnect();
     toHost = std::move(to);
+    lookAtClock();
+}
+
+void Line::lookAtClock() {
+    if (!toHost || options.look == Duration::zero()) return;
+    lastLook = executor->now();
+    executor->postAfter(options.look, [weakLine = weak_from_this(), host = generation] {
+        const auto line = weakLine.lock();
+        if (line && line->generation == host) line->lookAtClock();
+    });
 }
 
 void Line::disconnect() {
     ++generation;
     toHost = nullptr;
-    outstanding.reset();
-    hostParser.reset();
+    watch.reset();
     reader.reset();
 }
 
@@ -114,15 +122,10 @@ void Line::judge(const Frame& request) {
     }
     ++record.requests[kindOf(request)];
     const TimePoint now = executor->now();
-    // A host that has waited in vain gives up a frame whose rest does not come.
-    if (now - lastDelivery >= Wendril::Bus::longestPauseInFrame)
-        hostParser.giveUp([this](const Frame& frame) { delivered(frame); });
-    if (outstanding && now < outstanding->until)
+    const TimePoint earliest = options.look > Duration::zero() ? lastLook : now;
+    if (const auto before = watch.sent(request, earliest, now))
         fault("a request before the last one was answered or given up: " + meaningOf(request, true) +
-              " after " + meaningOf(outstanding->request, true));
-    const auto patience =
-        std::chrono::duration_cast<Duration>(replyTimeout(request) * (1 - options.hostJitter));
-    outstanding = Outstanding{request, now + patience};
+              " after " + meaningOf(*before, true));
     if (const auto what = faultOf(request)) fault(*what + ": " + meaningOf(request, true));
 }
 
@@ -209,21 +212,15 @@ void Line::deliverWhenDue(TimePoint due, std::uint64_t host, Bytes bytes) {
     });
 }
 
-void Line::delivered(const Frame& frame) {
-    if (outstanding && answers(frame, outstanding->request)) outstanding.reset();
-}
-
 void Line::deliver(const Bytes& bytes) {
     if (!toHost) return;
     ++record.replies;
     std::size_t intact = 0;
-    hostParser.feed(bytes, [this, &intact](const Frame& frame) {
+    watch.received(bytes, executor->now(), [this, &intact](const Frame& frame, bool) {
         ++intact;
         if (log)
             log("board <- " + hex(FrameCodec::encode(frame, false, {})) + "  " + meaningOf(frame, false));
-        delivered(frame);
     });
-    lastDelivery = executor->now();
     if (log && intact == 0) log("board <- " + hex(bytes) + "  (broken)");
     toHost(bytes);
 }

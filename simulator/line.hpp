@@ -1,6 +1,7 @@
 #pragma once
 
 #include "simulator/board.hpp"
+#include "simulator/hostwatch.hpp"
 #include "simulator/requests.hpp"
 
 #include "Wendril/frame.hpp"
@@ -34,9 +35,9 @@ struct LineOptions {
     double noise = 0;      // random bytes come before it
     double refuse = 0;     // a write or preset command is refused and not carried out
 
-    /// A host with a clock of its own may send its next request before its time-out has passed on
-    /// the line's clock: by this fraction of the time-out it is no fault. 0 in virtual time.
-    double hostJitter = 0;
+    /// Real time only. On a loaded machine the line reads a request late. It looks at the clock this
+    /// often; a request came after the last look, and the host's time-out counts from there.
+    Wendril::Duration look{};
 
     /// The operating system's timers fire late. The line wakes this long before a reply is due and
     /// polls the clock until then. 0 in virtual time.
@@ -79,11 +80,6 @@ public:
     const std::shared_ptr<Wendril::Executor> executor;
 
 private:
-    struct Outstanding {
-        Wendril::Frame request;
-        Wendril::TimePoint until;  // the host's time-out
-    };
-
     double meterSeconds() const;
     bool happens(double chance);
     void fault(const std::string& what);
@@ -96,7 +92,7 @@ private:
     void deliverAt(Wendril::TimePoint due, Wendril::Bytes bytes);
     void deliverWhenDue(Wendril::TimePoint due, std::uint64_t host, Wendril::Bytes bytes);
     void deliver(const Wendril::Bytes& bytes);
-    void delivered(const Wendril::Frame& frame);
+    void lookAtClock();
 
     const LineOptions options;
     const Wendril::TimePoint start;
@@ -106,9 +102,8 @@ private:
     RequestReader reader;
     Wendril::TimePoint lastByte;
     Wendril::TimePoint busyUntil;  // end of the last byte on a paced line
-    std::optional<Outstanding> outstanding;
-    Wendril::FrameParser hostParser;  // reads the replies as the host does
-    Wendril::TimePoint lastDelivery;
+    HostWatch watch;
+    Wendril::TimePoint lastLook;
     std::uint64_t generation = 0;  // of the host; a reply only reaches the host that asked
     ToHost toHost;
     Summary record;

@@ -24,8 +24,8 @@ struct ProgramOptions {
         Wendril::Duration after;
     };
 
-    // A host in another process starts its time-out a little before the line sees the request.
-    LineOptions line{.hostJitter = 0.25, .wakeAhead = std::chrono::microseconds(80)};
+    // On a loaded machine this process sees a request late.
+    LineOptions line{.look = std::chrono::milliseconds(10), .wakeAhead = std::chrono::microseconds(80)};
     std::string ptyLink;  // empty: the pseudo-terminal's own path
     std::optional<std::uint16_t> tcpPort;
     std::string listenAddress = "127.0.0.1";

@@ -145,6 +145,21 @@ std::string replyMeaning(const Frame& frame) {
     }
 }
 
+// Whether the answer is an `ack`, not a frame of the same function.
+bool isAcknowledged(const Frame& request) {
+    switch (request.function().value_or(Fun::ack)) {
+    case Fun::moduleSet:
+    case Fun::presetSave:
+    case Fun::presetLoad:
+    case Fun::presetDelete:
+    case Fun::netStart:
+    case Fun::netAddressSet:
+        return true;
+    default:
+        return false;
+    }
+}
+
 }  // namespace
 
 bool isBroadcast(const Frame& frame) { return frame.product == everyone && frame.address == everyone; }
@@ -178,7 +193,8 @@ bool answers(const Frame& reply, const Frame& request) {
     const bool sameAddress = reply.address == request.address;
     if (reply.function() == Fun::ack)
         return u8(reply.payload, 1) == request.fun && (sameAddress || request.function() != Fun::moduleSet);
-    if (reply.fun != request.fun || (!sameAddress && !isBroadcast(request))) return false;
+    if (isAcknowledged(request) || reply.fun != request.fun) return false;
+    if (!sameAddress && !isBroadcast(request)) return false;
     if (request.function() == Fun::moduleGet) return moduleOf(reply) == moduleOf(request);
     return request.function() != Fun::presetName || u32(reply.payload, 0) == u32(request.payload, 0);
 }

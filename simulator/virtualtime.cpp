@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <utility>
 
 namespace Simulator {
@@ -18,9 +19,11 @@ public:
     }
 
     bool runNext(TimePoint limit) {
-        if (entries.empty() || entries.begin()->first > limit) return false;
-        auto next = entries.extract(entries.begin());
-        now = next.key();
+        const auto found = std::ranges::find_if(
+            entries, [this](const auto& entry) { return !blocked.contains(entry.second.executor); });
+        if (found == entries.end() || found->first > limit) return false;
+        auto next = entries.extract(found);
+        now = std::max(now, next.key());
         const void* const outer = std::exchange(current, next.mapped().executor);
         next.mapped().work();
         current = outer;
@@ -34,7 +37,10 @@ public:
     }
 
     TimePoint now{};
+    std::size_t size() const { return entries.size(); }
+
     const void* current = nullptr;  // the executor whose work is running
+    std::set<const void*> blocked;
 
 private:
     struct Entry {
@@ -88,7 +94,16 @@ void VirtualTime::advance(Duration duration) {
     const TimePoint end = Wendril::timeAfter(now(), duration);
     while (agenda->runNext(end)) {
     }
-    agenda->now = end;
+    agenda->now = std::max(agenda->now, end);
 }
+
+void VirtualTime::block(Duration duration) {
+    const void* const executor = agenda->current;
+    agenda->blocked.insert(executor);
+    advance(duration);
+    agenda->blocked.erase(executor);
+}
+
+std::size_t VirtualTime::waiting() const { return agenda->size(); }
 
 }  // namespace Simulator

@@ -3,6 +3,7 @@
 #include "Wendril/runtime/executor.hpp"
 #include "Wendril/runtime/task.hpp"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -35,6 +36,13 @@ public:
 
     /// Runs the work that is due within `duration`, and moves the clock on by it.
     void advance(Wendril::Duration duration);
+
+    /// Blocks the executor whose function is running, as a system call would: for `duration`, the
+    /// functions of the others run, and its own wait.
+    void block(Wendril::Duration duration);
+
+    /// Functions that wait for their time.
+    std::size_t waiting() const;
 
     /// Runs `task` on an executor of its own to its end; returns or throws what it does.
     template <class T>

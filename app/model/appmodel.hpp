@@ -205,6 +205,7 @@ private:
     Wendril::Task<void> savePresetSteps(int number, std::string name);
     Wendril::Task<void> deletePresetSteps(int number);
     Wendril::Task<void> editsSent(Wendril::Duration longest);
+    Wendril::Task<bool> readyForPreset();
     Wendril::Task<void> runPreset(PresetRun run, Command command);
 
     std::shared_ptr<Wendril::Transport> chosenTransport() const;
@@ -215,6 +216,7 @@ private:
     void tell(std::string text);
     std::optional<Wendril::ModuleValue> write(Speaker& speaker, std::uint8_t index,
                                               const Wendril::ModuleValue& value);
+    std::uint64_t beginReading(Speaker& speaker) const;
     bool apply(const History::Step& step, Wendril::ModuleValue History::Change::*side);
     bool isTargeted(const Speaker& speaker) const;
     Speakers targeted() const;
@@ -237,7 +239,8 @@ private:
         std::string instead;
     };
     std::optional<Pulled> pulled;
-    std::size_t foundBefore = 0;  // speakers, by the latest discovery of this link
+    std::weak_ptr<const void> addressing;  // expired unless an addressing is under way
+    std::size_t foundBefore = 0;           // speakers, by the latest discovery of this link
     std::uint64_t presetRuns = 0;
 };
 

@@ -4,6 +4,8 @@
 
 #include "Wendril/text.hpp"
 
+#include <chrono>
+#include <memory>
 #include <utility>
 
 namespace Corvane {
@@ -28,8 +30,15 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     const K7QClient client = *link.client;
     const Generation discovery = link.discoveries.next();  // ends the live loop too
     progress = std::nullopt;
+    if (activity.value() && !leaving) {
+        warn("A procura interrompeu: " + *activity.value());
+        activity = std::nullopt;
+    }
 
     status = Status::working("Procurando caixas…");
+    // An overruled addressing goes on to its end. Two at a time would give an address twice.
+    while (!addressing.expired())
+        co_await during(discovery, sleepFor(std::chrono::milliseconds(10)));
     std::vector<DeviceInfo> found;
     if (!renumber) {
         auto scanned = co_await during(discovery, client.scan(firstAddress, lastAddress));
@@ -37,6 +46,8 @@ Task<void> AppModel::discoverSteps(bool renumber) {
     }
     if (found.empty()) {
         status = Status::working("Endereçando as caixas…");
+        const auto running = std::make_shared<char>();
+        addressing = running;
         auto addressed = co_await during(discovery, client.assignVerified(mostSpeakers));
         if (addressed) found = std::move(addressed.value->found);
         if (addressed && !addressed.value->isCertain)
@@ -82,9 +93,10 @@ Task<void> AppModel::readSpeakers(K7QClient client, Generation discovery) {
         const auto show = [this, discovery, i, n = all.size()](double fraction) {
             if (!discovery.isOver()) progress = (static_cast<double>(i) + fraction) / static_cast<double>(n);
         };
+        const std::uint64_t reading = beginReading(*all[i]);
         auto values = co_await during(discovery, client.readAll(address, show));
         if (values)
-            all[i]->take(*std::move(values.value), {});
+            all[i]->take(*std::move(values.value), reading);
         else
             warn(address, incompleteReading);
     }
@@ -95,17 +107,17 @@ Task<void> AppModel::readAgain() {
 }
 
 Task<void> AppModel::readAgainSteps() {
-    if (!link.client || activity.value()) co_return;
+    if (!link.client || activity.value() || !status.value().isOnline()) co_return;
     const K7QClient client = *link.client;
-    const Generation generation = link.generation();
+    const Generation generation = link.discoveries.latest();
     const Speakers asked = targeted();
     std::vector<std::uint8_t> done;
     for (const auto& speaker : asked) {
         activity = "Lendo a caixa " + twoDigits(speaker->address) + "…";
-        const ModuleValues before = speaker->values.value();
+        const std::uint64_t reading = beginReading(*speaker);
         auto values = co_await during(generation, client.readAll(speaker->address, nullptr));
         if (values) {
-            speaker->take(*std::move(values.value), before);
+            speaker->take(*std::move(values.value), reading);
             done.push_back(speaker->address);
         } else {
             warn(speaker->address, incompleteReading);

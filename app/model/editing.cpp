@@ -33,6 +33,13 @@ std::optional<ModuleValue> AppModel::write(Speaker& speaker, std::uint8_t index,
     return speaker.set(index, value);
 }
 
+std::uint64_t AppModel::beginReading(Speaker& speaker) const {
+    std::vector<std::uint8_t> unsent;
+    for (const WriteKey& key : edits.keys())
+        if (key.address == speaker.address) unsent.push_back(key.index);
+    return speaker.beginReading(unsent);
+}
+
 // A module is written whole, so the targeted speakers get the focused one's other fields too.
 template <class Case>
 void AppModel::edit(ModuleKind kind, const std::vector<std::string_view>& channels,

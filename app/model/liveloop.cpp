@@ -46,20 +46,20 @@ Task<void> AppModel::live(K7QClient client, Generation discovery) {
 }
 
 // A speaker that was not read completely is completed one module at a time, so that edits and meters
-// hardly wait. One that does not answer is left alone for a while.
+// hardly wait. One that does not answer is left alone for a while, and comes after those that do: several
+// of them would otherwise take all the time.
 Task<void> AppModel::heal(K7QClient client, Generation discovery) {
     constexpr auto pauseAfterFailure = std::chrono::seconds(5);
-    const Speakers listed = speakers.value();
-    for (const auto& speaker : listed) {
-        const auto missing = speaker->firstMissing();
-        if (!missing || surroundings.executor->now() < speaker->healAfter) continue;
-        const auto value = co_await during(discovery, client.read(speaker->address, *missing));
-        if (!value)
-            speaker->healAfter = surroundings.executor->now() + pauseAfterFailure;
-        else if (speaker->fill(missing->index, *value.value))
-            events.add("A caixa " + twoDigits(speaker->address) + " foi lida por completo");
-        co_return;
-    }
+    std::shared_ptr<Speaker> next;
+    for (const auto& speaker : speakers.value())
+        if (speaker->firstMissing() && (!next || speaker->healAfter < next->healAfter)) next = speaker;
+    if (!next || surroundings.executor->now() < next->healAfter) co_return;
+    const ModuleRef missing = next->firstMissing().value();
+    const auto value = co_await during(discovery, client.read(next->address, missing));
+    if (!value)
+        next->healAfter = surroundings.executor->now() + pauseAfterFailure;
+    else if (next->fill(missing.index, *value.value))
+        events.add("A caixa " + twoDigits(next->address) + " foi lida por completo");
 }
 
 // A jammed adapter blocks the thread that writes, so no time-out of the bus comes.

@@ -16,17 +16,19 @@ using namespace Wendril;
 
 namespace {
 
+constexpr auto pollPause = std::chrono::milliseconds(10);
+
 std::uint32_t onTheWire(int slot) { return static_cast<std::uint32_t>(slot); }
 
 // Loads a preset, then reads what the speaker holds. Returns what has changed.
-Task<History::Changes> recall(K7QClient client, std::shared_ptr<Speaker> speaker, int number) {
-    const ModuleValues before = speaker->values.value();
+Task<History::Changes> recall(K7QClient client, std::shared_ptr<Speaker> speaker, std::uint64_t reading,
+                              int number) {
     co_await client.loadPreset(speaker->address, onTheWire(number));
     auto values = co_await client.readAll(speaker->address, nullptr);
     History::Changes changes;
-    for (const std::uint8_t index : speaker->take(std::move(values), before))
+    for (const auto& [index, before] : speaker->take(std::move(values), reading))
         changes.emplace(WriteKey{speaker->address, index},
-                        History::Change{speaker, before.at(index), speaker->values.value().at(index)});
+                        History::Change{speaker, before, speaker->values.value().at(index)});
     co_return changes;
 }
 
@@ -82,7 +84,7 @@ Task<void> AppModel::refreshPresetsSteps() {
 // at the end what has been done.
 Task<void> AppModel::runPreset(PresetRun run, Command command) {
     const K7QClient client = *link.client;
-    const Generation generation = link.generation();
+    const Generation generation = link.discoveries.latest();
     const std::string preset = "o preset " + std::to_string(run.number);
     const Speakers asked = targeted();
     const std::uint64_t id = ++presetRuns;
@@ -105,10 +107,8 @@ Task<void> AppModel::runPreset(PresetRun run, Command command) {
     tell(std::move(text));
 }
 
-// Waits until the live loop has sent the edits: a preset is stored as the window shows it, and
-// loaded over earlier edits. No loop comes to send them while the status is an error.
+// Waits until the live loop has sent the edits. No loop comes to send them while the status is an error.
 Task<void> AppModel::editsSent(Duration longest) {
-    constexpr auto pollPause = std::chrono::milliseconds(10);
     const Generation generation = link.generation();
     const TimePoint end = timeAfter(surroundings.executor->now(), longest);
     const auto isWaiting = [this, end] {
@@ -119,13 +119,25 @@ Task<void> AppModel::editsSent(Duration longest) {
         co_await during(generation, sleepFor(pollPause));
 }
 
+// Waits for the end of a discovery, which may give other speakers the addresses, and for the edits: a
+// preset is stored as the window shows it, and loaded over earlier edits. Returns whether the speakers
+// can be reached then. A discovery that begins meanwhile ends the operation.
+Task<bool> AppModel::readyForPreset() {
+    const Generation discovery = link.discoveries.latest();
+    while (status.value().isWorking() || (status.value().isOnline() && isSending()))
+        co_await during(discovery, sleepFor(pollPause));
+    if (!status.value().isOnline()) activity = std::nullopt;
+    co_return status.value().isOnline();
+}
+
 Task<void> AppModel::loadPresetSteps(int number) {
     if (!link.client || activity.value()) co_return;
     activity = "Carregando o preset " + std::to_string(number) + "…";
-    const Command command = [number](K7QClient client, std::shared_ptr<Speaker> speaker) {
-        return recall(std::move(client), std::move(speaker), number);
+    const Command command = [this, number](K7QClient client, std::shared_ptr<Speaker> speaker) {
+        return recall(std::move(client), speaker, beginReading(*speaker), number);
     };
-    co_await editsSent(Duration::max());
+    const bool isReady = co_await readyForPreset();
+    if (!isReady) co_return;
     const PresetRun run{number, "Carregando", "carregado", "não carregou"};
     co_await runPreset(run, command);
     currentPreset = number;
@@ -137,7 +149,8 @@ Task<void> AppModel::savePresetSteps(int number, std::string name) {
     const Command command = [number, name](K7QClient client, std::shared_ptr<Speaker> speaker) {
         return save(std::move(client), std::move(speaker), number, name);
     };
-    co_await editsSent(Duration::max());
+    const bool isReady = co_await readyForPreset();
+    if (!isReady) co_return;
     const PresetRun run{number, "Salvando", "salvo", "não salvou"};
     co_await runPreset(run, command);
     co_await refreshPresetsSteps();
@@ -145,6 +158,9 @@ Task<void> AppModel::savePresetSteps(int number, std::string name) {
 
 Task<void> AppModel::deletePresetSteps(int number) {
     if (!link.client || activity.value()) co_return;
+    activity = "Apagando o preset " + std::to_string(number) + "…";
+    const bool isReady = co_await readyForPreset();
+    if (!isReady) co_return;
     const Command command = [number](K7QClient client, std::shared_ptr<Speaker> speaker) {
         return erase(std::move(client), std::move(speaker), number);
     };

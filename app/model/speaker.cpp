@@ -16,6 +16,7 @@ bool equal(const ModuleValue& a, const ModuleValue& b) { return a.encoded() == b
 
 std::optional<ModuleValue> Speaker::set(std::uint8_t index, const ModuleValue& value) {
     std::optional<ModuleValue> before;
+    edited[index] = ++edits;
     values.update([&](ModuleValues& all) {
         const auto [place, added] = all.try_emplace(index, value);
         if (added) return true;
@@ -26,17 +27,24 @@ std::optional<ModuleValue> Speaker::set(std::uint8_t index, const ModuleValue& v
     return before;
 }
 
-std::vector<std::uint8_t> Speaker::take(ModuleValues read, const ModuleValues& before) {
-    std::vector<std::uint8_t> changed;
+std::uint64_t Speaker::beginReading(const std::vector<std::uint8_t>& unsent) {
+    const std::uint64_t reading = edits;
+    for (const std::uint8_t index : unsent)
+        edited[index] = ++edits;
+    return reading;
+}
+
+ModuleValues Speaker::take(ModuleValues read, std::uint64_t reading) {
+    ModuleValues replaced;
     for (const auto& [index, value] : values.value()) {
-        const auto old = before.find(index);
-        if (old == before.end() || !equal(old->second, value))
+        const auto edit = edited.find(index);
+        if (edit != edited.end() && edit->second > reading)
             read.insert_or_assign(index, value);
         else if (const auto now = read.find(index); now != read.end() && !equal(now->second, value))
-            changed.push_back(index);
+            replaced.emplace(index, value);
     }
     values = std::move(read);
-    return changed;
+    return replaced;
 }
 
 std::optional<ModuleRef> Speaker::firstMissing() const {

@@ -5,6 +5,7 @@
 #include "Wendril/client.hpp"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,10 +22,12 @@ struct Speaker {
     /// Returns the value before if it was known and another.
     std::optional<Wendril::ModuleValue> set(std::uint8_t index, const Wendril::ModuleValue& value);
 
-    /// Takes over what was read. `before` is what `values` were when the reading began: a module that
-    /// the user has edited since keeps the edit, which is sent to the speaker after the reading. Returns
-    /// the numbers of the modules of `before` that have got another value.
-    std::vector<std::uint8_t> take(Wendril::ModuleValues read, const Wendril::ModuleValues& before);
+    /// Call it when a reading begins. Modules edited from then on keep the edit, as do those of
+    /// `unsent`: their edits reach the speaker at any time during the reading.
+    std::uint64_t beginReading(const std::vector<std::uint8_t>& unsent);
+
+    /// Takes over what was read. Returns the earlier values of the modules that have got another one.
+    Wendril::ModuleValues take(Wendril::ModuleValues read, std::uint64_t reading);
 
     /// The first module that has not been read; absent when all are known.
     std::optional<Wendril::ModuleRef> firstMissing() const;
@@ -37,6 +40,10 @@ struct Speaker {
     Property<Wendril::DeviceInfo> info;
     Property<Wendril::ModuleValues> values;
     Wendril::TimePoint healAfter;  // when the next missing module may be asked for
+
+private:
+    std::map<std::uint8_t, std::uint64_t> edited;  // number of the latest edit of each module
+    std::uint64_t edits = 0;
 };
 
 using Speakers = std::vector<std::shared_ptr<Speaker>>;

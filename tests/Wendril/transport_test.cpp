@@ -56,7 +56,7 @@ const auto ignoreClose = [](const std::exception_ptr&) {};
 // A chain in real time, behind a pseudo-terminal or a TCP port.
 struct RealChain {
     explicit RealChain(bool overTcp, Simulator::LineOptions options = {}) {
-        options.hostJitter = 0.5;
+        options.look = 10ms;
         line = std::make_shared<Simulator::Line>(queue, options);
         if (overTcp)
             transport = std::make_shared<TCPTransport>("127.0.0.1", tcp.emplace(queue, line, 0).port());

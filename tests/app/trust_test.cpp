@@ -94,6 +94,69 @@ TEST(HealingTest, ReadingAgainTakesOverWhatTheTargetedSpeakersHold) {
     EXPECT_EQ(rig.model->report.value().text, "Lida: caixa 02");
 }
 
+TEST(StalledLineTest, AnAdapterThatTakesNoDataForThreeSecondsIsTold) {
+    for (const Duration stall : {2s, 5s}) {
+        Rig rig;
+        rig.goOnline();
+        rig.port->swallow = [&](const Sent&) {
+            rig.time.block(stall);
+            return false;
+        };
+        rig.time.advance(1s);
+        EXPECT_EQ(rig.notice(), stall > 3s ? "O adaptador não aceita dados. Confira o cabo USB." : "");
+    }
+}
+
+TEST(HealingTest, SpeakersThatDoNotAnswerDoNotHoldUpTheOthers) {
+    Rig rig(chainOf(8));
+    rig.port->swallow = [](const Sent& sent) { return sent.is(Fun::moduleGet); };
+    rig.run(rig.model->connect());
+    rig.port->swallow = [](const Sent& sent) { return sent.address < 7 && sent.module != K7Q::meterIndex; };
+    rig.time.advance(2min);
+    for (const std::size_t last : {6U, 7U})
+        EXPECT_EQ(rig.speaker(last)->values.value().size(), 92U);
+}
+
+// Edits that wait when a reading begins are sent during it: before or after their module was read.
+TEST(ReadingTest, EditsThatWaitOrRepeatTheValueStayInTheWindow) {
+    const std::function<Task<void>(Rig&)> readings[] = {
+        [](Rig& rig) { return rig.model->readAgain(); },
+        [](Rig& rig) { return rig.model->loadPreset(1); },
+    };
+    for (const auto& reading : readings) {
+        Rig rig(chainOf(4));
+        for (std::size_t board = 0; board < 4; ++board)
+            rig.line->board(board).storePreset(1, "Casa");
+        rig.goOnline();
+        rig.model->setVolume(-9);
+        rig.time.advance(1s);
+        rig.model->start(reading(rig));
+        for (int moment = 0; moment < 40; ++moment) {
+            rig.time.advance(23ms);
+            rig.model->setVolume(-9);
+        }
+        rig.time.advance(10s);
+        EXPECT_EQ(rig.differing(), none);
+    }
+}
+
+TEST(ReadingTest, ADiscoveryEndsAPresetRunAndAPresetWaitsForADiscovery) {
+    Rig rig(chainOf(4));
+    rig.line->board(3).storePreset(1, "Casa");
+    rig.line->board(3).store(1, gain(-30));
+    rig.goOnline();
+    rig.model->start(rig.model->loadPreset(1));
+    rig.time.advance(30ms);
+    rig.run(rig.model->discover(false));
+    EXPECT_EQ(rig.notice(), "A procura interrompeu: Carregando o preset 1 na caixa 01…");
+    EXPECT_EQ(rig.line->board(3).value(1), gain(-30));
+    rig.model->start(rig.model->discover(false));
+    rig.time.advance(300ms);
+    rig.run(rig.model->loadPreset(1));
+    EXPECT_EQ(rig.shown(3, 1), gain(0));
+    EXPECT_EQ(rig.differing(), none);
+}
+
 // A lost acknowledgement gives the next speaker the same address.
 TEST(AddressingTest, OnABadLineAllSpeakersAreFoundOrTheUserIsTold) {
     int complete = 0;
@@ -117,6 +180,17 @@ TEST(AddressingTest, OnABadLineAllSpeakersAreFoundOrTheUserIsTold) {
         EXPECT_TRUE(isComplete || told) << seed;
     }
     EXPECT_GE(complete, 24);
+}
+
+TEST(AddressingTest, TwoAtATimeRunOneAfterTheOther) {
+    Rig rig(chainOf(5));
+    rig.goOnline();
+    rig.model->start(rig.model->discover(true));
+    rig.time.advance(7ms);
+    rig.run(rig.model->discover(true));
+    for (std::size_t board = 0; board < 5; ++board)
+        EXPECT_EQ(rig.line->board(board).address(), board + 1);
+    EXPECT_EQ(rig.model->speakers.value().size(), 5U);
 }
 
 TEST(AddressingTest, AnAddressingWithoutAResendIsNotChecked) {

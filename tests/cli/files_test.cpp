@@ -84,6 +84,7 @@ TEST(ShowTest, AShowIsSavedComparedAndRestoredOnABadLine) {
     EXPECT_EQ(Tests::shell(cli + " diff " + file).status, 3) << "a dry run writes nothing";
     EXPECT_EQ(Tests::shell(cli + " restore " + file).status, 0);
     EXPECT_EQ(Tests::shell(cli + " diff " + file).status, 0);
+    EXPECT_EQ(second.end(SIGTERM), 0) << second.rest();
 }
 
 TEST(CheckTest, ALossIsCounted) {

@@ -64,6 +64,8 @@ TEST_F(ProgramsTest, AFailureIsOneClearLine) {
         {"meters 1 --wacth", 2, "seria --watch?"},
         {"address </dev/null", 1, "nada foi mudado"},
         {"info 1 >/dev/full", 1, "No space left"},
+        {"--json f\xFF", 2, "f\uFFFD"},
+        {"run " + testing::TempDir(), 1, "não foi possível ler"},
     };
     for (const auto& [command, status, says] : cases) {
         const auto result = Tests::shell(CLI + port + command);
@@ -84,13 +86,41 @@ TEST_F(ProgramsTest, AFileOfCommandsStopsAtItsFirstFailureOrGoesOn) {
     EXPECT_TRUE(json(port + "preset 1 list").at("presets").empty());
     EXPECT_EQ(Tests::shell(script + "run - --keep-going").status, 2);
     EXPECT_EQ(json(port + "preset 1 list").at("presets").at(0).at("name"), "Duas palavras");
+    const auto asked = Tests::shell("printf 'preset 1 save 2 B\\ns\\n' | " CLI + port + "run -");
+    EXPECT_NE(asked.output.find("junte --yes"), std::string::npos) << "a command is no answer";
+}
+
+TEST(HelpTest, ACommandTellsAllThatItTakesAlsoBesideAMistake) {
+    for (const char* const command : {" preset 1 save --help", " preset x save 99 --help"}) {
+        const auto help = Tests::shell(CLI + std::string(command));
+        EXPECT_EQ(help.status, 0) << help.output;
+        for (const char* const part :
+             {"CAIXAS save", "\n  N ", "\n  NOME", "\n  CAIXAS", "--bridge", "3 recusado"})
+            EXPECT_NE(help.output.find(part), std::string::npos) << part << " in " << help.output;
+    }
 }
 
 TEST(RefusalTest, ABoardThatRefusesIsToldWithWhatItHolds) {
-    SimulatorProcess simulator({"--boards", "1", "--refuse", "1"});
+    const std::string held = testing::TempDir() + "held.json";
+    const std::string wanted = testing::TempDir() + "wanted.json";
+    EXPECT_EQ(Tests::shell("printf 'preset 1 save 5 Culto\\nbackup 1\\n' | " CLI
+                           " --demo 1 run - | tail -n +2 >" +
+                           held)
+                  .status,
+              0);
+    EXPECT_EQ(Tests::shell("printf 'write 1 DELAY/Out1 ms=2\\nbackup 1\\n' | " CLI
+                           " --demo 1 run - | sed -n '/^{/,$p' >" +
+                           wanted)
+                  .status,
+              0);
+    SimulatorProcess simulator({"--load", held, "--refuse", "1"});
     const std::string cli = CLI " --yes --port " + simulator.path();
-    for (const auto& [command, says] : {std::pair{" write 1 GAIN/In0 db=-6", "continua com db=0"},
-                                        {" preset 1 save 2 Show", "o preset 2 está vazio"}}) {
+    for (const auto& [command, says] : {std::pair{std::string(" write 1 GAIN/In0 db=-6"), "a caixa tem db=0"},
+                                        {" preset 1 save 2 Show", "o preset 2 está vazio"},
+                                        {" preset 1 save 5 Show", "o preset 5 é \"Culto\""},
+                                        {" preset 1 load 5", "o atual é o 0"},
+                                        {" peq import 1 In0 " FILTERS "/point.txt", "a caixa tem fc=81"},
+                                        {" restore " + wanted, "DELAY/Out1 da caixa 01 foi recusado"}}) {
         const auto result = Tests::shell(cli + command);
         EXPECT_EQ(result.status, 3) << command;
         EXPECT_NE(result.output.find(says), std::string::npos) << result.output;
@@ -101,11 +131,34 @@ TEST_F(ProgramsTest, AWatchEndsWithItsChainAndGivesThePortBackWhenInterrupted) {
     Process interrupted({CLI, "--port", simulator.path(), "--verbose", "meters", "1", "--watch"});
     EXPECT_EQ(interrupted.line().substr(0, 3), "-> ");
     EXPECT_EQ(interrupted.end(SIGINT), 130);
+    Process terminated({CLI, "--port", simulator.path(), "meters", "1", "--watch"});
+    EXPECT_EQ(terminated.line().substr(0, 3), "In0");
+    EXPECT_EQ(terminated.end(SIGTERM), 143);
     Process watch({CLI, "--port", simulator.path(), "meters", "1", "--watch"});
     EXPECT_EQ(watch.line().substr(0, 3), "In0");
     simulator.end(SIGKILL);
     EXPECT_NE(watch.rest().find("corvane-cli: "), std::string::npos);
     EXPECT_EQ(watch.end(), 1);
+}
+
+TEST(WatchTest, ASilentSpeakerShowsGapsAndEndsItAtTheTenth) {
+    SimulatorProcess simulator({"--boards", "1", "--lose", "1"});
+    const auto watch = Tests::shell(CLI " --json --port " + simulator.path() + " meters 1 --watch");
+    EXPECT_EQ(watch.status, 4);
+    EXPECT_EQ(std::ranges::count(watch.output, '\n'), 10) << watch.output;
+    EXPECT_TRUE(watch.output.starts_with("{\"gap\":true}\n")) << watch.output;
+}
+
+TEST(ReportTest, WhatABoardSendsIsTextInThePage) {
+    const std::string page = testing::TempDir() + "report.html";
+    const auto made = Tests::shell(R"(printf 'preset 1 save 1 "<i>&\047"\nreport 1 --html )" + page +
+                                   "\\n' | " CLI " --demo 1 run -");
+    EXPECT_EQ(made.status, 0) << made.output;
+    const std::string html = Tests::shell("cat " + page).output;
+    for (const char* const part :
+         {"&lt;i&gt;&amp;&#39;", "Entrada 2 (In1)", "<polyline", "Bessel 12 dB", "Noise gate"})
+        EXPECT_NE(html.find(part), std::string::npos) << part;
+    EXPECT_EQ(html.find("<i>"), std::string::npos);
 }
 
 TEST(AddressingTest, ANewChainIsAddressedInItsOrderOverABridge) {

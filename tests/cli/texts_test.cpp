@@ -1,8 +1,10 @@
 #include "cli/modules.hpp"
 
+#include "cli/curves.hpp"
 #include "cli/link.hpp"
 #include "cli/numbers.hpp"
 #include "cli/output.hpp"
+#include "cli/ports.hpp"
 #include "tests/chain.hpp"
 
 #include "Wendril/fields.hpp"
@@ -10,6 +12,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 
 using namespace Cli;
@@ -110,4 +115,61 @@ TEST(OutputTest, NumbersReadTheSameInEveryProgram) {
     EXPECT_EQ(jsonOf(ModuleValue{MixerValue{-3.3F, true, false}}).dump(),
               R"({"db":-3.3,"mute":true,"phaseNormal":false})");
     EXPECT_EQ(jsonOf(std::numeric_limits<float>::infinity()).dump(), "null");
+}
+
+TEST(CurvesTest, ASumKeepsDelayPolarityGainAndMute) {
+    ModuleValues values;
+    for (const ModuleRef& module : K7Q::modules())
+        if (const auto value = ModuleValue::factory(module)) values.emplace(module.index, *value);
+    const auto set = [&values](const char* module, const char* change) {
+        parseChange(parseModule(module), change)(values.at(parseModule(module).index));
+    };
+    // At 1 kHz, where the flat equalisers and open crossovers have no part in it.
+    const auto levelAt1k = [&values] {
+        const auto db = sumOf({curveOf("Out0", values, true), curveOf("Out1", values, true)}).db();
+        const auto& hz = curveFrequencies();
+        return db[static_cast<std::size_t>(std::ranges::lower_bound(hz, 1000) - hz.begin())];
+    };
+    EXPECT_NEAR(levelAt1k(), 6.02, 0.01);
+    set("DELAY/Out1", "ms=0.5");
+    EXPECT_NEAR(levelAt1k(), 6.02, 0.01) << "bypassed";
+    set("DELAY/Out1", "bypass=0");
+    EXPECT_LT(levelAt1k(), -20) << "half a period late";
+    set("GAIN/Out1", "phaseNormal=0");
+    EXPECT_NEAR(levelAt1k(), 6.02, 0.01) << "late and inverted";
+    set("GAIN/Out1", "mute=1");
+    EXPECT_NEAR(levelAt1k(), 0, 0.01);
+    set("GAIN/Out0", "db=-3");
+    EXPECT_NEAR(levelAt1k(), -3, 0.01);
+}
+
+TEST(PortsTest, AnAdapterIsDescribedAndOwnPortsWithHardwareComeLast) {
+    namespace fs = std::filesystem;
+    const fs::path root = fs::path(testing::TempDir()) / "ports";
+    fs::remove_all(root);
+    const auto write = [&root](const fs::path& file, const char* text) {
+        fs::create_directories((root / file).parent_path());
+        std::ofstream(root / file) << text << "\n";
+    };
+    const fs::path adapter = "devices/usb1/1-1";
+    const fs::path port = adapter / "1-1:1.0/ttyUSB0";
+    write(adapter / "product", "USB Serial");
+    write(adapter / "manufacturer", "Vendor");
+    write(adapter / "serial", "A1");
+    fs::create_directories(root / "sys/ttyUSB0");
+    fs::create_directories(root / port);
+    fs::create_directory_symlink(root / port, root / "sys/ttyUSB0/device");
+    fs::create_directory_symlink(root / "drivers/ftdi_sio", root / port / "driver");
+    write("sys/ttyS0/type", "4");
+    write("sys/ttyS1/type", "0");
+    for (const char* const name : {"ttyS0", "ttyS1", "ttyUSB0"})
+        write(fs::path("dev") / name, "");
+    const auto found = portsIn(root / "dev", root / "sys", true);
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].path, root / "dev/ttyUSB0");
+    EXPECT_EQ(found[0].product + "," + found[0].vendor + "," + found[0].serial + "," + found[0].driver,
+              "USB Serial,Vendor,A1,ftdi_sio");
+    EXPECT_TRUE(found[0].mayOpen);
+    EXPECT_EQ(found[1].path, root / "dev/ttyS0");
+    EXPECT_EQ(portsIn(root / "dev", root / "sys", false).size(), 1U);
 }

@@ -31,7 +31,8 @@ protected:
 
     void connectChain(bool addressed) {
         line = std::make_shared<Simulator::Line>(
-            queue, Simulator::LineOptions{.boards = 3, .addressed = addressed, .hostJitter = 0.25});
+            queue, Simulator::LineOptions{
+                       .boards = 3, .addressed = addressed, .look = std::chrono::milliseconds(10)});
         end = std::make_unique<Simulator::PtyEnd>(queue, line);
         port = end->path();
     }

@@ -165,5 +165,20 @@ TEST_F(LineTest, TheMusicMovesAndIsTheSameForTheSameSeed) {
     EXPECT_EQ(play({.still = true, .seed = 4}, 2), std::vector<float>(piece.size(), piece.front()));
 }
 
+// Both requests came while the line's thread could not run.
+TEST_F(LineTest, ALineThatReadsLateDoesNotBlameTheHost) {
+    for (const bool isLate : {false, true}) {
+        start({.turnaround = 20ms, .look = 10ms});
+        line->executor->post([&] {
+            if (isLate) time.block(300ms);
+            send(ping(1));
+            send(ping(1));
+        });
+        time.advance(1s);
+        EXPECT_EQ(line->summary().faults.size(), isLate ? 0U : 1U);
+        line->disconnect();
+    }
+}
+
 }  // namespace
 }  // namespace Simulator

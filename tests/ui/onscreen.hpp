@@ -1,5 +1,8 @@
 #pragma once
 
+#include "ui/kit/announcer.hpp"
+#include "ui/kit/caption.hpp"
+
 #include <QString>
 #include <QWidget>
 
@@ -20,15 +23,23 @@ std::vector<Widget*> all(const QWidget& window) {
     return list;
 }
 
+/// A caption's name is its text.
+inline QString nameOf(const QWidget& widget) {
+    if (dynamic_cast<const Kit::Announcer*>(&widget)) return {};  // it is not seen
+    const auto* const caption = dynamic_cast<const Kit::Caption*>(&widget);
+    return caption && widget.accessibleName().isEmpty() ? caption->shownText() : widget.accessibleName();
+}
+
 template <class Widget>
 Widget& find(const QWidget& window, const QString& name) {
     for (Widget* const widget : all<Widget>(window))
-        if (widget->accessibleName() == name) return *widget;
+        if (nameOf(*widget) == name) return *widget;
     throw std::runtime_error("not on the screen: " + name.toStdString());
 }
 
 inline bool shows(const QWidget& window, const QString& name) {
-    return std::ranges::count(all<QWidget>(window), name, &QWidget::accessibleName) > 0;
+    return std::ranges::any_of(all<QWidget>(window),
+                               [&](const QWidget* each) { return nameOf(*each) == name; });
 }
 
 }  // namespace OnScreen

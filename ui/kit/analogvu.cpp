@@ -1,16 +1,19 @@
 #include "ui/kit/analogvu.hpp"
 
+#include "ui/kit/finefill.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/polar.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
+#include <QPainterPath>
 #include <QtMath>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace Kit {
 
@@ -24,12 +27,19 @@ constexpr double restingAngle = -50;  // degrees
 constexpr double fullAngle = 100;     // from rest to full scale
 constexpr double captionHeight = 26;
 constexpr double bezelWidth = 9;
+constexpr double bezelRadius = 16;
+constexpr double faceRadius = bezelRadius - bezelWidth;
 constexpr double leastAspect = 1.7;  // of the face, so that the outermost numbers fit
 
 // In parts of the face's height.
 constexpr double pivotDepth = 1.18;
 constexpr double arcRadius = 0.88;
+constexpr double arcWidth = 0.016;
+constexpr double majorWidth = 0.014;
 constexpr double needleLength = 0.93;
+constexpr double needleFoot = 0.011;  // width where it leaves the hood
+constexpr double needleTip = 0.005;
+constexpr double hoodRadius = 0.32;  // around the pivot
 
 QColor brown() { return Theme::rgb(0.12, 0.08, 0.04); }
 QColor red() { return Theme::rgb(0.78, 0.10, 0.06); }
@@ -40,9 +50,11 @@ void drawArc(QPainter& painter, const QRectF& face, double fromVu, double toVu, 
     const double radius = arcRadius * face.height();
     const QPointF pivot = pivotOf(face);
     const QRectF round(pivot.x() - radius, pivot.y() - radius, 2 * radius, 2 * radius);
-    const double from = AnalogVU::needleAngle(fromVu);
-    const double to = AnalogVU::needleAngle(toVu);
-    painter.setPen(QPen(color, 0.016 * face.height(), Qt::SolidLine, Qt::FlatCap));
+    // The arc ends with the outer edge of the mark there.
+    const double half = qRadiansToDegrees(majorWidth / 2 / arcRadius);
+    const double from = AnalogVU::needleAngle(fromVu) - (fromVu == marks.front() ? half : 0);
+    const double to = AnalogVU::needleAngle(toVu) + (toVu == marks.back() ? half : 0);
+    painter.setPen(QPen(color, arcWidth * face.height(), Qt::SolidLine, Qt::FlatCap));
     painter.drawArc(round, static_cast<int>(std::lround((90 - from) * 16)),
                     static_cast<int>(std::lround((from - to) * 16)));
 }
@@ -52,8 +64,10 @@ void drawMark(QPainter& painter, const QRectF& face, double vu, bool major) {
     const double angle = AnalogVU::needleAngle(vu);
     const QPointF pivot = pivotOf(face);
     const double length = major ? 0.06 : 0.035;
-    painter.setPen(QPen(vu > 0 ? red() : brown(), (major ? 0.014 : 0.009) * h, Qt::SolidLine, Qt::FlatCap));
-    painter.drawLine(onCircle(pivot, arcRadius * h, angle), onCircle(pivot, (arcRadius + length) * h, angle));
+    painter.setPen(
+        QPen(vu > 0 ? red() : brown(), (major ? majorWidth : 0.009) * h, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(onCircle(pivot, (arcRadius - arcWidth / 2) * h, angle),
+                     onCircle(pivot, (arcRadius + length) * h, angle));
     if (!major) return;
     // Each number is turned to stand upright on the arc.
     painter.save();
@@ -65,12 +79,33 @@ void drawMark(QPainter& painter, const QRectF& face, double vu, bool major) {
     painter.restore();
 }
 
+// Through three colours, without the crease that straight ramps would show at the middle one. `part` is 0
+// at the top of the face and 1 at its foot.
+QColor backlight(double part) {
+    constexpr std::array<std::array<double, 3>, 3> colors{
+        {{1.0, 0.9, 0.55}, {0.97, 0.72, 0.3}, {0.62, 0.38, 0.1}}};
+    constexpr double middle = 0.55;
+    const bool above = part < middle;
+    const double span = above ? middle : 1 - middle;
+    const double t = (above ? part : part - middle) / span;
+    std::array<double, 3> mixed{};
+    for (std::size_t c = 0; c < mixed.size(); ++c) {
+        const double from = colors[above ? 0 : 1][c];
+        const double change = colors[above ? 1 : 2][c] - from;
+        // The harmonic mean of both slopes: with it the curve stays between the colours.
+        const double upper = (colors[1][c] - colors[0][c]) / middle;
+        const double lower = (colors[2][c] - colors[1][c]) / (1 - middle);
+        const double through = 2 * upper * lower / (upper + lower) * span;
+        const double start = above ? change : through;
+        const double end = above ? through : change;
+        mixed[c] = from + start * t + (3 * change - 2 * start - end) * t * t +
+                   (start + end - 2 * change) * t * t * t;
+    }
+    return Theme::rgb(mixed[0], mixed[1], mixed[2]);
+}
+
 void drawFace(QPainter& painter, const QRectF& face) {
-    QLinearGradient backlight(face.topLeft(), face.bottomLeft());
-    backlight.setColorAt(0, Theme::rgb(1.0, 0.9, 0.55));
-    backlight.setColorAt(0.55, Theme::rgb(0.97, 0.72, 0.3));
-    backlight.setColorAt(1, Theme::rgb(0.62, 0.38, 0.1));
-    Paint::fill(painter, face, 9, backlight);
+    Paint::fillFine(painter, face, faceRadius, {.color = backlight});
     drawArc(painter, face, marks.front(), 0, brown());
     drawArc(painter, face, 0, marks.back(), red());
     for (const double vu : minorMarks)
@@ -80,15 +115,52 @@ void drawFace(QPainter& painter, const QRectF& face) {
     const double h = face.height();
     Paint::text(painter, QRectF(face.left(), face.top() + 0.48 * h, face.width(), 0.2 * h), Qt::AlignCenter,
                 QStringLiteral("VU"), {Theme::font(0.15 * h, QFont::Bold), brown(), {}, false});
-    Paint::innerShadow(painter, face, 9, {Theme::black(0.45), 12, 5});
+    Paint::innerShadow(painter, face, faceRadius, {Theme::rgb(0.24, 0.11, 0.02, 0.6), 14, 4});
 }
 
+void drawLampSeat(QPainter& painter, const QRectF& lamp) {
+    const QRectF seat = lamp.adjusted(-2, -2, 2, 2);
+    Paint::fill(painter, seat, seat.height() / 2, Theme::rgb(0.13, 0.075, 0.03));
+    Paint::edge(painter, seat, seat.height() / 2,
+                Theme::vertical(seat, Theme::black(0.6), Theme::rgb(1, 0.9, 0.6, 0.5)), 0.8);
+}
+
+// The cover from which the needle rises.
+void drawHood(QPainter& painter, const QRectF& face) {
+    const QPointF pivot = pivotOf(face);
+    const double radius = hoodRadius * face.height();
+    const QRectF hood(pivot.x() - radius, pivot.y() - radius, 2 * radius, 2 * radius);
+    painter.save();
+    QPainterPath window;
+    window.addRoundedRect(face, faceRadius, faceRadius);
+    painter.setClipPath(window);
+    Paint::dropShadow(painter, hood, radius, {Theme::rgb(0.2, 0.09, 0.01, 0.6), 8, -1});
+    QLinearGradient body(hood.topLeft(), QPointF(hood.left(), face.bottom()));
+    body.setColorAt(0, Theme::rgb(0.2, 0.17, 0.15));
+    body.setColorAt(1, Theme::rgb(0.07, 0.06, 0.06));
+    Paint::fill(painter, hood, radius, body);
+    Paint::edge(painter, hood, radius, Theme::rgb(1, 0.9, 0.7, 0.28));
+    painter.restore();
+}
+
+// One slanted reflection of a window, which fades towards the foot.
 void drawGlass(QPainter& painter, const QRectF& face) {
-    QLinearGradient shine(face.topLeft(), QPointF(face.left(), face.top() + 0.5 * face.height()));
-    shine.setColorAt(0, Theme::white(0.22));
-    shine.setColorAt(1, Theme::white(0));
-    Paint::fill(painter, face, 9, shine);
-    Paint::edge(painter, face, 9, Theme::black(0.5));
+    const double h = face.height();
+    const double left = face.left() + 0.08 * face.width();
+    QLinearGradient band(QPointF(left, face.top()), QPointF(left + 0.75 * h, face.top() + 0.32 * h));
+    band.setColorAt(0, Theme::white(0));
+    band.setColorAt(0.03, Theme::white(0.22));
+    band.setColorAt(0.55, Theme::white(0.09));
+    band.setColorAt(0.58, Theme::white(0.16));
+    band.setColorAt(0.72, Theme::white(0.05));
+    band.setColorAt(0.75, Theme::white(0));
+    Paint::fill(painter, face, faceRadius, band);
+    painter.save();
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.fillRect(face, Theme::vertical(face, Theme::black(1), Theme::black(0.12)));
+    painter.restore();
+    drawHood(painter, face);
+    Paint::edge(painter, face, faceRadius, Theme::black(0.5));
 }
 
 }  // namespace
@@ -144,6 +216,11 @@ double AnalogVU::vu() const {
 }
 
 QString AnalogVU::valueText() const { return QString::asprintf("%.0f VU", vu()); }
+
+std::optional<MeterLevel> AnalogVU::meteredLevel() const {
+    return MeterLevel{std::isfinite(vu()) ? std::clamp(vu(), marks.front(), marks.back()) : marks.front(),
+                      marks.front(), marks.back()};
+}
 
 void AnalogVU::setLevel(float value) {
     const bool peaked = vu() > fullScale;
@@ -202,42 +279,59 @@ void AnalogVU::resizeEvent(QResizeEvent*) {
 void AnalogVU::paint(QPainter& painter) {
     Paint::cached(painter, QStringLiteral("vu"), bezel(), [&](QPainter& canvas) {
         canvas.translate(-bezel().topLeft());
-        Paint::fill(canvas, bezel(), 16,
+        Paint::fill(canvas, bezel(), bezelRadius,
                     Theme::vertical(bezel(), Theme::rgb(0.2, 0.21, 0.25), Theme::rgb(0.08, 0.085, 0.1)));
-        Paint::edge(canvas, bezel(), 16, Theme::rim(bezel()));
-        drawFace(canvas, face());
+        Paint::edge(canvas, bezel(), bezelRadius, Theme::rim(bezel()));
+        drawFace(canvas, Paint::snapped(canvas, face()));
+        drawLampSeat(canvas, peakLamp());
     });
     drawNeedle(painter);
-    Paint::cached(painter, QStringLiteral("vu glass"), face(),
-                  [&](QPainter& canvas) { drawGlass(canvas, QRectF(QPointF(), face().size())); });
+    Paint::cached(painter, QStringLiteral("vu glass"), bezel(), [&](QPainter& canvas) {
+        canvas.translate(-bezel().topLeft());
+        drawGlass(canvas, Paint::snapped(canvas, face()));
+    });
     const bool peak = vu() > fullScale;
     if (peak) Paint::dropShadow(painter, peakLamp(), 3.5, {red(), 8, 0});
     Paint::fill(painter, peakLamp(), 3.5, peak ? Theme::rgb(1, 0.16, 0.1) : Theme::rgb(0.35, 0.12, 0.08));
     const QRectF caption(0, bezel().bottom() + 6, width(), captionHeight - 6);
     Paint::cached(painter, label, caption, [&](QPainter& canvas) {
         Paint::text(canvas, QRectF(QPointF(), caption.size()), Qt::AlignCenter, label,
-                    {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false});
+                    {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false, true});
     });
 }
 
+// In pieces that are low enough for the toolkit to draw them without starting other threads. They meet
+// on whole rows of pixels, so that no seams show between them.
 void AnalogVU::drawNeedle(QPainter& painter) const {
+    constexpr int pieces = 6;
     const QRectF area = face();
     const QPointF pivot = pivotOf(area);
+    const double h = area.height();
     const double angle = needle.position();
-    const QPointF tip = onCircle(pivot, needleLength * area.height(), angle);
-    // Pieces of a sixth are low enough for the toolkit to draw them without starting other threads.
-    constexpr int pieces = 6;
-    const QPointF base = onCircle(pivot, (pivotDepth - 1) * area.height(), angle);
+    const QPointF tip = onCircle(pivot, needleLength * h, angle);
+    const QPointF foot(pivot.x() +
+                           (area.bottom() - pivot.y()) / (tip.y() - pivot.y()) * (tip.x() - pivot.x()),
+                       area.bottom());
+    const double slant = std::cos(qDegreesToRadians(angle));  // a level cut is wider by its inverse
     painter.save();
     painter.setClipRect(area.adjusted(1, 1, -1, -1), Qt::IntersectClip);
-    const auto draw = [&](const QColor& color, double width, QPointF offset) {
-        painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap));
-        for (int i = 0; i < pieces; ++i)
-            painter.drawLine(base + (tip - base) * i / pieces + offset,
-                             base + (tip - base) * (i + 1) / pieces + offset);
+    painter.setPen(Qt::NoPen);
+    const auto draw = [&](const QColor& color, double broader, QPointF offset) {
+        painter.setBrush(color);
+        const auto cut = [&](int number) {
+            const double part = static_cast<double>(number) / pieces;
+            const QPointF middle = Paint::onPixelRow(painter, foot + (tip - foot) * part + offset);
+            const double half = (needleFoot + (needleTip - needleFoot) * part) * broader * h / slant / 2;
+            return std::pair(middle - QPointF(half, 0), middle + QPointF(half, 0));
+        };
+        for (int i = 0; i < pieces; ++i) {
+            const auto [lowLeft, lowRight] = cut(i);
+            const auto [highLeft, highRight] = cut(i + 1);
+            painter.drawConvexPolygon(QPolygonF{lowLeft, lowRight, highRight, highLeft});
+        }
     };
-    draw(Theme::black(0.22), 2.6, QPointF(2.5, 2.5));
-    draw(brown(), 1.6, {});
+    draw(Theme::rgb(0.2, 0.09, 0.01, 0.3), 1.6, QPointF(0.014, 0.016) * h);
+    draw(brown(), 1, {});
     painter.restore();
 }
 

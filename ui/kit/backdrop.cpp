@@ -1,9 +1,13 @@
 #include "ui/kit/backdrop.hpp"
 
+#include "ui/kit/finefill.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 
 #include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
 
 namespace Kit {
 
@@ -32,15 +36,48 @@ QImage lightShape(const QSizeF& size) {
     return image;
 }
 
+// The opacities of a row of the light shape, enlarged to `size`. Between the middles of the small row's
+// pixels they change evenly.
+void lightRow(const QImage& shape, const QSize& size, int row, std::span<float> opacities) {
+    constexpr float brightest = 0.06F;
+    const float down = std::clamp((static_cast<float>(row) + 0.5F) * static_cast<float>(shape.height()) /
+                                          static_cast<float>(size.height()) -
+                                      0.5F,
+                                  0.0F, static_cast<float>(shape.height()) - 1.001F);
+    const int above = static_cast<int>(down);
+    const auto small = [&](int x) {
+        const auto upper = static_cast<float>(qAlpha(shape.pixel(x, above)));
+        const auto lower = static_cast<float>(qAlpha(shape.pixel(x, above + 1)));
+        return (upper + (lower - upper) * (down - static_cast<float>(above))) * brightest / 255;
+    };
+    const float enlargement = static_cast<float>(size.width()) / static_cast<float>(shape.width());
+    const auto middleOf = [enlargement](int x) {
+        return (static_cast<float>(x) + 0.5F) * enlargement - 0.5F;
+    };
+    int x = 0;
+    for (int right = 0; right <= shape.width(); ++right) {
+        const float start = small(std::max(right - 1, 0));
+        const float slope = (small(std::min(right, shape.width() - 1)) - start) / enlargement;
+        const float from = middleOf(right - 1);
+        const int end = std::min(static_cast<int>(std::ceil(middleOf(right))), size.width());
+        for (; x < end; ++x)
+            opacities[static_cast<std::size_t>(x)] = start + slope * (static_cast<float>(x) - from);
+    }
+}
+
 }  // namespace
 
 void drawBackdrop(QPainter& painter, const QRectF& window) {
     Paint::cached(painter, QStringLiteral("backdrop"), window, [&](QPainter& canvas) {
-        const QRectF local(QPointF(), window.size());
-        canvas.fillRect(
-            local, Theme::vertical(local, Theme::rgb(0.25, 0.27, 0.31), Theme::rgb(0.086, 0.098, 0.114)));
-        canvas.setOpacity(0.06);
-        canvas.drawImage(local, lightShape(window.size()));
+        const QImage shape = lightShape(window.size());
+        Paint::fillFine(
+            canvas, QRectF(QPointF(), window.size()), 0,
+            {.color =
+                 [](double part) {
+                     return Paint::mixed(Theme::rgb(0.25, 0.27, 0.31), Theme::rgb(0.086, 0.098, 0.114), part);
+                 },
+             .light = [&shape](const QSize& size, int row,
+                               std::span<float> opacities) { lightRow(shape, size, row, opacities); }});
     });
 }
 

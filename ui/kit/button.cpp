@@ -17,6 +17,18 @@ bool activates(const QKeyEvent& event) {
 Button::Button(QWidget* parent)
     : Control(parent) {}
 
+QAccessible::Role Button::accessibleRole() const {
+    switch (use) {
+    case Use::action:
+        return QAccessible::Button;
+    case Use::toggle:
+        return QAccessible::CheckBox;
+    case Use::choice:
+        return QAccessible::RadioButton;
+    }
+    return QAccessible::Button;
+}
+
 void Button::activate() {
     if (isEnabled() && action) action();
 }

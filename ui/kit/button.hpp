@@ -11,9 +11,13 @@ class Button : public Control {
 public:
     using Action = std::function<void()>;
 
+    /// What a click does: something, switch something on and off, or choose one of a group.
+    enum class Use { action, toggle, choice };
+
     explicit Button(QWidget* parent);
 
-    QAccessible::Role accessibleRole() const override { return QAccessible::Button; }
+    void setUse(Use value) { use = value; }
+    QAccessible::Role accessibleRole() const override;
     void activate() override;
 
     Action action;
@@ -34,6 +38,7 @@ private:
 
     enum class Held { nothing, mouse, key };
 
+    Use use = Use::action;
     Held held = Held::nothing;
     bool pressed = false;  // held, and the mouse that holds it is over the button
 };

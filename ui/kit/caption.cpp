@@ -1,5 +1,6 @@
 #include "ui/kit/caption.hpp"
 
+#include "ui/kit/formats.hpp"
 #include "ui/kit/text.hpp"
 
 #include <QPainter>
@@ -16,14 +17,12 @@ Caption::Caption(const QString& text, const QFont& font, const QColor& color, QW
     , color(color) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    setAccessibleName(text);
 }
 
 void Caption::setText(const QString& value) {
     if (text == value) return;
     const QSize before = sizeHint();
     text = value;
-    setAccessibleName(value);
     if (sizeHint() != before) updateGeometry();
     update();
 }
@@ -54,8 +53,23 @@ QSize Caption::minimumSizeHint() const {
 void Caption::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    const bool isShaded = color == Theme::secondary;
     const Paint::Shadow shadow = shadowed ? Paint::Shadow{Theme::black(0.5), 2, 1} : Paint::Shadow{};
-    Paint::text(painter, rect(), alignment, text, {font, color, shadow, tabular});
+    Paint::text(painter, rect(), alignment, text, {font, color, shadow, tabular, isShaded});
+}
+
+Percentage::Percentage(const QString& name, const QFont& font, const QColor& color, QWidget* parent)
+    : Caption({}, font, color, parent) {
+    setAccessibleName(name);
+    setTabular(true);
+    reserveFor(Formats::percent(1));
+    hide();
+}
+
+void Percentage::setFraction(std::optional<double> value) {
+    done = value;
+    setText(done ? Formats::percent(*done) : QString());
+    setVisible(done.has_value());
 }
 
 }  // namespace Kit

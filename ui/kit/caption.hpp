@@ -5,6 +5,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <optional>
+
 namespace Kit {
 
 /// A line of text. Where its layout gives it less room than the text needs, the text is elided.
@@ -12,7 +14,9 @@ class Caption : public QWidget {
 public:
     Caption(const QString& text, const QFont& font, const QColor& color, QWidget* parent);
 
+    /// Of a new text screen readers are not told.
     void setText(const QString& text);
+    const QString& shownText() const { return text; }
     void setColor(const QColor& color);
     void setTabular(bool value) { tabular = value; }
     void setShadow(bool value) { shadowed = value; }
@@ -35,6 +39,18 @@ private:
     bool tabular = false;
     bool shadowed = false;
     Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+};
+
+/// How much of something is done, as "45%". Empty and hidden while nothing is being done.
+class Percentage final : public Caption {
+public:
+    Percentage(const QString& name, const QFont& font, const QColor& color, QWidget* parent);
+
+    void setFraction(std::optional<double> done);
+    double fraction() const { return done.value_or(0); }
+
+private:
+    std::optional<double> done;
 };
 
 }  // namespace Kit

@@ -1,7 +1,6 @@
 #include "ui/kit/control.hpp"
 
 #include "ui/kit/accessibility.hpp"
-#include "ui/kit/shadows.hpp"
 
 #include <QFocusEvent>
 #include <QPainter>
@@ -10,12 +9,11 @@ namespace Kit {
 
 Control::Control(QWidget* parent)
     : QWidget(parent) {
-    installAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover, false);
 }
 
-Control::Outline Control::outline() const { return {QRectF(rect()).adjusted(1, 1, -1, -1), 6}; }
+Control::Outline Control::outline() const { return {rect(), 7}; }
 
 void Control::stateChanged() {
     update();
@@ -39,9 +37,6 @@ void Control::paintEvent(QPaintEvent*) {
     const bool disabledAlone = !isEnabled() && (!parentWidget() || parentWidget()->isEnabled());
     painter.setOpacity(disabledAlone ? 0.4 * opacity : opacity);
     paint(painter);
-    if (!reachedByKeyboard || !hasFocus()) return;
-    const Outline ring = outline();
-    Paint::focusRing(painter, ring.shape, ring.radius);
 }
 
 void Control::enterEvent(QEnterEvent*) {
@@ -60,10 +55,17 @@ void Control::focusInEvent(QFocusEvent* event) {
     const Qt::FocusReason reason = event->reason();
     if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
         reachedByKeyboard = reason != Qt::MouseFocusReason;
+    if (reachedByKeyboard)
+        ring.show();
+    else
+        ring.hide();
     update();
 }
 
-void Control::focusOutEvent(QFocusEvent*) { update(); }
+void Control::focusOutEvent(QFocusEvent*) {
+    ring.hide();
+    update();
+}
 
 void Control::changeEvent(QEvent* event) {
     if (event->type() == QEvent::EnabledChange) {

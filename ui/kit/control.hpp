@@ -1,9 +1,20 @@
 #pragma once
 
+#include "ui/kit/focusring.hpp"
+
 #include <QAccessible>
 #include <QWidget>
 
+#include <optional>
+
 namespace Kit {
+
+/// A level and the ends of its scale, for screen readers.
+struct MeterLevel {
+    double level = 0;
+    double lowest = 0;
+    double highest = 0;
+};
 
 /// What all controls share: a drawing step, hover, a focus ring for keyboard users, and a name,
 /// role and value for screen readers. A control does not change what it shows by itself: it reports
@@ -15,9 +26,17 @@ public:
     virtual QAccessible::Role accessibleRole() const = 0;
     virtual QString valueText() const { return {}; }
 
-    /// Whether a click switches it on and off, and whether it is on. A selected tab is on, too.
-    virtual bool isCheckable() const { return false; }
+    /// What screen readers say of the value.
+    virtual QString spokenText() const { return valueText(); }
+
+    /// Whether it is on. The one that is chosen of a group is on, too.
     virtual bool isChecked() const { return false; }
+
+    /// Whether its list is open.
+    virtual bool isExpanded() const { return false; }
+
+    /// Of a control that only shows a level.
+    virtual std::optional<MeterLevel> meteredLevel() const { return std::nullopt; }
 
     /// What a click does.
     virtual void activate() {}
@@ -30,10 +49,7 @@ public:
     void setOpacity(double value);
 
 protected:
-    struct Outline {
-        QRectF shape;
-        double radius;
-    };
+    using Outline = Kit::Outline;
 
     /// With Option (Alt) or Shift held, drags and arrow keys change a value by this factor of what
     /// they change otherwise.
@@ -43,7 +59,7 @@ protected:
 
     virtual void paint(QPainter& painter) = 0;
 
-    /// Where the focus ring lies.
+    /// What the focus ring surrounds.
     virtual Outline outline() const;
 
     /// Redraws, and tells screen readers.
@@ -62,6 +78,7 @@ protected:
 private:
     bool hovered = false;
     bool reachedByKeyboard = false;
+    FocusRing ring{*this, [this] { return outline(); }};
     double opacity = 1;
 };
 

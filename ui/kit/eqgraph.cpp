@@ -111,11 +111,13 @@ void EQGraph::setHandles(std::vector<Handle> list) {
         if (!areIn(handle, list)) changed += areaOf(handle);
     for (const Handle& handle : list)
         if (!areIn(handle, handles)) changed += areaOf(handle);
-    handles = std::move(list);
+    const std::vector<Handle> before = std::exchange(handles, std::move(list));
     setFocusPolicy(handles.empty() ? Qt::NoFocus : Qt::StrongFocus);
     if (!handleOf(selected)) select(std::nullopt);
     update(changed);
-    notifyValueChanged(*this);
+    for (std::size_t i = 0; i < handles.size(); ++i)
+        if (i >= before.size() || before[i].description != handles[i].description)
+            notifyPartChanged(*this, static_cast<int>(i));
     if (press) return showUse();
     pointAt(pointer);
 }
@@ -136,15 +138,35 @@ QRect EQGraph::areaOf(const Handle& handle) const {
     return QRectF(placeOf(handle), QSizeF()).adjusted(-extent, -extent, extent, extent).toAlignedRect();
 }
 
-QString EQGraph::valueText() const {
-    if (const Handle* const handle = handleOf(selected)) return handle->description;
-    QStringList parts;
-    for (const Handle& handle : handles)
-        parts << handle.description;
-    if (parts.isEmpty())
-        for (const Curve& curve : curves)
-            parts << curve.id;
-    return parts.join(QStringLiteral("; "));
+QAccessible::Role EQGraph::accessibleRole() const {
+    return onDrag ? QAccessible::Chart : QAccessible::Graphic;
+}
+
+Parts::Part EQGraph::part(int index) const {
+    const Handle& handle = handles.at(static_cast<std::size_t>(index));
+    return {.name = handle.name,
+            .value = handle.description,
+            .isCurrent = handle.id == selected,
+            .place = areaOf(handle),
+            .number = handle.gain};
+}
+
+void EQGraph::choosePart(int index) { select(handles.at(static_cast<std::size_t>(index)).id); }
+
+Range EQGraph::partRange() const { return {bandGain.lowest, bandGain.highest}; }
+
+double EQGraph::partStep() const { return decibelsPerKey; }
+
+void EQGraph::proposePart(int index, double gain) {
+    const Handle handle = handles.at(static_cast<std::size_t>(index));  // the callback replaces them
+    onDrag(handle.id, handle.fc, gain);
+}
+
+// The focus of screen readers is on the selected handle.
+void EQGraph::tellFocus() {
+    if (!hasFocus()) return;
+    for (int i = 0; i < partCount(); ++i)
+        if (handles[static_cast<std::size_t>(i)].id == selected) notifyPartFocused(*this, i);
 }
 
 const EQGraph::Handle* EQGraph::handleOf(std::optional<int> id) const {
@@ -152,8 +174,8 @@ const EQGraph::Handle* EQGraph::handleOf(std::optional<int> id) const {
     return found == handles.end() ? nullptr : &*found;
 }
 
-// Those whose circle covers the point, the last one in the list first: without a selection it is drawn on
-// top. Where there are none, those within reach, the nearest first.
+// Those whose circle covers the point, the last one in the list first: it is drawn on top. Where there are
+// none, those within reach, the nearest first.
 std::vector<int> EQGraph::handlesAt(QPointF point) const {
     std::vector<std::pair<double, int>> near;
     for (const Handle& handle : handles)
@@ -177,7 +199,8 @@ void EQGraph::select(std::optional<int> id) {
     if (selected == id) return;
     selected = id;
     keyed.stop();
-    stateChanged();
+    update();
+    tellFocus();
     if (onSelect) onSelect(id);
     showUse();
 }
@@ -398,6 +421,7 @@ bool EQGraph::moveByKey(const QKeyEvent& event) {
 void EQGraph::focusInEvent(QFocusEvent* event) {
     const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     if (byKey && isMovable() && !selected) select(handles.front().id);
+    tellFocus();
     Control::focusInEvent(event);
 }
 
@@ -407,7 +431,7 @@ void EQGraph::focusOutEvent(QFocusEvent* event) {
     Control::focusOutEvent(event);
 }
 
-Control::Outline EQGraph::outline() const { return {plot().area.adjusted(-3, -3, 3, 3), 5}; }
+Control::Outline EQGraph::outline() const { return {plot().area, 3}; }
 
 void EQGraph::paint(QPainter& painter) {
     const EQPlot where = plot();
@@ -417,19 +441,8 @@ void EQGraph::paint(QPainter& painter) {
     drawCurves(painter);
     if (!lone.empty()) drawThinEQCurve(painter, where, lone, Theme::white(0.6));
     if (hasCross()) drawCross(painter);
-    for (const Handle* const handle : inDrawingOrder())
-        drawHandle(painter, *handle);
-}
-
-// From back to front.
-std::vector<const EQGraph::Handle*> EQGraph::inDrawingOrder() const {
-    std::vector<const Handle*> order;
     for (const Handle& handle : handles)
-        order.push_back(&handle);
-    for (const std::optional<int> front : {selected, marked})
-        std::stable_partition(order.begin(), order.end(),
-                              [front](const Handle* each) { return each->id != front; });
-    return order;
+        drawHandle(painter, handle);
 }
 
 void EQGraph::drawCross(QPainter& painter) const {
@@ -466,9 +479,8 @@ void EQGraph::drawHandle(QPainter& painter, const Handle& handle) const {
                         : handle.id == marked || handle.id == hovered ? 0.35
                                                                       : 0;
     if (ring > 0) Paint::edge(painter, circle.adjusted(-3, -3, 3, 3), radius + 3, Theme::white(ring), 1.5);
-    Paint::text(
-        painter, circle, Qt::AlignCenter, handle.label,
-        {Theme::font(9, QFont::Medium), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});
+    Paint::text(painter, circle, Qt::AlignCenter, handle.label,
+                {Theme::font(9), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});
 }
 
 }  // namespace Kit

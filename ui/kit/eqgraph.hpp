@@ -3,6 +3,7 @@
 #include "ui/kit/control.hpp"
 #include "ui/kit/eqplot.hpp"
 #include "ui/kit/notches.hpp"
+#include "ui/kit/parts.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/tag.hpp"
 
@@ -32,10 +33,10 @@ namespace Kit {
 ///
 /// A cross with frequency and level follows the pointer over the plot. The handle that the user points
 /// at or changes has its values in a tag, and the curve of its filter alone.
-class EQGraph final : public Control {
+class EQGraph final : public Control, public Parts {
 public:
     struct Curve {
-        QString id;  // also its name for screen readers
+        QString id;
         QColor color;
         std::vector<double> db;  // at each of `EQPlot::freqs`
         bool fill = false;       // shade the area between it and 0 dB
@@ -49,7 +50,8 @@ public:
         double gain = 0;   // dB
         QColor color;
         bool dimmed = false;
-        QString description = {};  // for screen readers
+        QString name = {};         // for screen readers
+        QString description = {};  // of its values, for screen readers
         QString readOut = {};      // for its tag
         bool operator==(const Handle&) const = default;
     };
@@ -94,8 +96,14 @@ public:
     /// The centre of the handle in the widget.
     QPointF placeOf(const Handle& handle) const;
 
-    QAccessible::Role accessibleRole() const override { return QAccessible::Chart; }
-    QString valueText() const override;
+    /// A chart with a slider for each handle; without handles to move, a picture.
+    QAccessible::Role accessibleRole() const override;
+    int partCount() const override { return isMovable() ? static_cast<int>(handles.size()) : 0; }
+    Part part(int index) const override;
+    void choosePart(int index) override;
+    Range partRange() const override;
+    double partStep() const override;
+    void proposePart(int index, double gain) override;
 
 protected:
     void paint(QPainter& painter) override;
@@ -131,8 +139,8 @@ private:
     const Handle* handleOf(std::optional<int> id) const;
     std::vector<int> handlesAt(QPointF point) const;
     std::optional<int> topmostAt(QPointF point) const;
+    void tellFocus();
     std::optional<int> handleInUse() const;
-    std::vector<const Handle*> inDrawingOrder() const;
     void pointAt(std::optional<QPointF> point);
     void showUse();
     void repaintHandle(std::optional<int> id);

@@ -55,7 +55,7 @@ void drawLevelLines(QPainter& painter, const EQPlot& plot) {
 }
 
 void drawLabels(QPainter& painter, const EQPlot& plot) {
-    const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary, {}, false};
+    const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary, {}, false, true};
     for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
         const QRectF place(plot.area.left() - 40, plot.y(db) - 6, 32, 12);
         Paint::text(painter, place, Qt::AlignRight | Qt::AlignVCenter,

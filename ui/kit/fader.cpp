@@ -13,9 +13,10 @@ namespace {
 
 constexpr double quantum = 0.1;
 constexpr int controlWidth = 64;
-constexpr double trackRadius = 22;
 constexpr double outsideTravel = 30;  // the part of the track's height that the cap cannot travel
 constexpr double capHeight = 26;
+constexpr double capRadius = 10;
+constexpr double trackRadius = capRadius + (outsideTravel - capHeight) / 2;  // around the cap at its ends
 constexpr int barWidth = 4;
 constexpr int barPitch = 9;
 constexpr int barPadding = 18;
@@ -23,7 +24,7 @@ constexpr int barPadding = 18;
 // With bars beside it the cap is narrower and the slot left of the middle.
 constexpr double capWidth = 44;
 constexpr double narrowCapWidth = 32;
-constexpr double slotBesideBars = 22;
+constexpr double slotBesideBars = 19;
 constexpr double centreOfBars = 50;
 
 // Arrow keys and the wheel move by `wideStep` on a range of more than `wideRange` (gains in dB), and by
@@ -41,7 +42,7 @@ Fader::Fader(const QString& title, Range range, double defaultValue, Format form
     , title(title)
     , look(look) {
     setAccessibleName(title);
-    setFixedWidth(controlWidth + 24);
+    setFixedWidth(controlWidth);
     setMinimumHeight(static_cast<int>(look.height) + labels);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     for (int i = 0; i < look.levels; ++i) {
@@ -71,7 +72,12 @@ double Fader::stepSize() const { return range.extent() > wideRange ? wideStep : 
 
 QRectF Fader::track() const {
     const double top = look.labelsBelow ? 0 : labels;
-    return {(width() - controlWidth) / 2.0, top, controlWidth, double(height() - labels)};
+    return {0, top, controlWidth, double(height() - labels)};
+}
+
+QRectF Fader::readOut() const {
+    const double top = look.labelsBelow ? track().bottom() + labelGap : 0;
+    return {0, top + labelLine, double(width()), labelLine};
 }
 
 Control::Outline Fader::outline() const { return {track(), trackRadius}; }
@@ -80,42 +86,105 @@ double Fader::slotCentre() const {
     return bars.empty() ? track().center().x() : track().left() + slotBesideBars;
 }
 
-QRectF Fader::cap() const {
+double Fader::placeOf(double value) const {
     const double travel = track().height() - outsideTravel;
-    const double top = track().top() + (outsideTravel - capHeight) / 2 + (1 - fraction()) * travel;
+    return track().top() + outsideTravel / 2 + (range.upper - value) / range.extent() * travel;
+}
+
+QRectF Fader::cap() const {
+    const double middle = placeOf(range.lower + fraction() * range.extent());
     const double width = bars.empty() ? capWidth : narrowCapWidth;
-    return {slotCentre() - width / 2, top, width, capHeight};
+    return {slotCentre() - width / 2, middle - capHeight / 2, width, capHeight};
 }
 
 double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) const {
     return start - range.extent() * translation.y() / (track().height() - outsideTravel);
 }
 
+// The values with a number beside the slot.
+std::vector<double> Fader::scale() const {
+    if (range.extent() > wideRange) return {range.upper, 0, -10, -20, -40, -60};
+    std::vector<double> whole;
+    for (double value = range.lower; value <= range.upper; ++value)
+        whole.push_back(value);
+    return whole;
+}
+
 void Fader::paint(QPainter& painter) {
+    const QString key = QStringLiteral("fader track %1 %2").arg(range.upper).arg(bars.size());
+    Paint::cached(painter, key, track(), [this](QPainter& canvas) {
+        canvas.translate(-track().topLeft());
+        drawTrack(canvas);
+    });
+    drawCap(painter);
+    drawTexts(painter);
+}
+
+void Fader::drawTrack(QPainter& painter) const {
     Paint::well(painter, track(), trackRadius);
     const QRectF slot(slotCentre() - 2, track().top() + 14, 4, track().height() - 28);
     Paint::fill(painter, slot, 2, Theme::black(0.55));
     Paint::edge(painter, slot, 2, Theme::recessRim(slot), 0.6);
+    for (const double value : scale())
+        drawMark(painter, value);
+}
 
+// A line at the left of the slot, and its value at the right.
+void Fader::drawMark(QPainter& painter, double value) const {
+    constexpr double fromSlot = 4.5;
+    constexpr double length = 4;
+    constexpr double numberSize = 8;
+    const double y = placeOf(value);
+    const double left = slotCentre() - fromSlot;
+    painter.setPen(QPen(Theme::faded(Theme::tick, 0.6), 1));
+    painter.drawLine(QPointF(left - length, y), QPointF(left, y));
+    const QRectF place(slotCentre() + fromSlot + 2, y - numberSize, controlWidth, 2 * numberSize);
+    Paint::text(painter, place, Qt::AlignLeft,
+                QString::asprintf(value > 0 && range.lower < 0 ? "+%.0f" : "%.0f", value),
+                {Theme::font(numberSize, QFont::Medium), Theme::secondary, {}, true});
+}
+
+void Fader::drawCap(QPainter& painter) const {
+    constexpr double room = 12;  // for the shadow around the cap
     const QRectF handle = cap();
     const bool bright = isHovered() || isDragging();
-    Paint::dropShadow(painter, handle, 10, {Theme::black(0.6), 6, 3});
-    Paint::cached(painter, QStringLiteral("fader cap %1").arg(int(bright)), handle, [&](QPainter& canvas) {
-        const QRectF local(QPointF(), handle.size());
-        Paint::fill(canvas, local, 10,
-                    Theme::vertical(local, Theme::rgb(0.30, 0.315, 0.36), Theme::rgb(0.17, 0.18, 0.215)));
-        if (bright) Paint::fill(canvas, local, 10, Theme::white(0.05));
-        Paint::edge(canvas, local, 10, Theme::rim(local));
-        QRectF grip(0, 0, local.width() - 16, 2.4);
-        grip.moveCenter(local.center());
-        Paint::fill(canvas, grip, 1.2, Theme::grey(0.92));
-    });
+    painter.save();
+    painter.setClipRect(Paint::snapped(painter, track()), Qt::IntersectClip);
+    Paint::cached(
+        painter, QStringLiteral("fader cap %1").arg(int(bright)), handle.adjusted(-room, -room, room, room),
+        [&](QPainter& canvas) {
+            const QRectF local(QPointF(room, room), handle.size());
+            Paint::dropShadow(canvas, local, capRadius, {Theme::black(0.6), 6, 3});
+            Paint::fill(canvas, local, capRadius,
+                        Theme::vertical(local, Theme::rgb(0.30, 0.315, 0.36), Theme::rgb(0.17, 0.18, 0.215)));
+            if (bright) Paint::fill(canvas, local, capRadius, Theme::white(0.08));
+            Paint::edge(canvas, local, capRadius, Theme::rim(local));
+            QRectF grip(0, 0, local.width() - 16, 2.4);
+            grip.moveCenter(local.center());
+            const QRectF groove = grip.adjusted(-2, -1.4, 2, 1.6);
+            Paint::fill(canvas, groove, groove.height() / 2, Theme::black(0.5));
+            Paint::edge(canvas, groove, groove.height() / 2,
+                        Theme::vertical(groove, Theme::black(0.3), Theme::white(0.16)), 0.6);
+            Paint::fill(canvas, grip, 1.2, Theme::grey(0.92));
+        });
+    painter.restore();
+}
 
-    const double top = look.labelsBelow ? track().bottom() + labelGap : 0;
-    Paint::text(painter, {0, top, double(width()), labelLine}, Qt::AlignCenter, title.toUpper(),
-                {Theme::font(12, QFont::DemiBold, 2), Theme::text, {}, false});
-    Paint::text(painter, {0, top + labelLine, double(width()), labelLine}, Qt::AlignCenter, valueText(),
-                {Theme::font(13, QFont::Medium), Theme::text, {}, true});
+// A caption that is too wide for the fader is set closer.
+void Fader::drawTexts(QPainter& painter) const {
+    constexpr double tracking = 2;
+    const QRectF number = readOut();
+    const QString caption = title.toUpper();
+    const auto styleOf = [](double between) {
+        return Paint::TextStyle{Theme::font(12, QFont::DemiBold, between), Theme::text, {}, false};
+    };
+    const double tooWide = Paint::textWidth(caption, styleOf(tracking)) - tracking - controlWidth;
+    const double closer = std::max(0.0, tooWide) / std::max(1.0, double(caption.size()) - 1);
+    Paint::text(painter, number.translated(0, -labelLine), Qt::AlignCenter, caption,
+                styleOf(tracking - closer));
+    if (!isEditing())
+        Paint::text(painter, number, Qt::AlignCenter, valueText(),
+                    {Theme::font(13, QFont::Medium), Theme::text, {}, true});
 }
 
 }  // namespace Kit

@@ -28,6 +28,9 @@ public:
 
     void setLevels(const std::vector<float>& levels);
 
+    /// The height, in the fader, of the middle of the cap at that value.
+    double placeOf(double value) const;
+
     double stepSize() const override;
     QSize sizeHint() const override;
     QAccessible::Role accessibleRole() const override { return QAccessible::Slider; }
@@ -37,11 +40,18 @@ protected:
     void paint(QPainter& painter) override;
     Outline outline() const override;
     void resizeEvent(QResizeEvent* event) override;
+    QRect editorPlace() const override { return readOut().toRect(); }
 
 private:
     QRectF track() const;
+    QRectF readOut() const;
     QRectF cap() const;
     double slotCentre() const;
+    std::vector<double> scale() const;
+    void drawTrack(QPainter& painter) const;
+    void drawMark(QPainter& painter, double value) const;
+    void drawCap(QPainter& painter) const;
+    void drawTexts(QPainter& painter) const;
 
     const QString title;
     const Look look;

@@ -6,8 +6,6 @@ namespace Formats {
 
 namespace {
 
-constexpr double centimetresPerMs = 34.3;
-
 // A small negative level would read "-0.0".
 double withoutNegativeZero(double db) { return std::abs(db) < 0.05 ? 0 : db; }
 
@@ -20,6 +18,8 @@ QString ratio(double ratio) { return QString::asprintf("%.1f : 1", ratio); }
 QString quality(double q) { return QString::asprintf("%.2f", q); }
 QString delay(double ms) { return QString::asprintf("%.2f ms", ms); }
 QString distance(double ms) { return QString::asprintf("%.1f cm", ms * centimetresPerMs); }
+
+QString spokenDelay(double ms) { return delay(ms) + QStringLiteral(", ") + distance(ms); }
 
 QString time(std::uint32_t ms) {
     return ms < 1000 ? QString::asprintf("%u ms", ms) : QString::asprintf("%.2f s", ms / 1000.0);

@@ -5,6 +5,7 @@
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
+#include <QConicalGradient>
 #include <QPainterPath>
 #include <QTimerEvent>
 
@@ -19,6 +20,12 @@ namespace {
 constexpr double sweep = 270;  // degrees, centred on straight up
 constexpr double dragForRange = 220;
 constexpr int ticks = 40;
+
+// In parts of the dial's size.
+constexpr double arcDiameter = 0.74;
+constexpr double arcWidth = 0.022;
+constexpr double capDiameter = 0.62;
+constexpr double topDiameter = 0.56;  // of the cap, within its chamfer
 
 // Degrees clockwise from straight up.
 double angleAt(double fraction) { return fraction * sweep - sweep / 2; }
@@ -38,7 +45,8 @@ Knob::Knob(QString title, Range range, double defaultValue, double step, Format 
            QWidget* parent)
     : ValueControl(range, defaultValue, step, std::move(format), parent)
     , title(std::move(title))
-    , look(std::move(look)) {
+    , look(std::move(look))
+    , usualSize(this->look.size) {
     setAccessibleName(this->title);
     setFixedSize(Knob::sizeHint());
 }
@@ -49,6 +57,11 @@ void Knob::setTitle(const QString& text) {
     update();
 }
 
+void Knob::setGrowth(double factor) {
+    look.size = usualSize * factor;
+    setFixedSize(Knob::sizeHint());
+}
+
 QSize Knob::sizeHint() const {
     const double height = look.size + readOutHeight(look.size) + captionHeight(look.size);
     const double caption =
@@ -57,9 +70,24 @@ QSize Knob::sizeHint() const {
             static_cast<int>(std::ceil(height)) + 4};
 }
 
+QRectF Knob::readOut() const {
+    return {0, dial().bottom() + 2, double(width()), readOutHeight(look.size) - 2};
+}
+
 QRectF Knob::dial() const { return {(width() - look.size) / 2, 2, look.size, look.size}; }
 
-Control::Outline Knob::outline() const { return {QRectF(rect()).adjusted(1, 1, -1, -1), 12}; }
+// The ring lies in the recess around the cap.
+Control::Outline Knob::outline() const {
+    const QRectF cap = circle(dial().center(), capDiameter * look.size);
+    return {cap, cap.height() / 2};
+}
+
+QRect Knob::editorPlace() const {
+    constexpr int editorHeight = 22;
+    QRect place(0, 0, width(), editorHeight);
+    place.moveCenter(readOut().center().toPoint());
+    return place;
+}
 
 double Knob::dragged(double start, QPointF translation, Qt::KeyboardModifiers modifiers) const {
     return start + factorFor(modifiers) * (translation.y() / -dragForRange * range.extent());
@@ -73,7 +101,7 @@ void Knob::showTag() {
 }
 
 void Knob::updateTag() {
-    if (isHovered() || isDragging() || lingering.isActive())
+    if ((isHovered() || isDragging() || lingering.isActive()) && !isEditing())
         showTag();
     else
         tag.hide();
@@ -119,6 +147,8 @@ bool Knob::event(QEvent* event) {
 
 void Knob::paint(QPainter& painter) {
     const bool bright = isHovered() || isDragging();
+    painter.save();
+    Paint::fit(painter, dial());
     Paint::cached(painter, QStringLiteral("knob %1 %2 %3").arg(look.minLabel, look.maxLabel).arg(int(bright)),
                   dial(), [&](QPainter& canvas) {
                       canvas.translate(-dial().topLeft());
@@ -126,10 +156,30 @@ void Knob::paint(QPainter& painter) {
                   });
     drawArc(painter);
     drawPointer(painter);
+    painter.restore();
     drawTexts(painter);
 }
 
 void Knob::drawDial(QPainter& painter) const {
+    drawGroove(painter);
+    drawTicks(painter);
+    drawEndLabel(painter, look.minLabel, -sweep / 2 - 14);
+    drawEndLabel(painter, look.maxLabel, sweep / 2 + 14);
+    drawCap(painter);
+}
+
+// Where the value arc is not lit.
+void Knob::drawGroove(QPainter& painter) const {
+    const QPainterPath whole = arcBetween(0, 1);
+    const double width = (arcWidth + 0.012) * look.size;
+    painter.setBrush(Qt::NoBrush);
+    painter.strokePath(whole.translated(0, 0.006 * look.size),
+                       QPen(Theme::white(0.07), width, Qt::SolidLine, Qt::RoundCap));
+    painter.strokePath(whole, QPen(Theme::well, width, Qt::SolidLine, Qt::RoundCap));
+    painter.strokePath(whole, QPen(Theme::black(0.25), arcWidth * look.size, Qt::SolidLine, Qt::RoundCap));
+}
+
+void Knob::drawTicks(QPainter& painter) const {
     const QPointF centre = dial().center();
     const double half = look.size / 2;
     for (int i = 0; i <= ticks; ++i) {
@@ -141,16 +191,21 @@ void Knob::drawDial(QPainter& painter) const {
                             Qt::RoundCap));
         painter.drawLine(onCircle(centre, outer - length, angle), onCircle(centre, outer, angle));
     }
-    drawEndLabel(painter, look.minLabel, -sweep / 2 - 14);
-    drawEndLabel(painter, look.maxLabel, sweep / 2 + 14);
-    drawCap(painter);
 }
 
 void Knob::drawEndLabel(QPainter& painter, const QString& text, double angle) const {
     QRectF place(0, 0, look.size, look.size * 0.11);
     place.moveCenter(onCircle(dial().center(), 0.95 * look.size / 2, angle));
     Paint::text(painter, place, Qt::AlignCenter, text,
-                {Theme::font(0.085 * look.size), Theme::secondary, {}, false});
+                {Theme::font(0.085 * look.size), Theme::secondary, {}, false, true});
+}
+
+QPainterPath Knob::arcBetween(double from, double to) const {
+    QPainterPath arc;
+    const QRectF round = circle(dial().center(), arcDiameter * look.size);
+    arc.arcMoveTo(round, 90 - angleAt(from));
+    arc.arcTo(round, 90 - angleAt(from), -sweep * (to - from));
+    return arc;
 }
 
 void Knob::drawArc(QPainter& painter) const {
@@ -158,12 +213,9 @@ void Knob::drawArc(QPainter& painter) const {
     const double from = std::min(start, fraction());
     const double to = std::max(start, fraction());
     if (to - from < 1e-6) return;
-    QPainterPath arc;
-    const QRectF round = circle(dial().center(), 0.74 * look.size);
-    arc.arcMoveTo(round, 90 - angleAt(from));
-    arc.arcTo(round, 90 - angleAt(from), -sweep * (to - from));
-    const QPen pen(Theme::accent, 0.022 * look.size, Qt::SolidLine, Qt::RoundCap);
-    Paint::glowingStroke(painter, arc, pen, Theme::faded(Theme::accent, 0.6), 0.035 * look.size);
+    const QPen pen(Theme::accent, arcWidth * look.size, Qt::SolidLine, Qt::RoundCap);
+    Paint::glowingStroke(painter, arcBetween(from, to), pen, Theme::faded(Theme::accent, 0.6),
+                         0.035 * look.size);
 }
 
 void Knob::drawCap(QPainter& painter) const {
@@ -174,33 +226,72 @@ void Knob::drawCap(QPainter& painter) const {
     Paint::innerShadow(painter, ring, ring.height() / 2, {Theme::black(0.7), 4, 3});
     Paint::edge(painter, ring, ring.height() / 2, Theme::recessRim(ring), 0.8);
 
-    const QRectF cap = circle(centre, 0.62 * look.size);
+    const QRectF cap = circle(centre, capDiameter * look.size);
     const double radius = cap.height() / 2;
     Paint::dropShadow(painter, cap, radius, {Theme::black(0.6), 0.09 * look.size, 0.045 * look.size});
     Paint::fill(painter, cap, radius,
                 Theme::vertical(cap, Theme::rgb(0.255, 0.27, 0.315), Theme::rgb(0.15, 0.16, 0.19)));
+    drawSheen(painter, cap);
+    if (bright) Paint::fill(painter, cap, radius, Theme::white(0.07));
+    drawChamfer(painter);
     Paint::innerShadow(painter, cap, radius,
-                       {Theme::white(bright ? 0.32 : 0.2), 0.03 * look.size, 0.014 * look.size});
+                       {Theme::white(bright ? 0.4 : 0.2), 0.03 * look.size, 0.014 * look.size});
     Paint::innerShadow(painter, cap, radius, {Theme::black(0.4), 0.07 * look.size, -0.035 * look.size});
     Paint::edge(painter, cap, radius,
-                Theme::vertical(cap, Theme::white(bright ? 0.4 : 0.25), Theme::black(0.3)));
+                Theme::vertical(cap, Theme::white(bright ? 0.6 : 0.3), Theme::black(0.35)));
 }
 
+// The reflection of the light on turned metal. It stays in place while the knob turns.
+void Knob::drawSheen(QPainter& painter, const QRectF& cap) const {
+    constexpr double light = 115;  // degrees, counted from the right against the clock
+    QConicalGradient sheen(cap.center(), light);
+    for (const double turn : {0.0, 0.5, 1.0})
+        sheen.setColorAt(turn, Theme::white(0.075));
+    for (const double turn : {0.13, 0.37, 0.63, 0.87})
+        sheen.setColorAt(turn, Theme::white(0));
+    for (const double turn : {0.25, 0.75})
+        sheen.setColorAt(turn, Theme::black(0.07));
+    Paint::fill(painter, cap, cap.height() / 2, sheen);
+}
+
+// The slanted ring around the top of the cap: lit above, dark below.
+void Knob::drawChamfer(QPainter& painter) const {
+    const double width = (capDiameter - topDiameter) / 2 * look.size;
+    const QRectF cap = circle(dial().center(), capDiameter * look.size);
+    QLinearGradient slant(cap.topLeft(), cap.bottomLeft());
+    slant.setColorAt(0, Theme::white(0.17));
+    slant.setColorAt(0.4, Theme::white(0.02));
+    slant.setColorAt(0.6, Theme::black(0.08));
+    slant.setColorAt(1, Theme::black(0.38));
+    Paint::edge(painter, cap, cap.height() / 2, slant, width);
+    const QRectF top = circle(dial().center(), topDiameter * look.size);
+    Paint::edge(painter, top, top.height() / 2, Theme::vertical(top, Theme::black(0.22), Theme::white(0.1)),
+                0.8);
+}
+
+// A white line in a slot.
 void Knob::drawPointer(QPainter& painter) const {
     const QPointF centre = dial().center();
     const double angle = angleAt(fraction());
-    const double radius = 0.31 * look.size;
-    painter.setPen(QPen(Theme::grey(0.93), 0.024 * look.size, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(onCircle(centre, 0.42 * radius, angle), onCircle(centre, 0.86 * radius, angle));
+    const double radius = capDiameter / 2 * look.size;
+    const QLineF line(onCircle(centre, 0.42 * radius, angle), onCircle(centre, 0.86 * radius, angle));
+    const auto draw = [&](const QColor& color, double width, double down) {
+        painter.setPen(QPen(color, width * look.size, Qt::SolidLine, Qt::RoundCap));
+        painter.drawLine(line.translated(0, down * look.size));
+    };
+    draw(Theme::white(0.12), 0.04, 0.005);
+    draw(Theme::black(0.6), 0.04, 0);
+    draw(Theme::grey(0.93), 0.024, 0);
 }
 
 void Knob::drawTexts(QPainter& painter) const {
-    QRectF line(0, dial().bottom() + 2, width(), readOutHeight(look.size) - 2);
-    Paint::text(painter, line, Qt::AlignCenter, valueText(),
-                {Theme::font(readOutSize(look.size), QFont::Medium), Theme::text, {}, true});
-    line = {0, line.bottom(), double(width()), captionHeight(look.size)};
-    Paint::text(painter, line, Qt::AlignCenter, title.toUpper(),
-                {Theme::font(captionSize(look.size), QFont::DemiBold, 2), Theme::secondary, {}, false});
+    const QRectF number = readOut();
+    if (!isEditing())
+        Paint::text(painter, number, Qt::AlignCenter, valueText(),
+                    {Theme::font(readOutSize(look.size), QFont::Medium), Theme::text, {}, true});
+    const QRectF caption(0, number.bottom(), width(), captionHeight(look.size));
+    Paint::text(painter, caption, Qt::AlignCenter, title.toUpper(),
+                {Theme::font(captionSize(look.size), QFont::DemiBold, 2), Theme::secondary, {}, false, true});
 }
 
 }  // namespace Kit

@@ -5,6 +5,7 @@
 
 #include <QBasicTimer>
 
+#include <QPainterPath>
 #include <QString>
 
 namespace Kit {
@@ -26,6 +27,9 @@ public:
     /// Changes the caption. Neither the size of the knob nor its accessible name changes.
     void setTitle(const QString& title);
 
+    /// Draws the knob larger than its look says.
+    void setGrowth(double factor);
+
     QSize sizeHint() const override;
 
 protected:
@@ -35,13 +39,20 @@ protected:
     void valueChanged() override { updateTag(); }
     void paint(QPainter& painter) override;
     Outline outline() const override;
+    QRect editorPlace() const override;
 
 private:
     QRectF dial() const;
+    QRectF readOut() const;
+    QPainterPath arcBetween(double from, double to) const;
     void drawDial(QPainter& painter) const;
     void drawEndLabel(QPainter& painter, const QString& text, double angle) const;
+    void drawGroove(QPainter& painter) const;
+    void drawTicks(QPainter& painter) const;
     void drawArc(QPainter& painter) const;
     void drawCap(QPainter& painter) const;
+    void drawSheen(QPainter& painter, const QRectF& cap) const;
+    void drawChamfer(QPainter& painter) const;
     void drawPointer(QPainter& painter) const;
     void drawTexts(QPainter& painter) const;
 
@@ -50,7 +61,8 @@ private:
     void linger();
 
     QString title;
-    const Look look;
+    Look look;
+    const double usualSize;
     Tag tag{this};
     QBasicTimer lingering;  // runs for a while after a key or a notch
 };

@@ -19,8 +19,6 @@ public:
     LampSwitch(const QString& name, QWidget* parent);
 
     void setOn(bool value);
-    QAccessible::Role accessibleRole() const override { return QAccessible::CheckBox; }
-    bool isCheckable() const override { return true; }
     bool isChecked() const override { return on; }
 
 protected:

@@ -16,10 +16,10 @@ namespace {
 constexpr double emptyLevel = -60;
 constexpr double fullLevel = 6;
 constexpr double glowBlur = 3;
-constexpr double pictureHeight = 256;  // of the lit bar that the kept pictures are parts of
+constexpr int pictureHeight = 512;  // of the lit bar in the kept picture, in device pixels
 
-void drawLit(QPainter& painter, const QRectF& bar, double radius) {
-    Paint::dropShadow(painter, bar, radius, {Theme::faded(Theme::accent, 0.9), glowBlur, 0});
+void drawLit(QPainter& painter, const QRectF& bar, double radius, double blur) {
+    Paint::dropShadow(painter, bar, radius, {Theme::faded(Theme::accent, 0.9), blur, 0});
     QLinearGradient heat(bar.topLeft(), bar.bottomLeft());
     heat.setColorAt(0, Theme::rgb(1.0, 0.75, 0.4));
     heat.setColorAt(0.5, Theme::accent);
@@ -64,31 +64,36 @@ QString MeterBar::valueText() const {
     return std::isfinite(level) ? Formats::decibels(level) : QStringLiteral("—");
 }
 
+std::optional<MeterLevel> MeterBar::meteredLevel() const {
+    return MeterLevel{emptyLevel + fractionOf(level) * (fullLevel - emptyLevel), emptyLevel, fullLevel};
+}
+
 // Bars are redrawn many times a second. The toolkit fills tall shapes with several threads, which costs
-// more than it saves. The lit part is therefore made of kept pictures: its two ends, and between them one
-// that is stretched to the height needed.
+// more than it saves. The lit part is therefore a kept picture whose middle is stretched to the height
+// needed. All of it lies on whole device pixels, so that all bars are equally wide.
 void MeterBar::paint(QPainter& painter) {
     const QRectF track((width() - barWidth) / 2, glow, barWidth, height() - 2 * glow);
-    Paint::cached(painter, QStringLiteral("meter track"), rect(), [&](QPainter& canvas) {
-        Paint::fill(canvas, track, barWidth / 2, Theme::faded(Theme::accent, 0.12));
+    Paint::cached(painter, QStringLiteral("meter track"), track, [&](QPainter& canvas) {
+        Paint::fill(canvas, QRectF(QPointF(), track.size()), barWidth / 2, Theme::faded(Theme::accent, 0.12));
     });
-    const double lit = litHeight(fill.position());
+    const double ratio = Paint::ratioOf(painter);
+    const QRect bar = Paint::pixelsOf(painter, track);
+    const int lit = static_cast<int>(std::round(litHeight(fill.position()) / track.height() * bar.height()));
     if (lit < 1) return;
-    const double end = std::min(std::ceil(barWidth / 2), lit / 2);
-    const double top = track.bottom() - lit;
-    const auto drawEnd = [&](const QString& part, const QRectF& place, double offset) {
-        Paint::cached(painter, part + QString::number(end), place, [&](QPainter& canvas) {
-            drawLit(canvas, QRectF(track.left(), offset, barWidth, pictureHeight), end);
-        });
-    };
-    drawEnd(QStringLiteral("meter top "), QRectF(0, top - glow, width(), glow + end), glow);
-    drawEnd(QStringLiteral("meter bottom "), QRectF(0, track.bottom() - end, width(), end + glow),
-            end - pictureHeight);
-    if (lit <= 2 * end) return;
-    Paint::stretched(painter, QStringLiteral("meter middle"), QSizeF(width(), pictureHeight - 2 * end),
-                     QRectF(0, top + end, width(), lit - 2 * end), [&](QPainter& canvas) {
-                         drawLit(canvas, QRectF(track.left(), -end, barWidth, pictureHeight), end);
-                     });
+    const int margin = static_cast<int>(std::ceil(glow * ratio));
+    const int end = std::min((bar.width() + 1) / 2, lit / 2);
+    const QString key = Paint::keyOf("lit meter", {double(bar.width()), double(end), ratio}, {});
+    const QPixmap picture = Paint::kept(key, [&] {
+        QPixmap pixmap(bar.width() + 2 * margin, pictureHeight + 2 * margin);
+        pixmap.fill(Qt::transparent);
+        QPainter canvas(&pixmap);
+        canvas.setRenderHint(QPainter::Antialiasing);
+        drawLit(canvas, QRectF(margin, margin, bar.width(), pictureHeight), end, glowBlur * ratio);
+        return pixmap;
+    });
+    const QRect place(bar.left(), bar.bottom() + 1 - lit, bar.width(), lit);
+    Paint::drawStretched(painter, place.adjusted(-margin, -margin, margin, margin), picture,
+                         {margin, margin + end});
 }
 
 }  // namespace Kit

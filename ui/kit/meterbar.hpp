@@ -22,6 +22,7 @@ public:
 
     QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
     QString valueText() const override;
+    std::optional<MeterLevel> meteredLevel() const override;
 
 protected:
     void paint(QPainter& painter) override;

@@ -15,7 +15,6 @@ namespace {
 
 constexpr int wellWidth = 64;
 constexpr int wellPadding = 18;
-constexpr int sidePadding = 13;
 constexpr int barWidth = 4;
 
 }  // namespace
@@ -30,7 +29,7 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
     field->setMinimumHeight(height);
     for (int i = 0; i < outputs; ++i) {
         bars.push_back(new MeterBar(barWidth, field));
-        bars.back()->setAccessibleName(QStringLiteral("Saída %1").arg(i + 1));
+        bars.back()->setAccessibleName(QStringLiteral("Nível, Saída %1").arg(i + 1));
     }
     auto* const title =
         new Caption(QStringLiteral("SAÍDAS"), Theme::font(12, QFont::Normal, 2), Theme::text, this);
@@ -40,16 +39,17 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
     peak->reserveFor(QStringLiteral("-88.8 dB"));
     title->setFixedHeight(Fader::labelLine);
     peak->setFixedHeight(Fader::labelLine);
+    rows->addWidget(title, 0, Qt::AlignHCenter);
+    rows->addSpacing(Fader::labelGap);
     rows->addWidget(field, 1, Qt::AlignHCenter);
     rows->addSpacing(Fader::labelGap);
-    rows->addWidget(title, 0, Qt::AlignHCenter);
     rows->addWidget(peak, 0, Qt::AlignHCenter);
     setLevels({});
 }
 
 void OutputMeters::resizeEvent(QResizeEvent*) {
-    const double pitch = (wellWidth - 2.0 * sidePadding - barWidth) / (static_cast<double>(bars.size()) - 1);
-    double left = sidePadding;
+    const double pitch = (wellWidth - 2.0 * wellPadding - barWidth) / (static_cast<double>(bars.size()) - 1);
+    double left = wellPadding;
     for (MeterBar* const bar : bars) {
         bar->setGeometry(static_cast<int>(std::round(left)) - MeterBar::glow, wellPadding - MeterBar::glow,
                          bar->width(), field->height() - 2 * (wellPadding - MeterBar::glow));

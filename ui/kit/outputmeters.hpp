@@ -8,7 +8,7 @@
 
 namespace Kit {
 
-/// The levels of the outputs as bars side by side, with the highest as a number below.
+/// The levels of the outputs as bars side by side under their title, with the highest as a number below.
 class OutputMeters final : public QWidget {
 public:
     /// `outputs`: two or more. `height`: the least of the field of bars, which grows with its layout.

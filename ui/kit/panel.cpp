@@ -1,12 +1,14 @@
 #include "ui/kit/panel.hpp"
 
 #include "ui/kit/caption.hpp"
+#include "ui/kit/finefill.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 
 #include <QPaintEvent>
-#include <QRadialGradient>
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace Kit {
@@ -20,12 +22,27 @@ constexpr double farBlur = 34;
 constexpr double farOffset = 26;
 constexpr int shadowReach = static_cast<int>(Paint::blurReach * farBlur + farOffset);
 
+// Light from the top left corner, which fades with the distance.
+void lightRow(double reach, int row, std::span<float> opacities) {
+    constexpr float brightest = 0.07F;
+    const auto down = static_cast<float>(row) + 0.5F;
+    const auto slope = brightest / static_cast<float>(reach);
+    std::ranges::fill(opacities, 0.0F);
+    if (down > static_cast<float>(reach)) return;
+    for (std::size_t i = 0; i < opacities.size(); ++i) {
+        const auto across = static_cast<float>(static_cast<int>(i)) + 0.5F;
+        opacities[i] = std::max(0.0F, brightest - slope * std::sqrt(across * across + down * down));
+    }
+}
+
 void drawPlate(QPainter& painter, const QRectF& plate) {
-    Paint::fill(painter, plate, cornerRadius, Theme::vertical(plate, Theme::panelTop, Theme::panelBottom));
-    QRadialGradient light(plate.topLeft(), 520);
-    light.setColorAt(0, Theme::white(0.07));
-    light.setColorAt(1, Theme::white(0));
-    Paint::fill(painter, plate, cornerRadius, light);
+    constexpr double lightReach = 520;
+    const double reach = lightReach * Paint::ratioOf(painter);
+    Paint::fillFine(
+        painter, plate, cornerRadius,
+        {.color = [](double part) { return Paint::mixed(Theme::panelTop, Theme::panelBottom, part); },
+         .light = [reach](const QSize&, int row,
+                          std::span<float> opacities) { lightRow(reach, row, opacities); }});
     Paint::innerShadow(painter, plate, cornerRadius, {Theme::white(0.10), 3, 2});
     Paint::innerShadow(painter, plate, cornerRadius, {Theme::black(0.35), 14, -10});
     Paint::edge(painter, plate, cornerRadius, Theme::rim(plate));
@@ -60,7 +77,10 @@ Panel::Panel(const QString& title, QWidget* parent)
 
 void Panel::setTrailing(QWidget* view) { header->addWidget(view, 0, Qt::AlignRight | Qt::AlignVCenter); }
 
-void Panel::drawShadows(QPainter& painter, const QRectF& plate) {
+void Panel::reserveTitleRow(int height) { header->addStrut(height); }
+
+void Panel::drawShadows(QPainter& painter, const QRectF& bounds) {
+    const QRectF plate = Paint::snapped(painter, bounds);
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.55), farBlur, farOffset});
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.45), 4, 3});
 }

@@ -15,6 +15,10 @@ public:
     /// Puts `view` at the right of the title row. The panel must have a title.
     void setTrailing(QWidget* view);
 
+    /// Gives the title row at least that height. Titles of panels side by side are then on one line,
+    /// whatever stands at their right.
+    void reserveTitleRow(int height);
+
     QBoxLayout& content() { return *body; }
 
     static void drawShadows(QPainter& painter, const QRectF& plate);

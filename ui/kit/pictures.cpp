@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace Paint {
 
@@ -15,47 +16,37 @@ namespace {
 // Enough for all pictures of a window on a large screen with two device pixels per logical pixel.
 constexpr int cacheKilobytes = 96 * 1024;
 
-// Draws a picture over `target`, which is in device pixels, without smoothing. Meters repaint many
-// small rectangles of a window at once. With all of them as the clip, or with smoothing on, the
+// Draws a part of a picture over `target`, which is in device pixels, without smoothing. Meters repaint
+// many small rectangles of a window at once. With all of them as the clip, or with smoothing on, the
 // toolkit blends the picture line by line in several threads. With one rectangle at a time as the
 // clip it copies whole blocks, which takes a tenth of the time.
-void copyPicture(QPainter& painter, const QRectF& target, const QPixmap& picture) {
-    const double ratio = ratioOf(painter);
+void copyPicture(QPainter& painter, const QRect& target, const QPixmap& picture, const QRect& source) {
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-    painter.scale(1 / ratio, 1 / ratio);
-    const QTransform& device = painter.deviceTransform();
+    painter.setTransform(painter.deviceTransform().inverted(), true);
     const QRegion parts = painter.paintEngine()->systemClip();
-    if (parts.rectCount() < 2 || device.type() > QTransform::TxTranslate) {
-        painter.drawPixmap(target, picture, picture.rect());
+    if (parts.rectCount() < 2) {
+        painter.drawPixmap(target, picture, source);
     } else {
         for (const QRect& part : parts) {
-            const QRectF piece = QRectF(part).translated(-device.dx(), -device.dy()) & target;
+            const QRect piece = part & target;
             if (piece.isEmpty()) continue;
             painter.save();
             painter.setClipRect(piece, Qt::IntersectClip);
-            painter.drawPixmap(target, picture, picture.rect());
+            painter.drawPixmap(target, picture, source);
             painter.restore();
         }
     }
     painter.restore();
 }
 
-// In device pixels. A picture that starts within a pixel covers a part of one more.
-QSize sizeOf(const QSizeF& size, double ratio, QPointF offset) {
-    return {static_cast<int>(std::ceil(size.width() * ratio + offset.x())),
-            static_cast<int>(std::ceil(size.height() * ratio + offset.y()))};
-}
-
-void drawInto(QPixmap& pixmap, double ratio, QPointF offset, const Drawing& draw) {
-    pixmap.setDevicePixelRatio(ratio);
+// Draws on a canvas whose logical size exactly fills it.
+void drawInto(QPixmap& pixmap, const QSizeF& size, const Drawing& draw) {
     pixmap.fill(Qt::transparent);
     QPainter canvas(&pixmap);
     canvas.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    canvas.translate(offset / ratio);
+    canvas.scale(pixmap.width() / size.width(), pixmap.height() / size.height());
     draw(canvas);
-    canvas.end();
-    pixmap.setDevicePixelRatio(1);
 }
 
 // A picture without transparent pixels is kept in a format without alpha: it is copied instead of
@@ -70,45 +61,56 @@ QPixmap withoutNeedlessAlpha(const QPixmap& pixmap) {
     return QPixmap::fromImage(image.convertToFormat(QImage::Format_RGB32));
 }
 
-QPixmap keptPicture(const QString& key, const QSizeF& size, double ratio, QPointF offset,
-                    const Drawing& draw) {
-    const QString whole = key + keyOf("", {size.width(), size.height(), ratio, offset.x(), offset.y()}, {});
-    return kept(whole, [&] {
-        QPixmap pixmap(sizeOf(size, ratio, offset));
-        drawInto(pixmap, ratio, offset, draw);
-        return withoutNeedlessAlpha(pixmap);
-    });
-}
-
 }  // namespace
 
 void cached(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw) {
     if (isClippedAway(painter, bounds)) return;
-    const double ratio = ratioOf(painter);
-    const QPointF offset = offsetInPixel(painter, bounds.topLeft());
-    const QPixmap picture = keptPicture(key, bounds.size(), ratio, offset, draw);
-    copyPicture(painter, QRectF(bounds.topLeft() * ratio - offset, picture.size()), picture);
-}
-
-void stretched(QPainter& painter, const QString& key, const QSizeF& size, const QRectF& target,
-               const Drawing& draw) {
-    const QPixmap picture = keptPicture(key, size, ratioOf(painter), {}, draw);
-    copyPicture(painter, scaled(target, ratioOf(painter)), picture);
+    const QRect place = pixelsOf(painter, bounds);
+    if (place.isEmpty()) return;
+    const QSizeF size = bounds.size();
+    const QString whole =
+        key + keyOf("", {size.width(), size.height(), double(place.width()), double(place.height())}, {});
+    const QPixmap picture = kept(whole, [&] {
+        QPixmap pixmap(place.size());
+        drawInto(pixmap, size, draw);
+        return withoutNeedlessAlpha(pixmap);
+    });
+    copyPicture(painter, place, picture, picture.rect());
 }
 
 void Picture::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing) {
     if (isClippedAway(painter, bounds)) return;
-    const double newRatio = ratioOf(painter);
-    const QPointF newOffset = offsetInPixel(painter, bounds.topLeft());
-    const QSize size = sizeOf(bounds.size(), newRatio, newOffset);
-    if (!valid || pixmap.size() != size || ratio != newRatio || offset != newOffset) {
-        if (pixmap.size() != size) pixmap = QPixmap(size);
-        drawInto(pixmap, newRatio, newOffset, drawing);
-        ratio = newRatio;
-        offset = newOffset;
+    const QRect place = pixelsOf(painter, bounds);
+    if (place.isEmpty()) return;
+    if (!valid || pixmap.size() != place.size() || size != bounds.size()) {
+        if (pixmap.size() != place.size()) pixmap = QPixmap(place.size());
+        size = bounds.size();
+        drawInto(pixmap, size, drawing);
         valid = true;
     }
-    copyPicture(painter, QRectF(bounds.topLeft() * ratio - offset, pixmap.size()), pixmap);
+    copyPicture(painter, place, pixmap, pixmap.rect());
+}
+
+void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner,
+                   Middle middle) {
+    struct Span {
+        int from, length, to, extent;
+        bool stretches;
+    };
+    const auto spans = [](int length, int start, int extent, int end) {
+        if (extent == length) return std::vector<Span>{{0, length, start, length, false}};
+        return std::vector<Span>{
+            {0, end, start, end, false},
+            {end, length - 2 * end, start + end, extent - 2 * end, true},
+            {length - end, end, start + extent - end, end, false},
+        };
+    };
+    for (const Span& y : spans(picture.height(), target.top(), target.height(), corner.height()))
+        for (const Span& x : spans(picture.width(), target.left(), target.width(), corner.width())) {
+            if (middle == Middle::empty && x.stretches && y.stretches) continue;
+            copyPicture(painter, {x.to, y.to, x.extent, y.extent}, picture,
+                        {x.from, y.from, x.length, y.length});
+        }
 }
 
 QPixmap kept(const QString& key, const std::function<QPixmap()>& make) {
@@ -127,20 +129,36 @@ QString keyOf(const char* what, std::initializer_list<double> numbers, const QCo
     return key + u' ' + QString::number(color.rgba64(), 16);
 }
 
+// Pictures that fill whole device pixels are drawn with a ratio that is slightly off. Rounding lets them
+// share the blurred shapes.
 double ratioOf(const QPainter& painter) {
+    constexpr double parts = 64;
     const QTransform& device = painter.deviceTransform();
-    return std::hypot(device.m11(), device.m12());
+    return std::round(std::hypot(device.m11(), device.m12()) * parts) / parts;
 }
 
-// In eighths of a pixel: pictures for places that differ by less look the same, and share one.
-QPointF offsetInPixel(const QPainter& painter, QPointF point) {
-    constexpr double parts = 8;
-    const QPointF device = painter.deviceTransform().map(point);
-    const auto rest = [](double place) { return std::round((place - std::floor(place)) * parts) / parts; };
-    return {rest(device.x()), rest(device.y())};
+// As the toolkit rounds the rectangles to which it clips the painting of widgets.
+QRect pixelsOf(const QPainter& painter, const QRectF& bounds) {
+    return painter.deviceTransform().mapRect(bounds).toRect();
 }
 
-QRectF scaled(const QRectF& rect, double ratio) { return {rect.topLeft() * ratio, rect.size() * ratio}; }
+QRectF snapped(const QPainter& painter, const QRectF& bounds) {
+    return painter.deviceTransform().inverted().mapRect(QRectF(pixelsOf(painter, bounds)));
+}
+
+QPointF onPixelRow(const QPainter& painter, QPointF point) {
+    const QTransform& device = painter.deviceTransform();
+    if (device.type() > QTransform::TxScale) return point;
+    const QPointF place = device.map(point);
+    return device.inverted().map(QPointF(place.x(), std::round(place.y())));
+}
+
+void fit(QPainter& painter, const QRectF& bounds) {
+    const QRectF place = snapped(painter, bounds);
+    painter.translate(place.topLeft());
+    painter.scale(place.width() / bounds.width(), place.height() / bounds.height());
+    painter.translate(-bounds.topLeft());
+}
 
 bool isClippedAway(const QPainter& painter, const QRectF& bounds) {
     const QRegion parts = painter.paintEngine()->systemClip();

@@ -15,13 +15,9 @@ namespace Paint {
 using Drawing = std::function<void(QPainter&)>;
 
 /// Draws the picture that `draw` makes. It is made once for a key, size and pixel ratio, and kept
-/// in a cache that all controls share. The origin of `draw` is the top left of `bounds`.
+/// in a cache that all controls share. The origin of `draw` is the top left of `bounds`. The picture
+/// covers whole device pixels: what `draw` draws along the edges of `bounds` is crisp at every ratio.
 void cached(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw);
-
-/// Draws a picture of that size, kept as by `cached`, stretched over `target` without smoothing. For
-/// pictures in which neighbouring pixels hardly differ in the direction of the stretch.
-void stretched(QPainter& painter, const QString& key, const QSizeF& size, const QRectF& target,
-               const Drawing& draw);
 
 /// A picture that its owner keeps. For content that changes too often to be worth a place in the
 /// cache.
@@ -30,19 +26,25 @@ public:
     /// The next `draw` makes the picture anew.
     void outdate() { valid = false; }
 
-    /// As `cached`. The picture is made anew when it is outdated, or when its size, its pixel ratio
-    /// or its place between device pixels differs from the last time.
+    /// As `cached`. The picture is made anew when it is outdated, or when its size in logical or in
+    /// device pixels differs from the last time.
     void draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing);
 
 private:
     bool valid = false;
     QPixmap pixmap;
-    double ratio = 0;
-    QPointF offset;  // as by offsetInPixel
+    QSizeF size;
 };
 
 /// The cached picture for that key, made by `make` when it is not there.
 QPixmap kept(const QString& key, const std::function<QPixmap()>& make);
+
+enum class Middle { drawn, empty };
+
+/// Draws a picture over `target`, which is in device pixels. The picture is stretched without smoothing
+/// between its corners, which keep their size. Where its middle is `empty` it must be transparent there.
+void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner,
+                   Middle middle = Middle::drawn);
 
 QString keyOf(const char* what, std::initializer_list<double> numbers, const QColor& color);
 
@@ -50,10 +52,17 @@ QString keyOf(const char* what, std::initializer_list<double> numbers, const QCo
 /// widget: a widget can be rendered into a picture of another ratio.
 double ratioOf(const QPainter& painter);
 
-/// How far a point lies from the top left corner of its device pixel, in device pixels.
-QPointF offsetInPixel(const QPainter& painter, QPointF point);
+/// The device pixels that a rectangle covers, its edges rounded as the toolkit rounds those of widgets.
+QRect pixelsOf(const QPainter& painter, const QRectF& bounds);
 
-QRectF scaled(const QRectF& rect, double ratio);
+/// `bounds` with its edges moved to device pixels.
+QRectF snapped(const QPainter& painter, const QRectF& bounds);
+
+/// The point moved up or down to the nearest edge of a row of device pixels, unless the painter is turned.
+QPointF onPixelRow(const QPainter& painter, QPointF point);
+
+/// Moves and scales the painter by less than a pixel, so that the edges of `bounds` lie on device pixels.
+void fit(QPainter& painter, const QRectF& bounds);
 
 /// Whether the region that is being repainted lies outside of `bounds`.
 bool isClippedAway(const QPainter& painter, const QRectF& bounds);

@@ -81,12 +81,10 @@ QSize PillButton::sizeHint() const {
             static_cast<int>(std::ceil(lineHeight + 2 * (m.vertical + bezelWidth)))};
 }
 
-QRectF PillButton::bezel() const { return QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5); }
-
-Control::Outline PillButton::outline() const { return {bezel(), bezel().height() / 2}; }
+Control::Outline PillButton::outline() const { return {rect(), height() / 2.0}; }
 
 void PillButton::paint(QPainter& painter) {
-    const QRectF outer = bezel();
+    const QRectF outer = rect();
     const bool pushed = on || isPressed();
     const QString state =
         QStringLiteral("pill %1%2%3").arg(int(on)).arg(int(isPressed())).arg(int(isHovered()));
@@ -101,31 +99,35 @@ void PillButton::paint(QPainter& painter) {
         Paint::edge(canvas, outer, outer.height() / 2, Theme::recessRim(outer));
         drawBody(canvas, body);
     });
-    drawLabel(painter, outer.translated(0, pushed ? 0.5 : 0));
+    drawLabel(painter, isPressed() ? outer.translated(0, 1 / Paint::ratioOf(painter)) : outer);
 }
 
 void PillButton::drawBody(QPainter& painter, const QRectF& body) const {
     const double radius = body.height() / 2;
     const bool pushed = on || isPressed();
-    const double light = isHovered() ? 0.02 : 0;
-    const auto lighter = [light](double r, double g, double b) {
-        return Theme::rgb(r + light, g + light, b + light);
-    };
     Paint::fill(painter, body, radius,
-                pushed ? Theme::vertical(body, lighter(0.16, 0.17, 0.20), lighter(0.13, 0.14, 0.165))
-                       : Theme::vertical(body, lighter(0.27, 0.285, 0.33), lighter(0.19, 0.20, 0.24)));
+                pushed ? Theme::vertical(body, Theme::rgb(0.16, 0.17, 0.20), Theme::rgb(0.13, 0.14, 0.165))
+                       : Theme::vertical(body, Theme::rgb(0.27, 0.285, 0.33), Theme::rgb(0.19, 0.20, 0.24)));
+    const bool bright = isHovered() && !isPressed();
+    if (bright) Paint::fill(painter, body, radius, Theme::white(0.07));
+    if (isPressed()) Paint::innerShadow(painter, body, radius, {Theme::black(0.7), 5, 3});
     if (on) {
-        Paint::innerShadow(painter, body, radius, {Theme::faded(Theme::accent, 0.18), 8, 0});
-        Paint::edge(painter, body, radius, Theme::faded(Theme::accent, 0.45));
+        Paint::innerShadow(painter, body, radius, {Theme::faded(Theme::accent, bright ? 0.32 : 0.18), 8, 0});
+        Paint::edge(painter, body, radius, Theme::faded(Theme::accent, bright ? 0.8 : 0.45));
+    } else if (isPressed()) {
+        Paint::edge(painter, body, radius, Theme::recessRim(body));
     } else {
         Paint::edge(painter, body, radius, Theme::rim(body));
+        if (bright)
+            Paint::edge(painter, body, radius, Theme::vertical(body, Theme::white(0.2), Theme::white(0.04)));
     }
 }
 
 void PillButton::drawLabel(QPainter& painter, const QRectF& bounds) const {
     const Measures m = measuresOf(size);
-    Paint::TextStyle style{
-        Theme::font(m.font, QFont::DemiBold), Theme::faded(Theme::text, 0.88), {Theme::black(0.5), 1, 1}};
+    Paint::TextStyle style{Theme::font(m.font, QFont::DemiBold),
+                           Theme::faded(Theme::text, isHovered() && !isPressed() ? 1 : 0.88),
+                           {Theme::black(0.5), 1, 1}};
     if (on) {
         style.color = Theme::accent;
         style.shadow = {Theme::faded(Theme::accent, 0.6), 4, 0};
@@ -134,7 +136,7 @@ void PillButton::drawLabel(QPainter& painter, const QRectF& bounds) const {
     label.moveCenter(bounds.center());
     if (!icon.isEmpty()) {
         QRectF place(label.left(), 0, m.icon, m.icon);
-        place.moveTop(std::round(bounds.center().y() - m.icon / 2));
+        place.moveTop(Paint::onPixelRow(painter, {0, bounds.center().y() - m.icon / 2}).y());
         place.moveLeft(std::round(place.left()));
         Symbols::draw(painter, icon, place, style.color, style.shadow);
         label.setLeft(label.left() + m.icon + iconGap);

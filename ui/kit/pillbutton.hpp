@@ -23,7 +23,6 @@ public:
     /// its width.
     void reserveFor(const QStringList& titles);
 
-    bool isCheckable() const override { return true; }
     bool isChecked() const override { return on; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -34,7 +33,6 @@ protected:
 
 private:
     double labelWidth(const QString& text) const;
-    QRectF bezel() const;
     void drawBody(QPainter& painter, const QRectF& body) const;
     void drawLabel(QPainter& painter, const QRectF& bounds) const;
 

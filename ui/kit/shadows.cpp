@@ -11,15 +11,53 @@ namespace Paint {
 
 namespace {
 
-void boxBlurLine(const uchar* from, uchar* to, int count, qsizetype stride, int radius) {
-    const int window = 2 * radius + 1;
-    int sum = 0;
-    const auto at = [&](int i) { return i < 0 || i >= count ? 0 : from[i * stride]; };
-    for (int i = -radius; i <= radius; ++i)
+// The mean of the pixels within `radius`. Those beyond the edges count as 0.
+class Mean {
+public:
+    explicit Mean(int radius)
+        : scale((1U << shift) / static_cast<unsigned>(2 * radius + 1)) {}
+
+    uchar of(unsigned sum) const { return static_cast<uchar>((sum * scale + (1U << (shift - 1))) >> shift); }
+
+private:
+    static constexpr int shift = 20;
+
+    const unsigned scale;  // a multiplication takes less time than a division
+};
+
+void boxBlurRow(const uchar* from, uchar* to, int count, int radius) {
+    const Mean mean(radius);
+    unsigned sum = 0;
+    const auto at = [&](int i) { return i < 0 || i >= count ? 0U : from[i]; };
+    for (int i = 0; i < radius; ++i)
         sum += at(i);
     for (int i = 0; i < count; ++i) {
-        to[i * stride] = static_cast<uchar>((sum + window / 2) / window);
-        sum += at(i + radius + 1) - at(i - radius);
+        sum += at(i + radius) - at(i - radius - 1);
+        to[i] = mean.of(sum);
+    }
+}
+
+// All columns at once, row by row, as the pixels lie in memory.
+void boxBlurColumns(const QImage& from, QImage& to, int radius) {
+    const Mean mean(radius);
+    const int width = from.width();
+    const int height = from.height();
+    std::vector<unsigned> sums(static_cast<std::size_t>(width), 0);
+    const auto add = [&](int row, unsigned factor) {
+        if (row < 0 || row >= height) return;
+        const uchar* const line = from.constScanLine(row);
+        for (int x = 0; x < width; ++x)
+            sums[static_cast<std::size_t>(x)] += factor * line[x];
+    };
+    constexpr unsigned minus = -1U;
+    for (int row = 0; row < radius; ++row)
+        add(row, 1);
+    for (int y = 0; y < height; ++y) {
+        add(y + radius, 1);
+        add(y - radius - 1, minus);
+        uchar* const line = to.scanLine(y);
+        for (int x = 0; x < width; ++x)
+            line[x] = mean.of(sums[static_cast<std::size_t>(x)]);
     }
 }
 
@@ -27,16 +65,10 @@ void boxBlurLine(const uchar* from, uchar* to, int count, qsizetype stride, int 
 void blur(QImage& alpha, double deviation) {
     const int radius = std::max(1, static_cast<int>(std::lround(deviation * 0.94)));
     QImage other(alpha.size(), QImage::Format_Alpha8);
-    const int width = alpha.width();
-    const int height = alpha.height();
-    const qsizetype stride = alpha.bytesPerLine();
     for (int pass = 0; pass < 3; ++pass) {
-        for (int y = 0; y < height; ++y)
-            boxBlurLine(alpha.constScanLine(y), other.scanLine(y), width, 1, radius);
-        const uchar* const from = other.constBits();
-        uchar* const to = alpha.bits();
-        for (int x = 0; x < width; ++x)
-            boxBlurLine(from + x, to + x, height, stride, radius);
+        for (int y = 0; y < alpha.height(); ++y)
+            boxBlurRow(alpha.constScanLine(y), other.scanLine(y), alpha.width(), radius);
+        boxBlurColumns(other, alpha, radius);
     }
 }
 
@@ -49,59 +81,43 @@ QImage tinted(const QImage& alpha, const QColor& color) {
     return image;
 }
 
-// A blurred rounded rectangle, in device pixels. The straight edges of a large one are one pixel long
-// in the picture, and `drawStretched` lengthens them: one picture serves all large sizes.
-struct SoftShape {
-    QPixmap picture;
-    int margin;  // from the picture's edge to the shape's
-    int corner;  // size of the corners of the picture, which must not be stretched
-};
-
-SoftShape softShape(QSizeF size, double radius, double blurRadius, const QColor& color) {
+// A blurred rounded rectangle in device pixels. Its edges may lie within pixels. The straight edges of a
+// large one are one pixel long in the picture, and are stretched when it is drawn: one picture serves
+// all large sizes.
+void drawSoft(QPainter& painter, const QRectF& shape, double radius, double blurRadius, const QColor& color) {
+    const QRect pixels = shape.toAlignedRect();
     const int margin = static_cast<int>(std::ceil(blurRadius * blurReach)) + 1;
-    const int corner = 2 * margin + static_cast<int>(std::ceil(radius));
-    const double limit = 2 * (corner - margin) + 1;
-    const QSizeF drawn(std::min(size.width(), limit), std::min(size.height(), limit));
-    const QString key = keyOf("soft", {drawn.width(), drawn.height(), radius, blurRadius}, color);
+    const int corner = margin + static_cast<int>(std::ceil(radius)) + 1;  // within the shape
+    const QSize size = pixels.size().boundedTo({2 * corner + 1, 2 * corner + 1});
+    const QRectF local(shape.topLeft() - pixels.topLeft() + QPointF(margin, margin),
+                       shape.size() - pixels.size() + size);
+    const QString key =
+        keyOf("soft", {local.x(), local.y(), local.width(), local.height(), radius, blurRadius}, color);
     const QPixmap picture = kept(key, [&] {
-        QImage alpha(static_cast<int>(std::ceil(drawn.width())) + 2 * margin,
-                     static_cast<int>(std::ceil(drawn.height())) + 2 * margin, QImage::Format_Alpha8);
+        QImage alpha(size + QSize(2 * margin, 2 * margin), QImage::Format_Alpha8);
         alpha.fill(0);
         {
-            QPainter painter(&alpha);
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(Qt::black);
-            painter.drawRoundedRect(QRectF(QPointF(margin, margin), drawn), radius, radius);
+            QPainter canvas(&alpha);
+            canvas.setRenderHint(QPainter::Antialiasing);
+            canvas.setPen(Qt::NoPen);
+            canvas.setBrush(Qt::black);
+            canvas.drawRoundedRect(local, radius, radius);
         }
         if (blurRadius > 0) blur(alpha, blurRadius / 2);
         return QPixmap::fromImage(tinted(alpha, color));
     });
-    return {picture, margin, corner};
+    drawStretched(painter, pixels.adjusted(-margin, -margin, margin, margin), picture,
+                  {margin + corner, margin + corner});
 }
 
-// Draws a soft shape over `target`, with its middle row and column stretched as far as needed.
-void drawStretched(QPainter& painter, const QRectF& target, const SoftShape& soft) {
-    const QSizeF size = soft.picture.size();
-    const bool wide = target.width() > size.width() + 0.5;
-    const bool high = target.height() > size.height() + 0.5;
-    if (!wide && !high) return painter.drawPixmap(target.topLeft(), soft.picture);
-    const double corner = soft.corner;
-    struct Span {
-        double from, length, to, extent;
-    };
-    const auto spans = [corner](bool stretch, double length, double start, double extent) {
-        if (!stretch) return std::vector<Span>{{0, length, start, length}};
-        return std::vector<Span>{
-            {0, corner, start, corner},
-            {corner, length - 2 * corner, start + corner, extent - 2 * corner},
-            {length - corner, corner, start + extent - corner, corner},
-        };
-    };
-    for (const Span& y : spans(high, size.height(), target.top(), target.height()))
-        for (const Span& x : spans(wide, size.width(), target.left(), target.width()))
-            painter.drawPixmap(QRectF(x.to, y.to, x.extent, y.extent), soft.picture,
-                               QRectF(x.from, y.from, x.length, y.length));
+// A rectangle in device pixels, rounded to eighths of them: shapes whose places within a pixel differ by
+// less look the same, and share a picture.
+QRectF devicePlace(const QPainter& painter, const QRectF& rect) {
+    constexpr double parts = 8;
+    const QRectF place = painter.deviceTransform().mapRect(rect);
+    const auto rounded = [](double edge) { return std::round(edge * parts) / parts; };
+    return {QPointF(rounded(place.left()), rounded(place.top())),
+            QPointF(rounded(place.right()), rounded(place.bottom()))};
 }
 
 }  // namespace
@@ -120,22 +136,10 @@ void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& b
                             std::max(0.0, radius - inset));
 }
 
-void focusRing(QPainter& painter, const QRectF& shape, double radius) {
-    edge(painter, shape, radius, Theme::faded(Theme::accent, 0.85), 1.5);
-}
-
-// The parts of a stretched shape must meet on whole device pixels; otherwise seams show between them.
 void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
     const double ratio = ratioOf(painter);
-    const QRectF cast = shape.translated(0, shadow.offsetY);
-    const QRectF device = scaled(cast.translated(-offsetInPixel(painter, cast.topLeft()) / ratio), ratio);
-    const SoftShape soft = softShape(device.size(), radius * ratio, shadow.blur * ratio, shadow.color);
-    const double margin = soft.margin;
-    painter.save();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);  // a blurred shape has no edge to smooth
-    painter.scale(1 / ratio, 1 / ratio);
-    drawStretched(painter, device.adjusted(-margin, -margin, margin, margin), soft);
-    painter.restore();
+    drawSoft(painter, devicePlace(painter, shape.translated(0, shadow.offsetY)), radius * ratio,
+             shadow.blur * ratio, shadow.color);
 }
 
 void trim(QPainter& painter, const QRectF& shape, double radius) {
@@ -149,16 +153,33 @@ void trim(QPainter& painter, const QRectF& shape, double radius) {
     painter.restore();
 }
 
-// The shape is filled with the shadow's colour, and the blurred and shifted shape is erased from it.
+// The shape is filled with the shadow's colour, and the blurred and shifted shape is erased from it. In
+// the middle of a large shape nothing is left, and its edges are stretched.
 void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
-    const QString key = keyOf("inner", {radius, shadow.blur, shadow.offsetY}, shadow.color);
-    cached(painter, key, shape, [&](QPainter& canvas) {
-        const QRectF local(QPointF(), shape.size());
-        canvas.fillRect(local, shadow.color);
+    if (isClippedAway(painter, shape)) return;
+    const QRect place = pixelsOf(painter, shape);
+    if (place.isEmpty()) return;
+    const double ratio = ratioOf(painter);
+    const double blurRadius = shadow.blur * ratio;
+    const double offset = shadow.offsetY * ratio;
+    const int corner =
+        static_cast<int>(std::ceil(radius * ratio + blurRadius * blurReach + std::abs(offset))) + 2;
+    const QSize size = place.size().boundedTo({2 * corner + 1, 2 * corner + 1});
+    const QString key = keyOf(
+        "inner", {double(size.width()), double(size.height()), radius, shadow.blur, shadow.offsetY, ratio},
+        shadow.color);
+    const QPixmap picture = kept(key, [&] {
+        QPixmap pixmap(size);
+        pixmap.fill(shadow.color);
+        QPainter canvas(&pixmap);
+        canvas.setRenderHint(QPainter::Antialiasing);
         canvas.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-        dropShadow(canvas, local, radius, {Qt::black, shadow.blur, shadow.offsetY});
-        trim(canvas, local, radius);
+        const QRectF whole(QPointF(), size);
+        drawSoft(canvas, whole.translated(0, offset), radius * ratio, blurRadius, Qt::black);
+        trim(canvas, whole, radius * ratio);
+        return pixmap;
     });
+    drawStretched(painter, place, picture, {corner, corner}, Middle::empty);
 }
 
 void well(QPainter& painter, const QRectF& shape, double radius) {
@@ -191,25 +212,23 @@ void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const
     if (!shadow.color.isValid() || shadow.color.alpha() == 0) return;
     const double ratio = ratioOf(painter);
     const double margin = std::ceil(shadow.blur * blurReach) + 1;
-    const QRectF around = bounds.adjusted(-margin, -margin, margin, margin);
+    const QSizeF size(bounds.width() + 2 * margin, bounds.height() + 2 * margin);
     const QString whole =
-        keyOf("soft copy", {around.width(), around.height(), shadow.blur, ratio}, shadow.color) + key;
+        keyOf("soft copy", {size.width(), size.height(), shadow.blur, ratio}, shadow.color) + key;
     const QPixmap picture = kept(whole, [&] {
-        QImage alpha((around.size() * ratio).toSize(), QImage::Format_Alpha8);
-        alpha.setDevicePixelRatio(ratio);
+        QImage alpha((size * ratio).toSize(), QImage::Format_Alpha8);
         alpha.fill(0);
         QPainter canvas(&alpha);
         canvas.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        canvas.scale(ratio, ratio);
         canvas.translate(margin, margin);
         draw(canvas);
         canvas.end();
-        alpha.setDevicePixelRatio(1);
         blur(alpha, shadow.blur * ratio / 2);
-        QPixmap pixmap = QPixmap::fromImage(tinted(alpha, shadow.color));
-        pixmap.setDevicePixelRatio(ratio);
-        return pixmap;
+        return QPixmap::fromImage(tinted(alpha, shadow.color));
     });
-    painter.drawPixmap(around.topLeft() + QPointF(0, shadow.offsetY), picture);
+    const QPointF corner = bounds.topLeft() + QPointF(-margin, shadow.offsetY - margin);
+    drawStretched(painter, {painter.deviceTransform().map(corner).toPoint(), picture.size()}, picture, {});
 }
 
 }  // namespace Paint

@@ -25,9 +25,6 @@ void fill(QPainter& painter, const QRectF& shape, double radius, const QBrush& b
 /// A line along the inside of the edge.
 void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush, double width = 1);
 
-/// The edge of a control that has the keyboard focus.
-void focusRing(QPainter& painter, const QRectF& shape, double radius);
-
 /// The shadow that the shape casts on what lies behind it. Draw it before the shape.
 void dropShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow);
 

@@ -1,12 +1,11 @@
 #include "ui/kit/tabs.hpp"
 
+#include "ui/kit/roving.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 
-#include <algorithm>
 #include <cmath>
 
 namespace Kit {
@@ -36,16 +35,16 @@ void Tab::setSelected(bool value) {
     stateChanged();
 }
 
-Control::Outline Tab::outline() const {
-    return {QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), height() / 2.0};
-}
+Control::Outline Tab::outline() const { return {rect(), height() / 2.0}; }
 
 void Tab::paint(QPainter& painter) {
-    const QRectF capsule = rect();
+    const QRectF capsule = Paint::snapped(painter, rect());
     if (selected)
         Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.09));
+    else if (isPressed())
+        Paint::fill(painter, capsule, capsule.height() / 2, Theme::black(0.35));
     else if (isHovered())
-        Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(isPressed() ? 0.06 : 0.04));
+        Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.055));
     Paint::text(painter, capsule, Qt::AlignCenter, title,
                 {titleFont(), selected ? Theme::accent : color, {}, false});
 }
@@ -64,6 +63,8 @@ Tabs::Tabs(const QStringList& titles, const QColor& color, int padding, QWidget*
         tabs.push_back(tab);
     }
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAccessibleName(QStringLiteral("Páginas"));
+    (new Roving(0, Roving::Choice::moves, this))->setControls({tabs.begin(), tabs.end()});
 }
 
 // When a widget that has the focus is hidden, the toolkit gives the focus to another one as if the user
@@ -74,7 +75,6 @@ void Tabs::setVisible(bool visible) {
 }
 
 void Tabs::setSelected(int index) {
-    selected = index;
     for (std::size_t i = 0; i < tabs.size(); ++i)
         tabs[i]->setSelected(static_cast<int>(i) == index);
 }
@@ -83,14 +83,6 @@ void Tabs::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     Paint::well(painter, rect(), height() / 2.0);
-}
-
-void Tabs::keyPressEvent(QKeyEvent* event) {
-    const int by = event->key() == Qt::Key_Right ? 1 : event->key() == Qt::Key_Left ? -1 : 0;
-    if (by == 0) return QWidget::keyPressEvent(event);
-    const int next = std::clamp(selected + by, 0, static_cast<int>(tabs.size()) - 1);
-    tabs[static_cast<std::size_t>(next)]->setFocus(Qt::TabFocusReason);
-    if (next != selected && onSelect) onSelect(next);
 }
 
 }  // namespace Kit

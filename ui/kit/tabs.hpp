@@ -30,7 +30,7 @@ private:
     bool selected = false;
 };
 
-/// A row of tabs in a recessed capsule. The left and right arrow keys select the neighbour.
+/// A row of tabs in a recessed capsule. The arrow keys select the neighbour.
 class Tabs final : public QWidget {
 public:
     /// `color`: of the titles that are not selected. `padding`: left and right of each title.
@@ -42,11 +42,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     std::vector<Tab*> tabs;
-    int selected = -1;
 };
 
 }  // namespace Kit

@@ -49,8 +49,8 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        const QRectF shape =
-            QRectF(rect()).adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin);
+        const QRectF shape = Paint::snapped(
+            painter, QRectF(rect()).adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin));
         constexpr double radius = 7;
         Paint::dropShadow(painter, shape, radius, {Theme::black(0.5), 4, 1});
         Paint::fill(painter, shape, radius, Theme::panelTop);

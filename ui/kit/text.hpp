@@ -13,6 +13,7 @@ struct TextStyle {
     QColor color;
     Shadow shadow = {};          // none when it has no colour
     bool tabularDigits = false;  // all digits as wide as the widest, so that changing numbers stand still
+    bool shaded = false;         // surrounded by a soft shade, for dim text on what is not dark itself
 };
 
 double textWidth(const QString& text, const TextStyle& style);

@@ -33,7 +33,8 @@ void TextField::paintEvent(QPaintEvent* event) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         Paint::well(painter, rect(), cornerRadius);
-        if (hasFocus()) Paint::focusRing(painter, rect(), cornerRadius);
+        if (hasFocus())
+            Paint::edge(painter, Paint::snapped(painter, rect()), cornerRadius, Theme::white(0.5), 1.5);
     }
     QLineEdit::paintEvent(event);
 }

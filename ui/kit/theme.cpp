@@ -1,21 +1,21 @@
 #include "ui/kit/theme.hpp"
 
+#include "ui/kit/fonts.hpp"
+
 #include <QFontDatabase>
-#include <QStringList>
+#include <QGuiApplication>
+#include <QScreen>
 
 namespace Theme {
 
 namespace {
 
-QString firstInstalled(const QStringList& families) {
-    for (const QString& family : families)
-        if (QFontDatabase::hasFamily(family)) return family;
-    return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
-}
+// The toolkit takes sizes in pixels only as whole numbers.
+constexpr double pointsPerInch = 72;
 
 QFont sized(const QString& family, double size, QFont::Weight weight, double tracking) {
     QFont font(family);
-    font.setPixelSize(qRound(size));
+    font.setPointSizeF(size * pointsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInchY());
     font.setWeight(weight);
     font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
     font.setHintingPreference(QFont::PreferNoHinting);
@@ -43,16 +43,19 @@ QLinearGradient vertical(const QRectF& bounds, const QColor& top, const QColor& 
 }
 
 QFont font(double size, QFont::Weight weight, double tracking) {
-    static const QString family = firstInstalled({QStringLiteral("Inter")});
+    static const QString family = textFamily();
     return sized(family, size, weight, tracking);
 }
 
 QFont titleFont(double size, double tracking) {
-    static const QString own = QStringLiteral("Varino-Bold-Regular");
-    static const QString family = firstInstalled(
-        {own, QStringLiteral("Varino"), QStringLiteral("Montserrat"), QStringLiteral("Inter")});
-    QFont font = sized(family, size, QFont::ExtraBold, tracking);
-    if (!family.startsWith(u"Varino")) font.setStretch(QFont::Expanded);
+    // Some systems list the font by its own name, others by that of its family.
+    static const QString installed = [] {
+        for (const QString& name : {QStringLiteral("Varino-Bold-Regular"), QStringLiteral("Varino")})
+            if (QFontDatabase::hasFamily(name)) return name;
+        return QString();
+    }();
+    QFont font = sized(installed.isEmpty() ? textFamily() : installed, size, QFont::ExtraBold, tracking);
+    if (installed.isEmpty()) font.setStretch(QFont::Expanded);
     return font;
 }
 

@@ -29,6 +29,7 @@ inline const QColor secondary = rgb(0.56, 0.58, 0.64);
 inline const QColor tick = rgb(0.68, 0.70, 0.75);
 inline const QColor accent = rgb(1.0, 0.42, 0.10);
 inline const QColor accentSoft = faded(accent, 0.16);
+inline const QColor legible = black(0.42);  // over the backdrop: a ground on which `secondary` can be read
 inline const QColor good = rgb(0.35, 0.85, 0.45);
 inline const QColor error = rgb(1.0, 0.27, 0.23);
 
@@ -39,10 +40,10 @@ QLinearGradient recessRim(const QRectF& bounds);
 /// From top to bottom of `bounds`.
 QLinearGradient vertical(const QRectF& bounds, const QColor& top, const QColor& bottom);
 
-/// The system font; `tracking` is added between letters.
+/// The font of all texts; `tracking` is added between letters.
 QFont font(double size, QFont::Weight weight = QFont::Normal, double tracking = 0);
 
-/// The title's own font where it is installed, else a wide geometric one.
+/// The title's own font where it is installed, else the font of all texts, widened.
 QFont titleFont(double size, double tracking);
 
 }  // namespace Theme

@@ -37,6 +37,12 @@ TimeKnob::TimeKnob(const QString& title, double size, Set set, QWidget* parent)
 
 void TimeKnob::setTime(std::uint32_t ms) { setValue(positionOf(ms)); }
 
+double TimeKnob::shownNumber(double position) const { return timeAt(position); }
+
+double TimeKnob::fromShown(double ms) const {
+    return positionOf(static_cast<std::uint32_t>(std::lround(std::clamp<double>(ms, 0, timeSteps.back()))));
+}
+
 TimeKnob* timeKnob(const QString& title, std::uint32_t value, double size, TimeKnob::Set set,
                    QWidget* parent) {
     auto* const knob = new TimeKnob(title, size, std::move(set), parent);

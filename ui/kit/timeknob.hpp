@@ -15,6 +15,10 @@ public:
     /// Shows the time of the table that is nearest to `ms`.
     void setTime(std::uint32_t ms);
 
+    // In ms.
+    double shownNumber(double position) const override;
+    double fromShown(double ms) const override;
+
 private:
     friend TimeKnob* timeKnob(const QString& title, std::uint32_t value, double size, Set set,
                               QWidget* parent);

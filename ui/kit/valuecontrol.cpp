@@ -1,5 +1,7 @@
 #include "ui/kit/valuecontrol.hpp"
 
+#include "ui/kit/numbereditor.hpp"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWheelEvent>
@@ -122,9 +124,27 @@ void ValueControl::keyPressEvent(QKeyEvent* event) {
         return moveBySteps(-stepsOfPage);
     case Qt::Key_Home:
         return propose(defaultValue);
+    case Qt::Key_End:
+        return propose(range.upper);
     default:
-        QWidget::keyPressEvent(event);
+        break;
     }
+    const QString text = event->text();
+    if (text.size() == 1 && QStringView(u"0123456789.,+-\u2212").contains(text.front()))
+        return beginEditing(text, false);
+    QWidget::keyPressEvent(event);
 }
+
+bool ValueControl::isEditing() const { return editor && editor->isActive(); }
+
+void ValueControl::beginEditing(const QString& text, bool replaces) {
+    if (!editor) {
+        editor = new NumberEditor(*this);
+        editor->onTab = [this](bool forward) { leaveEditor(forward); };
+    }
+    editor->begin(text, editorPlace(), replaces);
+}
+
+void ValueControl::leaveEditor(bool forward) { focusNextPrevChild(forward); }
 
 }  // namespace Kit

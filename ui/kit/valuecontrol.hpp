@@ -8,6 +8,8 @@
 
 namespace Kit {
 
+class NumberEditor;
+
 struct Range {
     double lower = 0;
     double upper = 1;
@@ -17,8 +19,9 @@ struct Range {
 
 /// A control for one number. All input ends in `propose`, which moves the number into the range and
 /// onto the step, and reports it when it differs from the current one. A drag is relative to the value
-/// at its start. Keyboard: the arrows move by one step, Page Up and Down by ten, Home sets the default.
-/// A notch of the wheel moves by one step while the control has the focus.
+/// at its start. Keyboard: the arrows move by one step, Page Up and Down by ten, Home sets the default,
+/// End the highest value; a digit, sign or comma begins to type the number. A notch of the wheel moves by
+/// one step while the control has the focus.
 class ValueControl : public Control {
 public:
     using Format = std::function<QString(double)>;
@@ -45,6 +48,20 @@ public:
     QAccessible::Role accessibleRole() const override { return QAccessible::Dial; }
     QString valueText() const override;
 
+    /// What screen readers say of the value, where the read-out does not say all of it.
+    Format spokenFormat;
+    QString spokenText() const override { return spokenFormat ? spokenFormat(value()) : valueText(); }
+
+    /// The number that stands for a value in the read-out, in the unit there, and the value that a number
+    /// stands for.
+    virtual double shownNumber(double value) const { return value; }
+    virtual double fromShown(double number) const { return number; }
+
+    /// How a value is read out while it is typed.
+    virtual QString typedText(double value) const { return format(value); }
+
+    bool isEditing() const;
+
     /// The nearest value in the range and on the step.
     double legal(double candidate) const;
 
@@ -65,6 +82,15 @@ protected:
     /// The distance from which a press that moves is a drag.
     virtual double dragThreshold() const { return 0; }
 
+    /// Where the number is typed.
+    virtual QRect editorPlace() const { return rect(); }
+
+    /// With `replaces`, typing replaces the text.
+    void beginEditing(const QString& text, bool replaces);
+
+    /// Tab has ended the typing of a number.
+    virtual void leaveEditor(bool forward);
+
     /// The control shows another value now.
     virtual void valueChanged() {}
 
@@ -82,6 +108,7 @@ private:
     QPointF dragFrom;
     bool dragging = false;
     Notches notches;
+    NumberEditor* editor = nullptr;  // made when a number is typed first
 };
 
 }  // namespace Kit

@@ -1,12 +1,16 @@
 #include "ui/kit/wellmenu.hpp"
 
+#include "ui/kit/accessibility.hpp"
+#include "ui/kit/housestyle.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
 #include "ui/kit/text.hpp"
 
 #include <QKeyEvent>
+#include <QMouseEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kit {
 
@@ -16,15 +20,7 @@ constexpr int lineHeight = 16;
 constexpr int horizontalPadding = 9;
 constexpr int verticalPadding = 7;
 constexpr double arrowSize = 8;
-
-QString styleOfList() {
-    return QStringLiteral(
-               "QMenu { background: %1; color: %2; border: 1px solid %3; padding: 4px; menu-scrollable: 1; }"
-               "QMenu::item { padding: 5px 18px 5px 12px; border-radius: 4px; }"
-               "QMenu::item:selected { background: %4; color: %5; }")
-        .arg(Theme::panelBottom.name(), Theme::text.name(), Theme::grey(0.3).name(), Theme::accent.name(),
-             Theme::well.name());
-}
+constexpr int listGap = 4;  // between the button and its list
 
 }  // namespace
 
@@ -33,7 +29,7 @@ MenuButton::MenuButton(int width, QWidget* parent)
     setFixedSize(width, lineHeight + 2 * verticalPadding);
 }
 
-QString MenuButton::valueText() const { return current ? titles.at(*current) : QString(); }
+QString MenuButton::valueText() const { return shown; }
 
 void MenuButton::setTitles(const QStringList& list) {
     titles = list;
@@ -42,8 +38,13 @@ void MenuButton::setTitles(const QStringList& list) {
 }
 
 void MenuButton::setCurrent(std::optional<int> index) {
+    const QString before = std::exchange(shown, index ? titles.at(*index) : QString());
     current = index;
-    stateChanged();
+    if (shown != before) stateChanged();
+}
+
+Parts::Part MenuButton::part(int index) const {
+    return {.name = titles.at(index), .value = {}, .isCurrent = index == current, .place = {}, .number = {}};
 }
 
 // The program keeps running while the list is open: the button may be disabled, or destroyed with its
@@ -52,17 +53,20 @@ void MenuButton::activate() {
     if (!isEnabled()) return;
     list = new QMenu(this);
     list->setAttribute(Qt::WA_DeleteOnClose);
-    list->setFont(Theme::font(12));
-    list->setStyleSheet(styleOfList());
-    list->setMinimumWidth(width());
+    list->setAttribute(Qt::WA_NoMouseReplay);  // a press on the button closes the list
+    list->setWindowFlag(Qt::NoDropShadowWindowHint);
+    list->setMinimumWidth(width() + 2 * HouseStyle::shadowRoom);
     for (int i = 0; i < titles.size(); ++i) {
         QAction* const entry = list->addAction(titles.at(i));
         connect(
             entry, &QAction::triggered, this, [this, i] { choose(i); }, Qt::QueuedConnection);
-        if (i == current) list->setDefaultAction(entry);
+        entry->setCheckable(true);
+        entry->setChecked(i == current);
     }
-    list->popup(mapToGlobal(QPoint(0, height() + 2)));
-    list->setActiveAction(list->defaultAction());
+    connect(list, &QObject::destroyed, this, [this] { notifyExpanded(*this); });
+    list->popup(mapToGlobal(QPoint(-HouseStyle::shadowRoom, height() + listGap - HouseStyle::shadowRoom)));
+    list->setActiveAction(current ? list->actions().at(*current) : nullptr);
+    notifyExpanded(*this);
 }
 
 void MenuButton::cancelInteraction() {
@@ -79,14 +83,20 @@ void MenuButton::step(int by) {
     if (!titles.isEmpty() && next != current) choose(next);
 }
 
+// The list opens while the mouse button is still held: its release over an entry chooses that.
+void MenuButton::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) activate();
+}
+
 void MenuButton::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Down && (event->modifiers() & Qt::AltModifier) != 0) return activate();
     if (event->key() == Qt::Key_Up) return step(-1);
     if (event->key() == Qt::Key_Down) return step(1);
     Button::keyPressEvent(event);
 }
 
 void MenuButton::paint(QPainter& painter) {
-    const QRectF field = rect();
+    const QRectF field = Paint::snapped(painter, rect());
     Paint::well(painter, field, 8);
     if (isHovered()) Paint::edge(painter, field, 8, Theme::white(0.14));
     const QRectF arrow(field.right() - horizontalPadding - arrowSize, field.center().y() - arrowSize / 2,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/kit/button.hpp"
+#include "ui/kit/parts.hpp"
 
 #include <QMenu>
 #include <QPointer>
@@ -15,14 +16,19 @@
 namespace Kit {
 
 /// A recessed button that opens a list of titles. It shows the title that its owner has set; choosing
-/// another one only reports its index. Keyboard: up and down choose the neighbour.
-class MenuButton : public Button {
+/// another one only reports its index. Keyboard: up and down choose the neighbour; Alt with down opens
+/// the list.
+class MenuButton : public Button, public Parts {
 public:
     MenuButton(int width, QWidget* parent);
 
     void activate() override;
     QAccessible::Role accessibleRole() const override { return QAccessible::ComboBox; }
     QString valueText() const override;
+    bool isExpanded() const override { return list && list->isVisible(); }
+    int partCount() const override { return static_cast<int>(titles.size()); }
+    Part part(int index) const override;
+    void choosePart(int index) override { choose(index); }
     void cancelInteraction() override;
 
 protected:
@@ -31,6 +37,7 @@ protected:
     std::function<void(int)> onIndex;
 
     void paint(QPainter& painter) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
@@ -39,6 +46,7 @@ private:
 
     QStringList titles;
     std::optional<int> current;
+    QString shown;         // the title of the current one
     QPointer<QMenu> list;  // while it is open
 };
 

@@ -2,6 +2,8 @@
 #include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/knob.hpp"
+#include "ui/kit/meterbar.hpp"
+#include "ui/kit/panel.hpp"
 #include "ui/kit/pillbutton.hpp"
 #include "ui/kit/polar.hpp"
 #include "ui/kit/symbols.hpp"
@@ -56,6 +58,71 @@ TEST(PaintTest, DigitsStandStillAndTextIsAlignedAndElided) {
         });
         EXPECT_NEAR(columns(image).second, 69, 2) << text.toStdString();
     }
+}
+
+/// The most by which the middle half of a line within `inner` stands out against both lines beside it.
+double seam(const QImage& image, const QRect& inner, Qt::Orientation lines) {
+    const bool across = lines == Qt::Horizontal;
+    const auto level = [&](int line) {
+        const int from = across ? inner.left() + inner.width() / 4 : inner.top() + inner.height() / 4;
+        const int count = std::max((across ? inner.width() : inner.height()) / 2, 1);
+        double sum = 0;
+        for (int i = from; i < from + count; ++i)
+            sum += qGray(across ? image.pixel(i, line) : image.pixel(line, i));
+        return sum / count;
+    };
+    double most = 0;
+    const int last = across ? inner.bottom() : inner.right();
+    for (int line = (across ? inner.top() : inner.left()) + 1; line < last; ++line) {
+        const double before = level(line) - level(line - 1);
+        const double after = level(line) - level(line + 1);
+        if (before * after > 0) most = std::max(most, std::min(std::abs(before), std::abs(after)));
+    }
+    return most;
+}
+
+TEST(PaintTest, NoSeamsShowWithinAShapeAtAnyRatio) {
+    const auto drawAt = [](QPainter& painter, const QRect& place, QWidget& control) {
+        control.resize(place.size());
+        control.render(&painter, place.topLeft(), {}, QWidget::DrawChildren);
+    };
+    const std::tuple<const char*, QSize, std::function<void(QPainter&, QRect)>> shapes[] = {
+        {"well", {133, 67}, [](QPainter& painter, QRect at) { Paint::well(painter, at, 13); }},
+        {"panel",
+         {191, 123},
+         [&](QPainter& painter, QRect at) {
+             Kit::Surface surface;
+             drawAt(painter, at, *new Kit::Panel({}, &surface));
+         }},
+        {"card", {191, 123}, [](QPainter& painter, QRect at) { Kit::Panel::drawShadows(painter, at); }},
+        {"key",
+         {117, 41},
+         [&](QPainter& painter, QRect at) {
+             Kit::PillButton key({}, Kit::PillButton::Size::regular, nullptr);
+             key.setOn(true);
+             drawAt(painter, at, key);
+         }},
+        {"bar", {15, 143}, [&](QPainter& painter, QRect at) {
+             Kit::MeterBar bar(5, nullptr);
+             bar.setLevel(4);
+             drawAt(painter, at, bar);
+         }}};
+    for (const auto& [name, size, draw] : shapes)
+        for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0})
+            for (const QPoint at : {QPoint(70, 60), {71, 63}, {73, 66}}) {
+                QImage image(1200, 900, QImage::Format_RGB32);
+                image.fill(Theme::panelTop);
+                QPainter painter(&image);
+                painter.setRenderHint(QPainter::Antialiasing);
+                painter.scale(ratio, ratio);
+                draw(painter, QRect(at, size));
+                painter.end();
+                const QRectF inner = QRectF(at, size).adjusted(7, 13, -7, -13);
+                const QRect pixels(inner.topLeft().toPoint() * ratio, (inner.size() * ratio).toSize());
+                for (const Qt::Orientation lines : {Qt::Horizontal, Qt::Vertical})
+                    EXPECT_LE(seam(image, pixels, lines), 2)
+                        << name << " at " << ratio << ", " << at.x() << ", lines " << lines;
+            }
 }
 
 constexpr double dialSize = 200;
@@ -114,20 +181,27 @@ TEST(FaderTest, TheCapTravelsTheTrackAndTheLabelsStandOnTheirSide) {
         }
 }
 
-TEST(FocusTest, ARingShowsAFocusThatCameByTheKeyboard) {
+TEST(FocusTest, ARingSurroundsAControlWhoseFocusCameByTheKeyboard) {
     QWidget window;
-    Kit::PillButton button("MUDO", Kit::PillButton::Size::regular, &window);
+    QWidget row(&window);
+    Kit::PillButton button("MUDO", Kit::PillButton::Size::regular, &row);
+    row.setGeometry(10, 10, 150, 60);
+    button.setGeometry(10, 10, 100, 44);
     Hand::showActive(window);
     button.clearFocus();
-    const QImage resting = Hand::picture(button);
+    const QImage resting = Hand::picture(window);
+    const auto isRingedAt = [&window](int x) { return Hand::colorAt(window, {x - 2.5, 42}).alphaF() > 0.5; };
     const std::pair<Qt::FocusReason, bool> cases[] = {
         {Qt::MouseFocusReason, false}, {Qt::TabFocusReason, true}, {Qt::ActiveWindowFocusReason, true}};
     for (const auto& [reason, ring] : cases) {
         button.setFocus(reason);
-        EXPECT_EQ(Hand::picture(button) != resting, ring) << reason;
+        EXPECT_EQ(isRingedAt(20), ring) << reason;
         button.clearFocus();
     }
-    EXPECT_EQ(Hand::picture(button), resting);
+    EXPECT_EQ(Hand::picture(window), resting);
+    button.setFocus(Qt::TabFocusReason);
+    row.move(17, 10);
+    EXPECT_TRUE(isRingedAt(27)) << "it follows";
 }
 
 }  // namespace

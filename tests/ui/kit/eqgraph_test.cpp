@@ -187,7 +187,7 @@ TEST_F(EQGraphTest, KeysSelectAHandleAndMoveIt) {
 
 TEST_F(EQGraphTest, DrawsAndTellsWhatItShows) {
     show({{100, -9}, {10000, -9}});
-    EXPECT_EQ(graph.valueText(), "Banda 1; Banda 2");
+    EXPECT_EQ(graph.part(1).name, "Banda 2");
     handles[1].dimmed = true;
     graph.setHandles(handles);
     const auto draw = [&](double level, bool fill) {
@@ -202,8 +202,6 @@ TEST_F(EQGraphTest, DrawsAndTellsWhatItShows) {
     EXPECT_LT(colorAt(9500, -9).saturation(), 20) << "dimmed";
     EXPECT_GT(colorAt(650, 0).alpha(), colorAt(650, 6).alpha() + 10) << "the line of 0 dB";
     EXPECT_GT(colorAt(1000, -15).alpha(), colorAt(2000, -15).alpha() + 10) << "a decade";
-    graph.setHandles({});
-    EXPECT_EQ(graph.valueText(), "SAÍDA 1");
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "ui/kit/accessibility.hpp"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -5,6 +7,7 @@
 int main(int count, char** arguments) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(count, arguments);
+    Kit::installAccessibility();
     testing::InitGoogleTest(&count, arguments);
     return RUN_ALL_TESTS();
 }

@@ -90,6 +90,16 @@ TEST_F(AnalogVUTest, TheNeedleStandsAtTheLevelAndThePeakLampLightsAbove3) {
     }
 }
 
+TEST_F(AnalogVUTest, TheFaceDarkensEvenlyTowardsItsFoot) {
+    int above = 255;
+    for (int y = 40; y < 180; ++y) {
+        const QColor color = Hand::colorAt(meter, {30.5, y + 0.5});
+        EXPECT_GT(color.red(), color.green() + 25) << y << ": not warm";
+        EXPECT_LE(color.green(), above + 2) << y;
+        above = color.green();
+    }
+}
+
 TEST_F(AnalogVUTest, TheNeedleSwingsPastItsTargetAndSettles) {
     Frames frames;
     Hand::showActive(window);

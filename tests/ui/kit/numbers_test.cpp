@@ -3,6 +3,7 @@
 #include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
+#include "ui/kit/numbereditor.hpp"
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/timeknob.hpp"
@@ -160,7 +161,7 @@ TEST(ScrubFieldTest, ReadsTheNumberInATypedText) {
         {"1.000", 1},   {".5", 0.5},    {"1e5", 15},       {"", {}},          {"-", {}},
         {"1.2.3", {}},  {"k", {}},      {"--3", {}},       {"5-", {}}};
     for (const auto& [text, number] : cases)
-        EXPECT_EQ(ScrubField::parse(text), number) << text;
+        EXPECT_EQ(Kit::NumberEditor::parse(text), number) << text;
 }
 
 /// A window with a table of two fields; what the fields report.

@@ -25,9 +25,9 @@ TEST(AccessibilityTest, EveryControlHasItsRoleAndEveryMeterTheValueOfItsChannel)
         {"TOM", "Entrada", QAccessible::Slider, "0.0 dB"},
         {"TOM", "Entrada, nível 2", QAccessible::Indicator, "-15.0 dB"},
         {"TOM", "ENTRADA R", QAccessible::Indicator, "3 VU"},
-        {"TOM", "Saída 1", QAccessible::Indicator, "—"},
+        {"TOM", "Nível, Saída 1", QAccessible::Indicator, "—"},
         {"TOM", "-20.0 dB", QAccessible::StaticText},
-        {"DINÂMICA", "Out3", QAccessible::Indicator, "-50.0 dB"},
+        {"DINÂMICA", "Nível, Saída 4", QAccessible::Indicator, "-50.0 dB"},
         {"MAIN", "In 2, nível 1", QAccessible::Indicator, "-15.0 dB"},
         {"OUT 3", "SAÍDA 3, nível 1", QAccessible::Indicator, "-40.0 dB"},
         {"TOM", "VOLUME", QAccessible::Grouping},
@@ -67,7 +67,7 @@ TEST(AccessibilityTest, AScreenReaderCanOperateTheControls) {
     value.setCurrentValue(0);
     EXPECT_EQ(knob.value(), 11.5) << "disabled";
 
-    QAccessibleInterface& mute = reader(desk.find("Mudo da entrada"));
+    QAccessibleInterface& mute = reader(desk.find("Mudo, Entrada"));
     mute.actionInterface()->doAction(Action::toggleAction());
     EXPECT_TRUE(mute.state().checked);
 }

@@ -94,6 +94,6 @@ TEST(PresetPanelTest, WorksOnceForTwoClicksAndShowsWhatTheSpeakersHold) {
     EXPECT_EQ(presets.view.focusWidget(), nullptr) << "no other control takes the next key";
     presets.settle();
     EXPECT_EQ(presets.sentOf(Fun::presetSave).size(), 2);
-    EXPECT_TRUE(presets.shows("Preset 1 salvo em 2 caixas"));
+    EXPECT_TRUE(presets.model->report.value().text == "Preset 1 salvo em 2 caixas");
     EXPECT_EQ(presets.view.focusWidget(), &save);
 }

@@ -2,6 +2,7 @@
 
 #include "ui/kit/panel.hpp"
 #include "ui/kit/textfield.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/logotitle.hpp"
 #include "ui/pages/shell/mainwindow.hpp"
 
@@ -16,11 +17,11 @@ TEST(ShellTest, GuidesFromOfflineToOnlineAndBack) {
     EXPECT_TRUE(desk.shows("Conecte às caixas"));
     QTest::mouseClick(desk.all<Kit::Button>().back(), Qt::LeftButton);  // CONECTAR on the card
     ASSERT_TRUE(desk.until([&] { return desk.model->progress.value().value_or(0) > 0.4; }));
-    for (const char* const text : {"Conectando às caixas…", "Lendo a caixa 01…", "40%"})
+    for (const char* const text : {"Conectando às caixas…", "Lendo a caixa 01…", "Leitura das caixas"})
         EXPECT_TRUE(desk.shows(text)) << text;
     EXPECT_TRUE(desk.lit("DESCONECTAR") && !desk.shows("Procurar e renumerar as caixas"));
     ASSERT_TRUE(desk.until([&] { return desk.model->status.value().isOnline(); }));
-    EXPECT_FALSE(desk.shows("Conectando às caixas…") || desk.shows("100%"));
+    EXPECT_FALSE(desk.shows("Conectando às caixas…") || desk.shows("Leitura das caixas"));
 
     auto& knob = desk.find<Kit::ValueControl>("Graves");
     knob.propose(5);
@@ -68,22 +69,42 @@ TEST(ShellTest, HeaderAndStripAct) {
     EXPECT_FALSE(desk.sentOf(Fun::netStart).empty());
 }
 
-TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindow) {
+TEST(ShellTest, ALongChainAndEveryPageFitTheSmallestWindows) {
     Desk desk("TOM", 16);
-    desk.view.resize(ContentView::smallest);
-    const QRect room = desk.view.rect().marginsRemoved({32, 24, 32, 24});
-    const auto fits = [&](QWidget& widget) {
-        const QRect place(widget.mapTo(&desk.view, QPoint()), widget.size());
-        return room.contains(place) && widget.size() == widget.size().expandedTo(widget.minimumSizeHint());
-    };
-    for (const TechPage& page : TechPage::all) {
-        desk.goTo(page.title());
-        for (QWidget* const panel : desk.all<Kit::Panel>())
-            EXPECT_TRUE(fits(*panel)) << qPrintable(page.title());
+    QStringList titles{"TOM", "DINÂMICA", "DELAY"};
+    for (const TechPage& page : TechPage::all)
+        titles << page.title();
+    desk.view.setMinimumSize(Room::leastOnSmallScreen);
+    for (const auto& [size, margin] : {std::pair{Room::least, 24}, {Room::leastOnSmallScreen, 14}}) {
+        desk.view.resize(size);
+        const QRect room = desk.view.rect().marginsRemoved({32, margin, 32, margin});
+        const auto fits = [&](QWidget& widget) {
+            const QRect place(widget.mapTo(&desk.view, QPoint()), widget.size());
+            return room.contains(place) &&
+                   widget.size() == widget.size().expandedTo(widget.minimumSizeHint());
+        };
+        for (const QString& title : titles) {
+            desk.goTo(title);
+            EXPECT_TRUE(fits(desk.find(titles.indexOf(title) < 3 ? "DELAY" : "OUT 4")));
+            for (QWidget* const panel : desk.all<Kit::Panel>())
+                EXPECT_TRUE(fits(*panel)) << qPrintable(title) << ' ' << size.height();
+        }
     }
-    EXPECT_TRUE(fits(desk.find("OUT 4")));
-    desk.model->technical = false;
-    EXPECT_TRUE(fits(desk.find("DELAY")));
+}
+
+TEST(ShellTest, TheContentGrowsAndStaysInTheMiddleOfALargeWindow) {
+    Desk desk("DELAY");
+    const QSize usual = desk.all<Kit::Panel>().at(0)->size();
+    desk.view.resize(2560, 1440);
+    const QSize free = (desk.view.size() - Room::most) / 2;
+    const auto placeOf = [&](QWidget& widget) {
+        return QRect(widget.mapTo(&desk.view, QPoint()), widget.size());
+    };
+    const QRect panel = placeOf(*desk.all<Kit::Panel>().at(0));
+    EXPECT_EQ(panel.size(), usual + Room::most - Room::usual);
+    EXPECT_EQ(panel.bottomRight(), QPoint(2560, 1440) - QPoint(free.width() + 33, free.height() + 25));
+    EXPECT_EQ(placeOf(*desk.all<LogoTitle>().at(0)).topLeft() + QPoint(LogoTitle::bleed, LogoTitle::bleed),
+              QPoint(free.width() + 32, free.height() + 34));
 }
 
 TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {
@@ -109,7 +130,7 @@ TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {
     MainWindow window(*rig.model, true);
     Hand::showActive(window);
     window.resize(300, 200);
-    EXPECT_EQ(window.content().size(), ContentView::smallest);
+    EXPECT_EQ(window.content().size(), Room::least);
     auto& logo = OnScreen::find<LogoTitle>(window, "CORVANE");
     const auto click = [&window](const char* name) {
         QTest::mouseClick(&OnScreen::find<Kit::Button>(window, name), Qt::LeftButton);

@@ -60,7 +60,7 @@ TEST(StripTest, KeepsItsWordsLegibleWhateverThereIsToShow) {
                     EXPECT_GE(seen(desk.find(notice)).width(), 260) << which;
                     EXPECT_GE(seen(desk.find<QWidget>(status.text.c_str())).width(), 120) << which;
                     if (status.isWorking()) {
-                        EXPECT_GE(seen(desk.find<QWidget>("45%")).width(), 25) << which;
+                        EXPECT_GE(seen(desk.find<QWidget>("Leitura das caixas")).width(), 25) << which;
                     }
                     const auto all = desk.all<SpeakerChip>();
                     auto* const chosen = *std::ranges::find_if(all, &Kit::Button::isChecked);
@@ -95,12 +95,12 @@ TEST(StripTest, ChipsGiveWayTogetherThenScroll) {
 
 TEST(StripTest, TodasAndEscapeTakeTheTargetAway) {
     Desk desk("MAIN", 3);
-    EXPECT_FALSE(desk.shows("TODAS"));
+    EXPECT_FALSE(desk.shows("Todas"));
     for (const bool byKey : {false, true}) {
         desk.click(desk.chip(2));
-        byKey ? desk.press(desk.view, Qt::Key_Escape) : desk.click("TODAS");
+        byKey ? desk.press(desk.view, Qt::Key_Escape) : desk.click("Todas");
         EXPECT_EQ(desk.model->target.value(), std::nullopt);
-        EXPECT_FALSE(desk.shows("TODAS"));
+        EXPECT_FALSE(desk.shows("Todas"));
         desk.port->sent.clear();
         desk.press("In 1", Qt::Key_Down);
         EXPECT_EQ(desk.written().size(), 3U);

@@ -8,6 +8,7 @@ namespace Corvane {
 
 /// Reads "ON" and is lit while the delay acts, else "OFF". A click switches the delay and keeps its
 /// time.
-Kit::PillButton* delayButton(const ModuleSetting<Wendril::DelayValue>& delay, QWidget* parent);
+Kit::PillButton* delayButton(std::string_view channel, const ModuleSetting<Wendril::DelayValue>& delay,
+                             QWidget* parent);
 
 }  // namespace Corvane

@@ -6,9 +6,11 @@
 
 namespace Corvane {
 
-Kit::PillButton* switchButton(const SwitchTitles& titles, std::function<bool()> isLit,
+Kit::PillButton* switchButton(const QString& name, const SwitchTitles& titles, std::function<bool()> isLit,
                               Kit::Button::Action change, QWidget* parent) {
     auto* const button = new Kit::PillButton(titles.unlit, Kit::PillButton::Size::compact, parent);
+    button->setUse(Kit::Button::Use::toggle);
+    button->setAccessibleName(name);
     button->reserveFor({titles.lit, titles.unlit});
     button->action = std::move(change);
     Corvane::bind(*button, std::move(isLit), [button, titles](bool lit) {

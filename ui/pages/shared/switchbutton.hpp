@@ -12,8 +12,9 @@ struct SwitchTitles {
     QString unlit;
 };
 
-/// A compact button, lit while `isLit` is true. A click calls `change`.
-Kit::PillButton* switchButton(const SwitchTitles& titles, std::function<bool()> isLit,
+/// A compact button, lit while `isLit` is true. A click calls `change`. Screen readers know it by `name`, the
+/// name of what it switches.
+Kit::PillButton* switchButton(const QString& name, const SwitchTitles& titles, std::function<bool()> isLit,
                               Kit::Button::Action change, QWidget* parent);
 
 }  // namespace Corvane

@@ -1,31 +1,29 @@
 #include "ui/pages/shell/contentview.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/diagnosticswindow.hpp"
 #include "ui/pages/shell/gesturefilter.hpp"
 #include "ui/pages/shell/headerbar.hpp"
-#include "ui/pages/shell/manual.hpp"
+#include "ui/pages/shell/keyboard.hpp"
 #include "ui/pages/shell/offlinecard.hpp"
 #include "ui/pages/shell/reportline.hpp"
 #include "ui/pages/shell/speakerstrip.hpp"
+#include "ui/pages/shell/speech.hpp"
 #include "ui/pages/simple/delayview.hpp"
 #include "ui/pages/simple/dynamicsview.hpp"
 #include "ui/pages/simple/toneview.hpp"
 #include "ui/pages/technical/techpageview.hpp"
 
+#include "ui/kit/announcer.hpp"
 #include "ui/kit/backdrop.hpp"
 #include "ui/kit/control.hpp"
 
 #include <QApplication>
-#include <QLineEdit>
 #include <QPainter>
-#include <QShortcut>
-#include <QStackedWidget>
 #include <QVBoxLayout>
 
-#include <functional>
 #include <tuple>
-#include <utility>
 
 namespace Corvane {
 
@@ -60,17 +58,19 @@ protected:
 ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     : QWidget(parent)
     , model(model)
-    , pages(new QStackedWidget(this))
+    , header(new HeaderBar(model, choosesLink, this))
+    , strip(new SpeakerStrip(model, {page, techPage, locked}, this))
+    , pages(new Kit::PageStack(this))
     , veil(new Veil(model, this))
     , reportLine(new ReportLine(model, this)) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
-    rows->addWidget(new HeaderBar(model, choosesLink, this));
-    rows->addWidget(new SpeakerStrip(model, {page, techPage, locked}, this));
+    rows->addWidget(header);
+    rows->addWidget(strip);
     rows->addWidget(pages, 1);
-    setMinimumSize(smallest);
-    resize(usual);
+    setMinimumSize(Room::least);
+    resize(Room::usual);
 
     Corvane::bind(
         *this, [this, &model] { return std::tuple(model.technical.value(), page.value(), techPage.value()); },
@@ -84,8 +84,7 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
     Corvane::bind(
         *this, [this, &model] { return model.status.value().isOnline() && !locked.value(); },
         [this](bool takesInput) {
-            // Otherwise the toolkit gives the focus to the next control, and the next key acts there.
-            if (QWidget* const focused = pages->focusWidget(); !takesInput && focused) focused->clearFocus();
+            if (!takesInput && keyboard) keyboard->leavePage();
             pages->setEnabled(takesInput);
         });
     // A drag would go on with the value of other speakers.
@@ -96,33 +95,13 @@ ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)
                 if (auto* const control = dynamic_cast<Kit::Control*>(each)) control->cancelInteraction();
         });
     new GestureFilter(*this, model.history);
-    addShortcuts();
+    new Kit::Announcer(this);
+    new Speech(model, *this);
+    keyboard = new Keyboard(model, {*this, *header, *strip, *pages, *veil}, {page, techPage, locked},
+                            [this] { showDiagnostics(); });
 }
 
-void ContentView::addShortcuts() {
-    const auto shortcut = [this](const QKeySequence& keys, std::function<void()> act) {
-        auto* const made = new QShortcut(keys, this);
-        connect(made, &QShortcut::activated, this, std::move(act));
-        return made;
-    };
-    const auto undo = [this] {
-        if (!locked.value()) model.undo();
-    };
-    const auto redo = [this] {
-        if (!locked.value()) model.redo();
-    };
-    shortcut(Qt::CTRL | Qt::Key_Z, undo);
-    shortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z, redo);
-    shortcut(Qt::CTRL | Qt::Key_Y, redo);
-    shortcut(Qt::CTRL | Qt::Key_L, [this] { locked = !locked.value(); })->setAutoRepeat(false);
-    shortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D, [this] { showDiagnostics(); })->setAutoRepeat(false);
-    shortcut(Qt::CTRL | Qt::Key_R, [this] { model.start(model.readAgain()); })->setAutoRepeat(false);
-    shortcut(Qt::Key_F1, [this] { openManual(model); })->setAutoRepeat(false);
-    auto* const escape = shortcut(Qt::Key_Escape, [this] { model.target = std::nullopt; });
-    // A field that is being typed in gets the key itself.
-    connect(qApp, &QApplication::focusChanged, escape,
-            [escape](QWidget*, QWidget* now) { escape->setEnabled(!qobject_cast<QLineEdit*>(now)); });
-}
+bool ContentView::focusNextPrevChild(bool next) { return keyboard->moveFocus(next); }
 
 void ContentView::showDiagnostics() {
     if (!diagnostics) diagnostics = new DiagnosticsWindow(model, this);
@@ -145,7 +124,10 @@ QWidget* ContentView::simplePage(Page which) {
     return nullptr;
 }
 
+// The toolkit would give the focus to a control of the next page.
 void ContentView::showPage() {
+    if (QWidget* const focused = QApplication::focusWidget(); focused && pages->isAncestorOf(focused))
+        focused->clearFocus();
     if (model.technical.value()) {
         if (!technicalPages) {
             technicalPages = new TechPageView(model, pages);
@@ -169,6 +151,9 @@ void ContentView::paintEvent(QPaintEvent*) {
 }
 
 void ContentView::resizeEvent(QResizeEvent*) {
+    const Room room = Room::in(size());
+    header->setRoom(room);
+    strip->setRoom(room);
     layout()->activate();
     veil->setGeometry(pages->geometry());
     reportLine->settle();

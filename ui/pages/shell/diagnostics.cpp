@@ -35,6 +35,8 @@ QString msText(Duration time) {
     return QString::asprintf("%.1f", std::chrono::duration<double, std::milli>(time).count());
 }
 
+}  // namespace
+
 QString statusText(const Status& status) {
     switch (status.state) {
     case Status::Case::working:
@@ -47,8 +49,6 @@ QString statusText(const Status& status) {
     }
     return QStringLiteral("Desconectado");
 }
-
-}  // namespace
 
 QString events(const AppModel& model) {
     QStringList lines;

@@ -12,6 +12,9 @@ QString events(const AppModel& model);
 QString counts(const AppModel& model, const LineReport& line);
 QString frames(const LineReport& line);
 
+/// The state of the link in words: "Conectado a COM3".
+QString statusText(const Status& status);
+
 /// All three, with the state of the link and the speakers, for a message to the support.
 QString everything(const AppModel& model);
 

@@ -18,6 +18,7 @@ namespace Corvane {
 namespace {
 
 constexpr QMargins margins(32, 34, 32, 10);
+constexpr int tightTop = 30;  // the window's buttons are above
 
 QString lastComponent(const std::string& path) { return toQString(path.substr(path.find_last_of('/') + 1)); }
 
@@ -27,9 +28,9 @@ HeaderBar::HeaderBar(AppModel& model, bool choosesLink, QWidget* parent)
     : QWidget(parent)
     , model(model) {
     auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(margins);
     row->setSpacing(12);
     auto* const logo = new LogoTitle(this);
+    title = logo;
     logo->onSecretClick = [&model] { model.technical = !model.technical.value(); };
     row->addWidget(logo);
     addTechnicalButton(*row);
@@ -39,6 +40,13 @@ HeaderBar::HeaderBar(AppModel& model, bool choosesLink, QWidget* parent)
     else
         addLinkName(*row);
     addConnectButton(*row);
+}
+
+void HeaderBar::setRoom(const Room& room) {
+    const QMargins eased(margins.left() + room.beside, room.above + room.between(tightTop, margins.top()),
+                         margins.right() + room.beside, margins.bottom());
+    layout()->setContentsMargins(eased - QMargins(LogoTitle::bleed, LogoTitle::bleed, 0, LogoTitle::bleed));
+    layout()->activate();
 }
 
 void HeaderBar::addTechnicalButton(QHBoxLayout& row) {
@@ -105,6 +113,7 @@ void HeaderBar::addConnectButton(QHBoxLayout& row) {
     const QString disconnects = QStringLiteral("DESCONECTAR");
     auto* const button = new Kit::PillButton(connects, Kit::PillButton::Size::compact, this);
     button->setIcon(QStringLiteral("cable.connector"));
+    connection = button;
     button->reserveFor({connects, disconnects});
     button->action = [this] {
         const Status status = model.status.value();

@@ -2,6 +2,8 @@
 
 #include "app/model/appmodel.hpp"
 
+#include "ui/pages/shared/room.hpp"
+
 #include <QWidget>
 
 class QHBoxLayout;
@@ -15,6 +17,13 @@ public:
     /// With `choosesLink` false the header names the chosen link and offers no choice.
     HeaderBar(AppModel& model, bool choosesLink, QWidget* parent);
 
+    QWidget& logo() const { return *title; }
+
+    /// Connects, cancels or disconnects.
+    QWidget& connectButton() const { return *connection; }
+
+    void setRoom(const Room& room);
+
 private:
     void addTechnicalButton(QHBoxLayout& row);
     void addLinkChoice(QHBoxLayout& row);
@@ -22,6 +31,8 @@ private:
     void addConnectButton(QHBoxLayout& row);
 
     AppModel& model;
+    QWidget* title;
+    QWidget* connection = nullptr;
 };
 
 }  // namespace Corvane

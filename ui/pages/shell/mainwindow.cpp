@@ -1,5 +1,6 @@
 #include "ui/pages/shell/mainwindow.hpp"
 
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/windowbuttons.hpp"
 
 #include <QCloseEvent>
@@ -33,7 +34,9 @@ MainWindow::MainWindow(AppModel& model, bool choosesLink)
     whole->addWidget(view);
     buttons->move(buttonsPlace);
     buttons->raise();
-    resize(ContentView::usual.boundedTo(screen()->availableSize()));
+    const QSize available = screen()->availableSize();
+    view->setMinimumSize(Room::least.boundedTo(available).expandedTo(Room::leastOnSmallScreen));
+    resize(Room::usual.boundedTo(available));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -16,6 +16,7 @@ public:
     ContentView& content() { return *view; }
 
 protected:
+    bool focusNextPrevChild(bool next) override { return view->focusNextPrevChild(next); }
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int padding = 36;
 constexpr int spacing = 12;
+constexpr int leastWidth = 680;  // so that it clearly covers the gap between the panels of the first page
 
 class Plug final : public QWidget {
 public:
@@ -40,6 +41,7 @@ Kit::Caption* line(const QString& text, double size, const QColor& color, QWidge
 OfflineCard::OfflineCard(AppModel& model, QWidget* parent)
     : Panel({}, parent) {
     layout()->setContentsMargins(padding, padding, padding, padding);
+    setMinimumWidth(leastWidth);
     content().setSpacing(spacing);
     content().addWidget(new Plug(this), 0, Qt::AlignHCenter);
     auto* const title = line({}, 20, Theme::text, this);

@@ -6,8 +6,6 @@
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QPainter>
 
 #include <algorithm>
@@ -26,16 +24,10 @@ constexpr int fadeMs = 250;
 
 Paint::TextStyle textStyle() { return {Theme::font(13, QFont::Medium), Theme::text, {}, false}; }
 
-QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
-    auto* const line = dynamic_cast<ReportLine*>(object);
-    return line ? new QAccessibleWidget(line, QAccessible::Notification) : nullptr;
-}
-
 }  // namespace
 
 ReportLine::ReportLine(AppModel& model, QWidget* parent)
     : QWidget(parent) {
-    QAccessible::installFactory(interfaceOf);  // a second time it does nothing
     setAttribute(Qt::WA_TransparentForMouseEvents);
     opacity.setDuration(shownMs + fadeMs);
     opacity.setStartValue(1.0);
@@ -51,11 +43,8 @@ ReportLine::ReportLine(AppModel& model, QWidget* parent)
         });
 }
 
-// Screen readers announce a notification when it appears, so it is hidden before it says anything else.
 void ReportLine::say(const QString& said) {
-    hide();
     text = said;
-    setAccessibleName(text);
     settle();
     raise();
     show();

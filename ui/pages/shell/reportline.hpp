@@ -8,7 +8,7 @@
 namespace Corvane {
 
 /// Says for two seconds, at the foot of its parent, what has been undone, redone or done with a preset.
-/// It takes no input. Screen readers announce it.
+/// It takes no input.
 class ReportLine final : public QWidget {
 public:
     ReportLine(AppModel& model, QWidget* parent);

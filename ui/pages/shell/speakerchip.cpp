@@ -21,11 +21,13 @@ SpeakerChip::SpeakerChip(const QString& title, const QString& name, QWidget* par
     , label(name.isEmpty() ? title : title + QStringLiteral(" · ") + name)
     , titleWidth(textWidth(title))
     , labelWidth(textWidth(label)) {
+    setUse(Use::choice);
     setAccessibleName(label);
     setToolTip(label);
 }
 
 void SpeakerChip::setSelected(bool value) {
+    if (selected == value) return;
     selected = value;
     stateChanged();
 }
@@ -37,6 +39,7 @@ void SpeakerChip::setOnline(bool value) {
 
 void SpeakerChip::setIncomplete(bool value) {
     incomplete = value;
+    setAccessibleDescription(value ? QStringLiteral("Leitura incompleta") : QString());
     setToolTip(label + (value ? QStringLiteral("\nLeitura incompleta") : QString()));
     update();
 }
@@ -55,9 +58,7 @@ Paint::TextStyle SpeakerChip::style() const {
     return {Theme::font(12, QFont::DemiBold, 1), selected ? Theme::text : Theme::secondary, {}, true};
 }
 
-Kit::Control::Outline SpeakerChip::outline() const {
-    return {QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), height() / 2.0};
-}
+Kit::Control::Outline SpeakerChip::outline() const { return {rect(), height() / 2.0}; }
 
 // What is being typed elsewhere is set when it loses the focus. A screen reader can act without moving
 // the focus, but that text is meant for the speakers edited so far.
@@ -72,12 +73,16 @@ void SpeakerChip::focusInEvent(QFocusEvent* event) {
 }
 
 void SpeakerChip::paint(QPainter& painter) {
-    const QRectF capsule = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF capsule = Paint::snapped(painter, rect());
     const double radius = capsule.height() / 2;
-    const double hover = isHovered() ? 0.03 : 0;
-    Paint::fill(painter, capsule, radius, selected ? Theme::accentSoft : Theme::white(0.04 + hover));
+    const bool bright = isHovered() && !isPressed();
+    Paint::fill(painter, capsule, radius, Theme::legible);
+    Paint::fill(painter, capsule, radius, selected ? Theme::accentSoft : Theme::white(0.04));
+    if (bright) Paint::fill(painter, capsule, radius, Theme::white(0.06));
+    if (isPressed()) Paint::innerShadow(painter, capsule, radius, {Theme::black(0.7), 5, 3});
     Paint::edge(painter, capsule, radius,
-                selected ? Theme::faded(Theme::accent, 0.5) : Theme::white(0.06 + hover));
+                selected ? Theme::faded(Theme::accent, bright ? 0.8 : 0.5)
+                         : Theme::white(bright ? 0.2 : 0.06));
     double left = padding;
     if (online) {
         const QRectF lamp(padding, 0, Kit::lampSize, height());

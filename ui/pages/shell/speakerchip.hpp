@@ -32,7 +32,6 @@ public:
     std::function<void()> focused;
 
     void activate() override;
-    bool isCheckable() const override { return true; }
     bool isChecked() const override { return selected; }
     QSize sizeHint() const override { return {widthFor(nameWidth()), chipHeight}; }
 

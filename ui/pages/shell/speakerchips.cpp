@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Corvane {
 
@@ -70,7 +71,7 @@ private:
 };
 
 SpeakerChips::SpeakerChips(AppModel& model, QWidget* parent)
-    : QWidget(parent)
+    : Group(QStringLiteral("Caixas"), parent)
     , model(model)
     , opening(new QWidget(this))
     , all(new SpeakerChip(QStringLiteral("TODAS"), {}, this))
@@ -78,7 +79,8 @@ SpeakerChips::SpeakerChips(AppModel& model, QWidget* parent)
     , after(new More(QStringLiteral("chevron.right"), QStringLiteral("Caixas seguintes"), false, this))
     , offset(Kit::Animation::Kind::even, 0, *this, [this] { place(); }) {
     setFixedHeight(SpeakerChip::chipHeight);
-    all->setToolTip(QStringLiteral("Ajustar todas as caixas (Esc)"));
+    all->setToolTip(QStringLiteral("Ajustar todas as caixas (Esc ou Alt+0)"));
+    all->setAccessibleName(QStringLiteral("Todas"));
     all->action = [&model] { model.target = std::nullopt; };
     all->focused = [this] { reveal(*all); };
     before->action = [this] { scrollTo(wanted - opening->width() + 2 * arrowRoom); };
@@ -99,6 +101,9 @@ void SpeakerChips::showSpeakers(const Speakers& speakers) {
     chips.clear();
     for (const auto& speaker : speakers)
         chips.push_back(chipFor(speaker));
+    std::vector<Kit::Control*> controls(chips.begin(), chips.end());
+    controls.push_back(all);
+    roving.setControls(std::move(controls));
     setVisible(!speakers.empty());
     arrange();
     updateGeometry();

@@ -3,6 +3,8 @@
 #include "app/model/appmodel.hpp"
 
 #include "ui/kit/animation.hpp"
+#include "ui/kit/group.hpp"
+#include "ui/kit/roving.hpp"
 
 #include <QWidget>
 
@@ -16,7 +18,7 @@ class SpeakerChip;
 /// speaker, a chip "TODAS" follows, which takes the target away. When the row is too narrow, the model
 /// names of all chips get shorter until only the addresses are left. Beyond that the row scrolls: by
 /// the wheel, and by an arrow at each end at which chips are hidden.
-class SpeakerChips final : public QWidget {
+class SpeakerChips final : public Kit::Group {
 public:
     SpeakerChips(AppModel& model, QWidget* parent);
 
@@ -54,8 +56,9 @@ private:
     SpeakerChip* all;
     More* before;
     More* after;
-    bool pinned = true;     // TODAS stands beside the opening, instead of scrolling with the chips
-    double wanted = 0;      // where `offset` moves to
+    bool pinned = true;  // TODAS stands beside the opening, instead of scrolling with the chips
+    double wanted = 0;   // where `offset` moves to
+    Kit::Roving roving{0, Kit::Roving::Choice::moves, this};
     Kit::Animation offset;  // how far the row is scrolled
 };
 

@@ -17,6 +17,7 @@ namespace Corvane {
 namespace {
 
 constexpr QMargins margins(32, 14, 32, 0);
+constexpr int tightTop = 8;
 constexpr int twoAddresses = 132;  // with an arrow: what the chips claim before padlock and status give way
 
 template <class List, class Value>
@@ -40,7 +41,7 @@ public:
     }
 
     void setGeometry(const QRect& area) override {
-        int room = area.width() - margins.left() - margins.right() - othersWidth();
+        int room = area.marginsRemoved(contentsMargins()).width() - othersWidth();
         const int leastStatus = status.minimumSizeHint().width();
         if (!padlock.isHidden()) room -= padlockWidth(room - leastStatus);
         const int wholeStatus = status.sizeHint().width();
@@ -87,6 +88,7 @@ SpeakerStrip::SpeakerStrip(AppModel& model, const Choices& choices, QWidget* par
     , choices(choices) {
     auto* const chips = new SpeakerChips(model, this);
     auto* const padlock = new Padlock(this);
+    lock = padlock;
     auto* const status = new StatusLabel(model, this);
     padlock->action = [locked = &choices.locked] { *locked = false; };
     Corvane::bind(
@@ -102,6 +104,12 @@ SpeakerStrip::SpeakerStrip(AppModel& model, const Choices& choices, QWidget* par
     addTechnicalTabs(*row);
 }
 
+void SpeakerStrip::setRoom(const Room& room) {
+    layout()->setContentsMargins(margins.left() + room.beside, room.between(tightTop, margins.top()),
+                                 margins.right() + room.beside, margins.bottom());
+    layout()->activate();
+}
+
 void SpeakerStrip::addSearchButton(QHBoxLayout& row) {
     auto* const button = new Kit::IconButton(QStringLiteral("dot.radiowaves.left.and.right"),
                                              QStringLiteral("Procurar e renumerar as caixas"), 18, this);
@@ -112,10 +120,7 @@ void SpeakerStrip::addSearchButton(QHBoxLayout& row) {
     // Spinner and padlock stand in its place.
     Corvane::bind(
         *button, [this] { return model.status.value().isWorking() || choices.locked.value(); },
-        [button](bool busy) {
-            if (busy) button->clearFocus();
-            button->setVisible(!busy);
-        });
+        [button](bool busy) { button->setVisible(!busy); });
     row.addWidget(button);
 }
 

@@ -3,6 +3,7 @@
 #include "app/model/appmodel.hpp"
 
 #include "ui/kit/tabs.hpp"
+#include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/page.hpp"
 #include "ui/pages/technical/techpage.hpp"
 
@@ -26,6 +27,11 @@ public:
 
     SpeakerStrip(AppModel& model, const Choices& choices, QWidget* parent);
 
+    /// Hidden while the page is not locked.
+    QWidget& padlock() const { return *lock; }
+
+    void setRoom(const Room& room);
+
 private:
     class Row;
 
@@ -35,6 +41,7 @@ private:
 
     AppModel& model;
     Choices choices;
+    QWidget* lock;
 };
 
 }  // namespace Corvane

@@ -4,8 +4,8 @@
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/caption.hpp"
-#include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
+#include "ui/kit/shadows.hpp"
 #include "ui/kit/spinner.hpp"
 #include "ui/kit/theme.hpp"
 
@@ -39,6 +39,9 @@ protected:
     }
 };
 
+constexpr int groundPadding = 11;
+constexpr int groundHeight = 26;
+
 // Shows a text of which at least its first `leastText` pixels stay to be seen.
 void showText(Kit::Caption& caption, const QString& text) {
     caption.setText(text);
@@ -54,12 +57,11 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
     , lamp(new LitLamp(this))
     , text(new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this))
     , error(new Warning(Warning::Kind::statement, Theme::error, leastText, this))
-    , percentage(new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this)) {
+    , percentage(new Kit::Percentage(QStringLiteral("Leitura das caixas"), Theme::font(fontSize),
+                                     Theme::secondary, this)) {
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    percentage->setTabular(true);
-    percentage->reserveFor(Formats::percent(1));
     auto* const atWork = new Kit::Spinner(this);
     auto* const activity = new Kit::Caption({}, Theme::font(fontSize), Theme::secondary, this);
     auto* const notice = new Warning(Warning::Kind::dismissible, Theme::accent, leastNotice, this);
@@ -73,10 +75,7 @@ StatusLabel::StatusLabel(AppModel& model, QWidget* parent)
     Corvane::bind(
         *percentage,
         [&model] { return model.status.value().isWorking() ? model.progress.value() : std::nullopt; },
-        [this](std::optional<double> progress) {
-            percentage->setText(progress ? Formats::percent(*progress) : QString());
-            percentage->setVisible(progress.has_value());
-        });
+        [this](std::optional<double> progress) { percentage->setFraction(progress); });
     Corvane::bind(
         *activity, [&model] { return model.activity.value(); },
         [activity, atWork](const std::optional<std::string>& doing) {
@@ -94,11 +93,35 @@ void StatusLabel::show(const Status& status) {
     const bool offline = status.state == Status::Case::offline;
     const bool failed = status.state == Status::Case::error;
     const QString line = offline ? QStringLiteral("Desconectado") : toQString(status.text);
+    const int beside = failed ? 0 : groundPadding;
+    layout()->setContentsMargins(beside, 0, beside, 0);
     spinner->setVisible(status.isWorking());
     lamp->setVisible(status.isOnline());
     showText(*text, failed ? QString() : line);
     error->setText(failed ? line : QString());
     setToolTip(line);
+}
+
+// The ground is as wide as what is shown.
+bool StatusLabel::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) update();
+    return QWidget::event(event);
+}
+
+// On the window's bright upper part the dim texts need a dark ground. Warnings bring their own.
+void StatusLabel::paintEvent(QPaintEvent*) {
+    QRect shown;
+    for (QObject* const child : children())
+        if (const auto* const part = qobject_cast<QWidget*>(child);
+            part && !part->isHidden() && !dynamic_cast<const Warning*>(part))
+            shown |= part->geometry();
+    if (shown.isEmpty()) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF ground(shown.left() - groundPadding, (height() - groundHeight) / 2.0,
+                        shown.width() + 2 * groundPadding, groundHeight);
+    const QRectF capsule = Paint::snapped(painter, ground);
+    Paint::fill(painter, capsule, capsule.height() / 2, Theme::legible);
 }
 
 }  // namespace Corvane

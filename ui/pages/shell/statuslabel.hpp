@@ -17,6 +17,10 @@ class StatusLabel final : public QWidget {
 public:
     StatusLabel(AppModel& model, QWidget* parent);
 
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     void show(const Status& status);
 
@@ -24,7 +28,7 @@ private:
     QWidget* lamp;
     Kit::Caption* text;
     Warning* error;
-    Kit::Caption* percentage;
+    Kit::Percentage* percentage;
 };
 
 }  // namespace Corvane

@@ -1,65 +1,24 @@
 #include "ui/pages/simple/delayview.hpp"
 
-#include "ui/pages/shared/bind.hpp"
-#include "ui/pages/shared/bindfield.hpp"
-#include "ui/pages/shared/controls.hpp"
-#include "ui/pages/shared/delaybutton.hpp"
-#include "ui/pages/shared/pagelayout.hpp"
+#include "ui/pages/simple/delaybay.hpp"
 
 #include "ui/kit/caption.hpp"
-#include "ui/kit/fader.hpp"
-#include "ui/kit/formats.hpp"
 #include "ui/kit/theme.hpp"
 
 namespace Corvane {
 
-using namespace Wendril;
-
 DelayView::DelayView(AppModel& model, QWidget* parent)
-    : Surface(parent)
-    , model(model) {
+    : PageView(QBoxLayout::LeftToRight, parent) {
     auto* const panel = new Kit::Panel(QStringLiteral("DELAY DAS SAÍDAS"), this);
     panel->setTrailing(new Kit::Caption(QStringLiteral("1 ms ≈ 34,3 cm de distância"),
                                         Theme::font(11, QFont::DemiBold, 1.5), Theme::secondary, panel));
-    auto* const columns = new QHBoxLayout;
-    columns->addStretch(1);
-    for (int i = 0; i < static_cast<int>(K7Q::outputs.size()); ++i) {
-        columns->addLayout(column(i, panel));
-        columns->addStretch(1);
-    }
-    panel->content().addSpacing(8);
-    panel->content().addStretch(1);
-    panel->content().addLayout(columns);
-    panel->content().addStretch(1);
-    auto* const page = new QVBoxLayout(this);
-    page->setContentsMargins(pageMargins);
-    page->addWidget(panel);
-}
-
-QLayout* DelayView::column(int output, QWidget* parent) {
-    const ModuleSetting<DelayValue> delay(model, ModuleKind::delay,
-                                          K7Q::outputs.at(static_cast<std::size_t>(output)));
-    const Limits limits = delay.limits("ms");
-    auto* const fader =
-        faderFor(limits, QStringLiteral("Saída %1").arg(output + 1), Formats::delay, {.height = 300}, parent);
-    bindField(*fader, delay, &DelayValue::ms);
-
-    auto* const distance = new Kit::Caption({}, Theme::font(12, QFont::Medium), Theme::secondary, parent);
-    distance->setTabular(true);
-    distance->setAlignment(Qt::AlignCenter);
-    distance->reserveFor(Formats::distance(limits.highest));
-    Corvane::bind(
-        *distance, [delay] { return delay.value().ms; },
-        [distance](float ms) { distance->setText(Formats::distance(ms)); });
-
-    auto* const rows = new QVBoxLayout;
-    rows->setSpacing(12);
-    rows->addWidget(fader, 0, Qt::AlignHCenter);
-    rows->addWidget(distance, 0, Qt::AlignHCenter);
-    auto* const button = delayButton(delay, parent);
-    button->setAccessibleName(QStringLiteral("Delay da saída %1").arg(output + 1));
-    rows->addWidget(button, 0, Qt::AlignHCenter);
-    return rows;
+    auto* const bays = new QHBoxLayout;
+    bays->setContentsMargins(0, 8, 0, 0);
+    bays->setSpacing(18);
+    for (int output = 0; output < static_cast<int>(Wendril::K7Q::outputs.size()); ++output)
+        bays->addWidget(new DelayBay(model, output, panel), 1);
+    panel->content().addLayout(bays, 1);
+    panels().addWidget(panel);
 }
 
 }  // namespace Corvane

@@ -2,19 +2,14 @@
 
 #include "app/model/appmodel.hpp"
 
-#include "ui/kit/panel.hpp"
+#include "ui/pages/shared/pageview.hpp"
 
 namespace Corvane {
 
 /// The delay of each output.
-class DelayView final : public Kit::Surface {
+class DelayView final : public PageView {
 public:
     DelayView(AppModel& model, QWidget* parent);
-
-private:
-    QLayout* column(int output, QWidget* parent);
-
-    AppModel& model;
 };
 
 }  // namespace Corvane

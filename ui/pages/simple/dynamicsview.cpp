@@ -2,12 +2,13 @@
 
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/channelname.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
-#include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/switchbutton.hpp"
 #include "ui/pages/simple/outputpicker.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/meterbar.hpp"
@@ -17,6 +18,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 
 namespace Corvane {
 
@@ -26,7 +28,6 @@ namespace {
 
 constexpr double largeKnob = 150;
 constexpr double smallKnob = 96;
-constexpr int rowGap = 24;
 
 // Ratios of a compressor that is switched off and on, and the highest that is shown as off.
 constexpr float offRatio = 1;
@@ -38,6 +39,12 @@ QHBoxLayout* rowOf(std::initializer_list<QWidget*> controls) {
     for (QWidget* const control : controls)
         row->addWidget(control, 1, Qt::AlignCenter);
     return row;
+}
+
+// The buttons of both panels are as wide as the widest.
+Kit::PillButton* equallyWide(Kit::PillButton* button) {
+    button->reserveFor({QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO"), QStringLiteral("BYPASS")});
+    return button;
 }
 
 // The setting of the first chosen output; an edit goes to all chosen outputs.
@@ -89,17 +96,15 @@ Kit::Knob* kneeKnob(const OutputsSetting<Value>& setting, QWidget* parent) {
 }  // namespace
 
 DynamicsView::DynamicsView(AppModel& model, QWidget* parent)
-    : Surface(parent)
+    : PageView(QBoxLayout::TopToBottom, parent)
     , model(model) {
-    auto* const rows = new QVBoxLayout(this);
-    rows->setContentsMargins(pageMargins);
-    rows->setSpacing(18);
-    rows->addWidget(new OutputPicker(model, this));
-    auto* const panels = new QHBoxLayout;
-    panels->setSpacing(panelGap);
-    panels->addWidget(compressorPanel(), 1);
-    panels->addWidget(limiterPanel(), 1);
-    rows->addLayout(panels, 1);
+    panels().setSpacing(18);
+    panels().addWidget(new OutputPicker(model, this));
+    auto* const pair = new QHBoxLayout;
+    pair->setSpacing(panelGap);
+    pair->addWidget(compressorPanel(), 1);
+    pair->addWidget(limiterPanel(), 1);
+    panels().addLayout(pair, 1);
 }
 
 QWidget* DynamicsView::compressorPanel() {
@@ -109,8 +114,10 @@ QWidget* DynamicsView::compressorPanel() {
         compressor.edit([ratio = isOn() ? offRatio : onRatio](DynamicsValue& value) { value.ratio = ratio; });
     };
     auto* const panel = new Kit::Panel(QStringLiteral("COMPRESSOR"), this);
-    panel->setTrailing(
-        switchButton({QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")}, isOn, toggle, panel));
+    Kit::setContext(*panel, {QStringLiteral("Compressor")});
+    panel->setTrailing(equallyWide(switchButton(QStringLiteral("Compressor"),
+                                                {QStringLiteral("LIGADO"), QStringLiteral("DESLIGADO")}, isOn,
+                                                toggle, panel)));
     const auto time = [&](const QString& title, std::uint32_t DynamicsValue::*field) {
         return timeKnobFor(title, smallKnob, compressor, field, panel);
     };
@@ -127,23 +134,19 @@ QWidget* DynamicsView::compressorPanel() {
 QWidget* DynamicsView::limiterPanel() {
     const OutputsSetting<LimiterValue> limiter(model, ModuleKind::limiter, &AppModel::editLimiter);
     auto* const panel = new Kit::Panel(QStringLiteral("LIMITER"), this);
-    panel->setTrailing(switchButton(
-        {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [this] { return !limiterBypassed(); },
-        [this] { toggleLimiter(); }, panel));
-
-    auto* const knobs = new QVBoxLayout;
-    knobs->addStretch(1);
-    knobs->addLayout(rowOf({thresholdKnob(limiter, panel)}));
-    knobs->addStretch(1);
-    knobs->addLayout(
+    Kit::setContext(*panel, {QStringLiteral("Limiter")});
+    panel->setTrailing(equallyWide(switchButton(
+        QStringLiteral("Limiter"), {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")},
+        [this] { return !limiterBypassed(); }, [this] { toggleLimiter(); }, panel)));
+    panel->content().addStretch(1);
+    QHBoxLayout* const large = rowOf({thresholdKnob(limiter, panel)});
+    large->addWidget(levelBlock(panel), 1, Qt::AlignHCenter);
+    panel->content().addLayout(large);
+    panel->content().addStretch(1);
+    panel->content().addLayout(
         rowOf({timeKnobFor(QStringLiteral("Release"), smallKnob, limiter, &LimiterValue::release, panel),
                kneeKnob(limiter, panel)}));
-    knobs->addStretch(1);
-    auto* const columns = new QHBoxLayout;
-    columns->addLayout(knobs, 1);
-    columns->addWidget(levelBlock(), 0, Qt::AlignCenter);
-    columns->addSpacing(24);
-    panel->content().addLayout(columns, 1);
+    panel->content().addStretch(1);
     return panel;
 }
 
@@ -157,15 +160,18 @@ void DynamicsView::toggleLimiter() {
         model.set(K7Q::index(ModuleKind::limiterBypass, output, 0), ModuleValue{bypass});
 }
 
-QWidget* DynamicsView::levelBlock() {
+bool DynamicsView::isChosen(std::string_view output) const {
+    return std::ranges::count(model.outputs(), output) > 0;
+}
+
+// It fills the height of the row, so that its title is on the line of the captions of the knobs.
+QWidget* DynamicsView::levelBlock(QWidget* parent) {
     constexpr int barHeight = 150;
-    auto* const block = new QWidget(this);
+    constexpr float silence = -std::numeric_limits<float>::infinity();
+    auto* const block = new QWidget(parent);
     auto* const rows = new QVBoxLayout(block);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(10);
-    auto* const title = new Kit::Caption(QStringLiteral("NÍVEL"), Theme::font(11, QFont::DemiBold, 2),
-                                         Theme::secondary, block);
-    rows->addWidget(title, 0, Qt::AlignHCenter);
+    rows->setSpacing(0);
     auto* const well = new Kit::Well(14, block);
     auto* const columns = new QHBoxLayout(well);
     constexpr int glow = Kit::MeterBar::glow;
@@ -173,17 +179,19 @@ QWidget* DynamicsView::levelBlock() {
     columns->setSpacing(0);
     for (const std::string_view output : K7Q::outputs) {
         auto* const bar = new Kit::MeterBar(5, well);
-        bar->setAccessibleName(QString::fromLatin1(output.data(), qsizetype(output.size())));
-        bar->setFixedHeight(barHeight + 2 * glow);
+        bar->setAccessibleName(QStringLiteral("Nível, ") + nameOf(output));
+        bar->setMinimumHeight(barHeight + 2 * glow);
         columns->addWidget(bar);
         Corvane::bind(
-            *bar, [this, output] { return model.meter(output); },
+            *bar, [=, this] { return isChosen(output) ? model.meter(output) : silence; },
             [bar](float level) { bar->setLevel(level); });
-        Corvane::bind(
-            *bar, [this, output] { return std::ranges::count(model.outputs(), output) > 0; },
-            [bar](bool chosen) { bar->setVisible(chosen); });
     }
-    rows->addWidget(well, 0, Qt::AlignHCenter);
+    auto* const title = new Kit::Caption(QStringLiteral("NÍVEL"), Theme::font(11, QFont::DemiBold, 2),
+                                         Theme::secondary, block);
+    rows->addWidget(well, 1, Qt::AlignHCenter);
+    rows->addSpacing(6);
+    rows->addWidget(title, 0, Qt::AlignHCenter);
+    rows->addSpacing(5);
     return block;
 }
 

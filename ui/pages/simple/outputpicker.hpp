@@ -2,17 +2,18 @@
 
 #include "app/model/appmodel.hpp"
 
-#include <QWidget>
+#include "ui/kit/control.hpp"
+#include "ui/kit/group.hpp"
 
 namespace Corvane {
 
 /// Chooses the output to which edits of the page go, or all outputs.
-class OutputPicker final : public QWidget {
+class OutputPicker final : public Kit::Group {
 public:
     OutputPicker(AppModel& model, QWidget* parent);
 
 private:
-    void addButton(AppModel& model, const QString& title, std::optional<int> output);
+    Kit::Control* addButton(AppModel& model, const QString& title, std::optional<int> output);
 };
 
 }  // namespace Corvane

@@ -3,13 +3,15 @@
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
-#include "ui/pages/shared/pagelayout.hpp"
+#include "ui/pages/shared/mutebutton.hpp"
 #include "ui/pages/shared/text.hpp"
 
 #include "ui/kit/analogvu.hpp"
 #include "ui/kit/formats.hpp"
+#include "ui/kit/group.hpp"
 #include "ui/kit/outputmeters.hpp"
 #include "ui/kit/pillbutton.hpp"
+#include "ui/kit/roving.hpp"
 
 #include <span>
 #include <string_view>
@@ -22,8 +24,8 @@ using namespace Wendril;
 
 namespace {
 
-// Heights of the rows and the space between them, at the smallest window.
-constexpr int meterRow = 200;
+// Heights of the rows and the space between them, in the lowest window.
+constexpr int meterRow = 184;
 constexpr int controlRow = 212;
 constexpr int buttonRow = 44;
 constexpr int gap = 18;
@@ -48,7 +50,7 @@ constexpr ToneKnob toneKnobs[] = {
 Kit::PillButton* muteButton(const QString& whatFor, std::function<bool()> muted, std::function<void()> toggle,
                             QWidget* parent) {
     auto* const button = new Kit::PillButton(QStringLiteral("MUDO"), Kit::PillButton::Size::regular, parent);
-    button->setAccessibleName(whatFor);
+    markAsMute(*button, whatFor);
     button->action = std::move(toggle);
     Corvane::bind(*button, std::move(muted), [button](bool on) {
         button->setIcon(on ? QStringLiteral("speaker.slash.fill") : QStringLiteral("speaker.wave.2.fill"));
@@ -64,24 +66,24 @@ std::vector<float> levelsOf(const AppModel& model, std::span<const std::string_v
     return levels;
 }
 
-QLayout* column(QWidget* control, QWidget* button) {
-    auto* const rows = new QVBoxLayout;
+// A widget of its own, so that the key M finds the button of a control.
+QWidget* column(QWidget* control, QWidget* button, QWidget* parent) {
+    auto* const whole = new QWidget(parent);
+    auto* const rows = new QVBoxLayout(whole);
+    rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(gap);
     rows->addWidget(control, 1, Qt::AlignHCenter);
     rows->addWidget(button, 0, Qt::AlignHCenter);
-    return rows;
+    return whole;
 }
 
 }  // namespace
 
 ToneView::ToneView(AppModel& model, QWidget* parent)
-    : Surface(parent)
+    : PageView(QBoxLayout::LeftToRight, parent)
     , model(model) {
-    auto* const columns = new QHBoxLayout(this);
-    columns->setContentsMargins(pageMargins);
-    columns->setSpacing(panelGap);
-    columns->addWidget(tonePanel(), 1);
-    columns->addWidget(volumePanel());
+    panels().addWidget(tonePanel(), 1);
+    panels().addWidget(volumePanel());
 }
 
 QWidget* ToneView::tonePanel() {
@@ -89,7 +91,7 @@ QWidget* ToneView::tonePanel() {
     panel->content().setSpacing(gap);
     panel->content().addLayout(meters(), 1);
     panel->content().addLayout(knobs());
-    panel->content().addLayout(presets());
+    panel->content().addWidget(presets());
     return panel;
 }
 
@@ -123,13 +125,18 @@ QLayout* ToneView::knobs() {
     return row;
 }
 
-QLayout* ToneView::presets() {
-    auto* const row = new QHBoxLayout;
+QWidget* ToneView::presets() {
+    auto* const group = new Kit::Group(QStringLiteral("Sons prontos"), this);
+    auto* const row = new QHBoxLayout(group);
+    row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(12);
     row->addStretch();
+    std::vector<Kit::Control*> buttons;
     for (const TonePreset& preset : TonePreset::all) {
         auto* const button =
-            new Kit::PillButton(toQString(preset.name).toUpper(), Kit::PillButton::Size::regular, this);
+            new Kit::PillButton(toQString(preset.name).toUpper(), Kit::PillButton::Size::regular, group);
+        button->setUse(Kit::Button::Use::choice);
+        button->setAccessibleName(toQString(preset.name));
         button->setIcon(toQString(preset.icon));
         button->action = [this, preset] {
             const History::Scope oneStep(model.history);
@@ -144,22 +151,24 @@ QLayout* ToneView::presets() {
             },
             [button](bool active) { button->setOn(active); });
         row->addWidget(button);
+        buttons.push_back(button);
     }
     row->addStretch();
-    return row;
+    (new Kit::Roving(0, Kit::Roving::Choice::stays, group))->setControls(std::move(buttons));
+    return group;
 }
 
 QWidget* ToneView::volumePanel() {
     auto* const panel = new Kit::Panel(QStringLiteral("VOLUME"), this);
     auto* const columns = new QHBoxLayout;
     columns->setSpacing(28);
-    columns->addLayout(inputColumn());
-    columns->addLayout(outputColumn());
+    columns->addWidget(inputColumn());
+    columns->addWidget(outputColumn());
     panel->content().addLayout(columns);
     return panel;
 }
 
-QLayout* ToneView::inputColumn() {
+QWidget* ToneView::inputColumn() {
     const ModuleSetting<GainValue> gain(model, ModuleKind::gain, K7Q::inputs.front());
     auto* const fader =
         faderFor(gain.limits("db"), QStringLiteral("Entrada"), Formats::decibels,
@@ -169,19 +178,23 @@ QLayout* ToneView::inputColumn() {
     Corvane::bind(
         *this, [this] { return levelsOf(model, K7Q::inputs); },
         [fader](const std::vector<float>& levels) { fader->setLevels(levels); });
-    return column(fader, muteButton(
-                             QStringLiteral("Mudo da entrada"), [gain] { return gain.value().mute; },
-                             [this] { model.toggleMute(); }, this));
+    return column(fader,
+                  muteButton(
+                      QStringLiteral("Entrada"), [gain] { return gain.value().mute; },
+                      [this] { model.toggleMute(); }, this),
+                  this);
 }
 
-QLayout* ToneView::outputColumn() {
+QWidget* ToneView::outputColumn() {
     auto* const meters = new Kit::OutputMeters(int(K7Q::outputs.size()), trackHeight, this);
     Corvane::bind(
         *meters, [this] { return levelsOf(model, K7Q::outputs); },
         [meters](const std::vector<float>& levels) { meters->setLevels(levels); });
-    return column(meters, muteButton(
-                              QStringLiteral("Mudo das saídas"), [this] { return model.outputsMuted(); },
-                              [this] { model.toggleOutputMute(); }, this));
+    return column(meters,
+                  muteButton(
+                      QStringLiteral("Saídas"), [this] { return model.outputsMuted(); },
+                      [this] { model.toggleOutputMute(); }, this),
+                  this);
 }
 
 }  // namespace Corvane

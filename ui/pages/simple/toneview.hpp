@@ -2,12 +2,12 @@
 
 #include "app/model/appmodel.hpp"
 
-#include "ui/kit/panel.hpp"
+#include "ui/pages/shared/pageview.hpp"
 
 namespace Corvane {
 
 /// Tone and volume of the inputs, and the levels of all channels.
-class ToneView final : public Kit::Surface {
+class ToneView final : public PageView {
 public:
     ToneView(AppModel& model, QWidget* parent);
 
@@ -15,10 +15,10 @@ private:
     QWidget* tonePanel();
     QLayout* meters();
     QLayout* knobs();
-    QLayout* presets();
+    QWidget* presets();
     QWidget* volumePanel();
-    QLayout* inputColumn();
-    QLayout* outputColumn();
+    QWidget* inputColumn();
+    QWidget* outputColumn();
 
     AppModel& model;
 };

@@ -1,19 +1,22 @@
 #include "ui/pages/technical/filterrow.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/channelname.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/shared/text.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/lamp.hpp"
+#include "ui/kit/roving.hpp"
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/theme.hpp"
-#include "ui/kit/wellmenu.hpp"
 
 #include <QBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Corvane {
@@ -22,7 +25,6 @@ using namespace Wendril;
 
 namespace {
 
-constexpr int rowHeight = 24;
 constexpr int columnGap = 10;
 constexpr double bypassedOpacity = 0.6;
 
@@ -32,11 +34,20 @@ QString titleOf(ModuleKind filter) {
     return filter == ModuleKind::hpf ? QStringLiteral("HPF") : QStringLiteral("LPF");
 }
 
+QString filterText(ModuleKind kind, const FilterValue& value) {
+    if (value.bypass) return titleOf(kind) + QStringLiteral(" desligado");
+    const auto slope = std::ranges::find(FilterMath::slopes, value.type, &FilterMath::Slope::code);
+    return QStringList{titleOf(kind), Formats::formatHz(value.fc),
+                       slope == FilterMath::slopes.end() ? QString() : toQString(slope->name)}
+        .join(u' ');
+}
+
 FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel, std::optional<QColor> color,
                      QWidget* parent)
     : QWidget(parent) {
     const ModuleSetting<FilterValue> filter(model, kind, channel);
     const QString name = titleOf(kind);
+    Kit::setContext(*this, {nameOf(channel)});
     const QColor titleColor = color.value_or(Theme::text);
     auto* const title = new Kit::Caption(name, Theme::font(11, QFont::Normal, 1.5), titleColor, this);
     title->setFixedWidth(30);
@@ -49,8 +60,7 @@ FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel,
     fc->onChange = [filter](double hz) {
         filter.edit([hz](FilterValue& value) { value.fc = static_cast<std::uint32_t>(std::lround(hz)); });
     };
-    auto* const slope = new Kit::WellMenu<std::uint8_t>(138, this);
-    slope->setFixedHeight(rowHeight);
+    slope = new Kit::WellMenu<std::uint8_t>(138, this);
     slope->setAccessibleName(name + QStringLiteral(", inclinação"));
     Kit::WellMenu<std::uint8_t>::Options options;
     for (const FilterMath::Slope& each : FilterMath::slopes)
@@ -65,10 +75,11 @@ FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel,
     for (QWidget* const control : std::initializer_list<QWidget*>{title, on, fc, slope})
         row->addWidget(control);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    (new Kit::Roving(0, Kit::Roving::Choice::stays, this))->setControls({on, fc, slope});
 
     Corvane::bind(
         *this, [filter] { return filter.value(); },
-        [=](const FilterValue& value) {
+        [=, this](const FilterValue& value) {
             on->setOn(!value.bypass);
             fc->setValue(value.fc);
             slope->setSelection(value.type);

@@ -22,9 +22,8 @@ using namespace Wendril;
 
 namespace {
 
-constexpr int rowHeight = 24;
 constexpr int smallestGap = 12;
-constexpr int largestGap = 34;
+constexpr int sidePadding = 8;  // between the edges of a row's plate and its cells
 constexpr double bypassedOpacity = 0.55;
 
 enum Column { numberColumn, onColumn, typeColumn, fcColumn, qColumn, gainColumn };
@@ -40,22 +39,16 @@ constexpr ColumnLook columns[] = {
 
 std::uint8_t raw(PeqType type) { return static_cast<std::uint8_t>(type); }
 
-// The gaps between the cells grow with the width of the row, up to `largestGap`: with wider ones the
-// eye loses the row.
+// The gaps between the cells grow with the width of the row.
 void layOut(QWidget* row, const std::vector<QWidget*>& cells) {
     auto* const layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setContentsMargins(sidePadding, 0, sidePadding, 0);
     layout->setSpacing(0);
-    int widest = 0;
     for (QWidget* const cell : cells) {
-        if (cell != cells.front()) {
+        if (cell != cells.front())
             layout->addSpacerItem(new QSpacerItem(smallestGap, 0, QSizePolicy::MinimumExpanding));
-            widest += largestGap;
-        }
         layout->addWidget(cell);
-        widest += cell->minimumWidth();
     }
-    row->setMaximumWidth(widest);
 }
 
 }  // namespace
@@ -74,6 +67,8 @@ QString bandText(const PeqValue& band, const QString& separator) {
         .join(separator);
 }
 
+QString bandName(int band) { return QStringLiteral("Banda %1").arg(band + 1); }
+
 PeqHeader::PeqHeader(QWidget* parent)
     : QWidget(parent) {
     std::vector<QWidget*> captions;
@@ -89,7 +84,7 @@ PeqHeader::PeqHeader(QWidget* parent)
 
 PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* parent)
     : QWidget(parent) {
-    const QString name = QStringLiteral("Banda %1").arg(band + 1);
+    const QString name = bandName(band);
     const ModuleSetting<PeqValue> setting(model, ModuleKind::peq, channel, band);
     const auto field = [&](Column column, const QString& what, const Limits& limits, bool logarithmic,
                            const Kit::ValueControl::Format& format) {
@@ -105,7 +100,6 @@ PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* par
     number->setCursor(Qt::PointingHandCursor);
     on = new Kit::LampSwitch(name, this);
     type = new Kit::WellMenu<std::uint8_t>(columns[typeColumn].width, this);
-    type->setFixedHeight(rowHeight);
     type->setAccessibleName(name + QStringLiteral(", tipo"));
     type->setOptions({{raw(PeqType::peak), QStringLiteral("PEQ")},
                       {raw(PeqType::lowShelf), QStringLiteral("Low shelf")},
@@ -156,10 +150,12 @@ void PeqRow::setMarked(bool value) {
 }
 
 void PeqRow::paintEvent(QPaintEvent*) {
-    if (!selected && !marked) return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    Paint::fill(painter, rect(), 6, selected ? Theme::accentSoft : Theme::white(0.06));
+    Paint::fill(painter, rect(), 8,
+                selected ? Theme::accentSoft
+                : marked ? Theme::white(0.07)
+                         : Theme::white(0.025));
 }
 
 // The number lets its events pass to the row, and is as wide as it above and below.

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <string_view>
+#include <vector>
 
 namespace Corvane {
 
@@ -18,6 +19,8 @@ void editBand(AppModel& model, std::string_view channel, int band,
 
 /// "160 Hz · +7.8 dB · Q 1.78"
 QString bandText(const Wendril::PeqValue& band, const QString& separator = QStringLiteral(" · "));
+
+QString bandName(int band);  // "Banda 1" for 0
 
 /// The column titles over the rows.
 class PeqHeader final : public QWidget {
@@ -34,6 +37,12 @@ public:
 
     std::function<void()> onSelect;            // the number is clicked
     std::function<void(bool isOver)> onHover;  // the pointer enters or leaves the row
+
+    /// From left to right.
+    std::vector<Kit::Control*> cells() const { return {on, type, fc, q, gain}; }
+
+    /// Makes the row lower, where a page has no height for the menu's own.
+    void setMenuHeight(int height) { type->setFixedHeight(height); }
 
     void setSelected(bool value);
     void setMarked(bool value);

@@ -5,9 +5,13 @@
 
 #include "ui/kit/caption.hpp"
 #include "ui/kit/lamp.hpp"
+#include "ui/kit/roving.hpp"
 #include "ui/kit/theme.hpp"
 
 #include <QGridLayout>
+
+#include <utility>
+#include <vector>
 
 namespace Corvane {
 
@@ -35,6 +39,7 @@ Kit::LampSwitch* crosspoint(AppModel& model, std::string_view input, std::string
 RoutingPanel::RoutingPanel(AppModel& model, QWidget* parent)
     : Panel(QStringLiteral("ROTEAMENTO"), parent) {
     auto* const grid = new QGridLayout;
+    std::vector<Kit::Control*> switches;
     grid->setVerticalSpacing(10);
     for (int i = 0; i < static_cast<int>(K7Q::inputs.size()); ++i) {
         grid->setColumnStretch(i + 1, 1);
@@ -45,12 +50,14 @@ RoutingPanel::RoutingPanel(AppModel& model, QWidget* parent)
         grid->addWidget(heading(QStringLiteral("OUT %1").arg(o + 1), this), o + 1, 0, Qt::AlignVCenter);
         for (int i = 0; i < static_cast<int>(K7Q::inputs.size()); ++i) {
             const QString name = QStringLiteral("IN %1 → OUT %2").arg(i + 1).arg(o + 1);
-            grid->addWidget(crosspoint(model, K7Q::inputs.at(static_cast<std::size_t>(i)),
-                                       K7Q::outputs.at(static_cast<std::size_t>(o)), name, this),
-                            o + 1, i + 1, Qt::AlignCenter);
+            switches.push_back(crosspoint(model, K7Q::inputs.at(static_cast<std::size_t>(i)),
+                                          K7Q::outputs.at(static_cast<std::size_t>(o)), name, this));
+            grid->addWidget(switches.back(), o + 1, i + 1, Qt::AlignCenter);
         }
     }
     content().addLayout(grid, 1);
+    (new Kit::Roving(static_cast<int>(K7Q::inputs.size()), Kit::Roving::Choice::stays, this))
+        ->setControls(std::move(switches));
 }
 
 }  // namespace Corvane

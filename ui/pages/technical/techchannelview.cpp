@@ -2,10 +2,10 @@
 
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/bindfield.hpp"
+#include "ui/pages/shared/channelname.hpp"
 #include "ui/pages/shared/controls.hpp"
 #include "ui/pages/shared/delaybutton.hpp"
 #include "ui/pages/shared/modulesetting.hpp"
-#include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/shared/switchbutton.hpp"
 #include "ui/pages/technical/channelresponse.hpp"
 #include "ui/pages/technical/channelstrip.hpp"
@@ -13,8 +13,10 @@
 #include "ui/pages/technical/filterrow.hpp"
 #include "ui/pages/technical/peqrow.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/pillbutton.hpp"
+#include "ui/kit/roving.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/timeknob.hpp"
 
@@ -31,28 +33,36 @@ using namespace Wendril;
 
 namespace {
 
+constexpr QMargins bleed = Kit::EQGraph::bleed;
+
 constexpr int gainWidth = 150;
-constexpr int dynamicsWidth = 252;
-constexpr int columnGap = 20;
-constexpr int padding = Kit::EQGraph::bleed.top();  // of the panels; handles need it round the graph
-constexpr int graphGap = 14;                        // between the graph and the table
+constexpr int dynamicsWidth = 272;
+constexpr int titleRow = 36;  // height of a compact button
+constexpr int padding = 26;   // of the panels
+
+// An output has ten rows and its filters under the graph. With them the height of the window has no room
+// for the padding of other panels, above and below, and for the height of other menus.
+constexpr int outputPadding = bleed.top();
+constexpr int outputMenuHeight = 24;
+
 constexpr int graphHeight = 230;
+constexpr int leastGraphHeight = 150;  // in the lowest window
+constexpr int graphFirst = 1000;       // stretch: what is left goes to the graph before the rows
 constexpr double stripHeight = 300;
-constexpr int inputRowHeight = 38;  // an input has few bands and room for tall rows
 constexpr double largeKnob = 82;
 constexpr double smallKnob = 62;
 constexpr double octavesPerNotch = 1.0 / 8;  // by which the wheel changes the Q of a band
 
-Kit::Panel* densePanel(const QString& title, QWidget* parent) {
+Kit::Panel* titledPanel(const QString& title, int width, QWidget* parent) {
     auto* const panel = new Kit::Panel(title, parent);
-    panel->layout()->setContentsMargins(padding, padding, padding, padding);
-    panel->layout()->setSpacing(12);
-    panel->content().setSpacing(8);
+    panel->setFixedWidth(width);
+    panel->reserveTitleRow(titleRow);
     return panel;
 }
 
 Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
     const QString label = QString::number(band + 1);
+    const QString name = bandName(band);
     const QString state = value.bypass ? QStringLiteral(", desligada") : QString();
     return {.id = band,
             .label = label,
@@ -60,69 +70,58 @@ Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
             .gain = value.gain,
             .color = Theme::accent,
             .dimmed = value.bypass,
-            .description =
-                QStringLiteral("Banda %1: %2%3").arg(label, bandText(value, QStringLiteral(", ")), state),
+            .name = name,
+            .description = QStringLiteral("%1: %2%3").arg(name, bandText(value, QStringLiteral(", ")), state),
             .readOut = bandText(value)};
 }
 
 }  // namespace
 
 TechChannelView::TechChannelView(AppModel& model, std::string_view channel, QString title, QWidget* parent)
-    : Surface(parent)
+    : PageView(QBoxLayout::LeftToRight, parent)
     , model(model)
     , channel(channel)
     , title(std::move(title)) {
-    auto* const columns = new QHBoxLayout(this);
-    columns->setContentsMargins(pageMargins);
-    columns->setSpacing(columnGap);
-    columns->addWidget(gainPanel());
-    columns->addWidget(equaliserPanel(), 1);
+    panels().addWidget(gainPanel());
+    panels().addWidget(equaliserPanel(), 1);
     auto* const dynamics = new QVBoxLayout;
-    dynamics->setSpacing(columnGap);
+    dynamics->setSpacing(panelGap);
     dynamics->addWidget(isInput(channel) ? gatePanel() : compressorPanel(), 1);
     dynamics->addWidget(delayPanel());
-    columns->addLayout(dynamics);
+    panels().addLayout(dynamics);
 }
 
 QWidget* TechChannelView::gainPanel() {
-    auto* const panel = densePanel(QStringLiteral("GANHO"), this);
-    panel->setFixedWidth(gainWidth);
-    panel->content().addWidget(new ChannelStrip(model, channel, title, stripHeight, panel), 0,
-                               Qt::AlignHCenter);
+    auto* const panel = titledPanel(QStringLiteral("GANHO"), gainWidth, this);
+    panel->content().addStretch(1);
+    strip = new ChannelStrip(model, channel, title, stripHeight, panel);
+    panel->content().addWidget(strip, 0, Qt::AlignHCenter);
     panel->content().addStretch(1);
     return panel;
 }
 
 QWidget* TechChannelView::equaliserPanel() {
+    const int edge = isInput(channel) ? padding : outputPadding;  // above and below
     auto* const panel = new Kit::Panel({}, this);
-    panel->layout()->setContentsMargins(padding, 0, 0, padding);
-    panel->content().setSpacing(graphGap - Kit::EQGraph::bleed.bottom());
+    Kit::setContext(*panel, {nameOf(channel)});
+    panel->layout()->setContentsMargins(padding, edge - bleed.top(), padding - bleed.right(), edge);
+    panel->content().setSpacing(4);
     buildGraph(panel);
-    panel->content().addWidget(graph);
+    panel->content().addWidget(graph, graphFirst);
     auto* const below = new QVBoxLayout;
-    below->setContentsMargins(0, 0, padding, 0);
-    below->setSpacing(14);
-    QLayout* const buttons = equaliserButtons(panel);
-    if (isInput(channel)) {
-        below->addLayout(table(panel));
-        below->addLayout(buttons);
-        below->addStretch(1);
-    } else {
-        auto* const beside = new QHBoxLayout;
-        beside->setSpacing(28);
-        beside->addLayout(table(panel), 1);
-        beside->addLayout(buttons);
-        beside->setAlignment(buttons, Qt::AlignBottom);
-        below->addLayout(beside, 1);
-        below->addLayout(filterRows(panel));
-    }
+    below->setContentsMargins(0, 0, bleed.right(), 0);
+    below->setSpacing(10);
+    below->addLayout(table(panel), 1);
+    below->addLayout(equaliserButtons(panel));
+    if (!isInput(channel)) below->addLayout(filterRows(panel));
     panel->content().addLayout(below, 1);
     return panel;
 }
 
 void TechChannelView::buildGraph(QWidget* parent) {
     graph = new Kit::EQGraph(graphHeight, parent);
-    graph->setAccessibleName(QStringLiteral("Equalizador, ") + title);
+    graph->setMinimumHeight(leastGraphHeight + bleed.top() + bleed.bottom());
+    graph->setAccessibleName(QStringLiteral("Equalizador"));
     graph->onDrag = [this](int band, double fc, double gain) {
         editBand(model, channel, band, [fc, gain](PeqValue& value) {
             value.fc = static_cast<std::uint32_t>(std::lround(fc));
@@ -146,6 +145,11 @@ void TechChannelView::buildGraph(QWidget* parent) {
         });
 }
 
+void TechChannelView::spend(int height) {
+    strip->setMinimumHeight(strip->sizeHint().height() + height);
+    graph->setMaximumHeight(graphHeight + height + bleed.top() + bleed.bottom());
+}
+
 QLayout* TechChannelView::table(QWidget* parent) {
     std::vector<PeqRow*> rows;
     auto* const lines = new QVBoxLayout;
@@ -154,15 +158,18 @@ QLayout* TechChannelView::table(QWidget* parent) {
     lines->addSpacing(2);
     for (int band = 0; band < AppModel::bandsOf(channel); ++band) {
         auto* const row = new PeqRow(model, channel, band, parent);
-        if (isInput(channel)) row->setFixedHeight(inputRowHeight);
+        if (!isInput(channel)) row->setMenuHeight(outputMenuHeight);
         lines->addWidget(row, 1);
         rows.push_back(row);
     }
     linkToGraph(rows);
-    auto* const left = new QHBoxLayout;
-    left->addLayout(lines, 1000);
-    left->addStretch(1);
-    return left;
+    std::vector<Kit::Control*> cells;
+    for (const PeqRow* const row : rows)
+        for (Kit::Control* const cell : row->cells())
+            cells.push_back(cell);
+    const auto perRow = static_cast<int>(cells.size() / rows.size());
+    (new Kit::Roving(perRow, Kit::Roving::Choice::stays, parent))->setControls(std::move(cells));
+    return lines;
 }
 
 void TechChannelView::linkToGraph(const std::vector<PeqRow*>& rows) {
@@ -236,6 +243,7 @@ QLayout* TechChannelView::equaliserButtons(QWidget* parent) {
     };
     auto* const reset = button(QStringLiteral("EQ RESET"));
     auto* const bypass = button(QStringLiteral("EQ BYPASS"));
+    bypass->setUse(Kit::Button::Use::toggle);
     reset->action = [this] { model.resetEq(channel); };
     bypass->action = [this] { model.setEqBypass(channel, !model.eqBypassed(channel)); };
     Corvane::bind(
@@ -244,32 +252,37 @@ QLayout* TechChannelView::equaliserButtons(QWidget* parent) {
     row->setSpacing(8);
     row->addWidget(reset);
     row->addWidget(bypass);
-    if (isInput(channel)) row->addStretch();
+    (new Kit::Roving(0, Kit::Roving::Choice::stays, parent))->setControls({reset, bypass});
+    row->addStretch();
     return row;
 }
 
 QLayout* TechChannelView::filterRows(QWidget* parent) {
     auto* const row = new QHBoxLayout;
-    row->addWidget(new FilterRow(model, ModuleKind::hpf, channel, {}, parent));
-    row->addStretch();
-    row->addWidget(new FilterRow(model, ModuleKind::lpf, channel, {}, parent));
+    for (const ModuleKind kind : {ModuleKind::hpf, ModuleKind::lpf}) {
+        auto* const filter = new FilterRow(model, kind, channel, {}, parent);
+        filter->setMenuHeight(outputMenuHeight);
+        if (kind == ModuleKind::lpf) row->addStretch();
+        row->addWidget(filter);
+    }
     return row;
 }
 
 QWidget* TechChannelView::compressorPanel() {
-    auto* const panel = densePanel(QStringLiteral("COMPRESSOR"), this);
-    panel->setFixedWidth(dynamicsWidth);
+    auto* const panel = titledPanel(QStringLiteral("COMPRESSOR"), dynamicsWidth, this);
+    Kit::setContext(*panel, {nameOf(channel), QStringLiteral("Compressor")});
     addKnobs(*panel, ModuleKind::compressor, Formats::signedDecibels);
     return panel;
 }
 
 QWidget* TechChannelView::gatePanel() {
-    auto* const panel = densePanel(QStringLiteral("NOISE GATE"), this);
-    panel->setFixedWidth(dynamicsWidth);
+    auto* const panel = titledPanel(QStringLiteral("NOISE GATE"), dynamicsWidth, this);
     const ModuleSetting<bool> bypass(model, ModuleKind::gateBypass, channel);
+    Kit::setContext(*panel, {nameOf(channel), QStringLiteral("Noise gate")});
     panel->setTrailing(switchButton(
-        {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")}, [bypass] { return !bypass.value(); },
-        [bypass] { bypass.edit([](bool& value) { value = !value; }); }, panel));
+        QStringLiteral("Noise gate"), {QStringLiteral("LIGADO"), QStringLiteral("BYPASS")},
+        [bypass] { return !bypass.value(); }, [bypass] { bypass.edit([](bool& value) { value = !value; }); },
+        panel));
     addKnobs(*panel, ModuleKind::gate, Formats::wholeDecibels);
     return panel;
 }
@@ -291,13 +304,13 @@ void TechChannelView::addKnobs(Kit::Panel& panel, ModuleKind kind, const Kit::Va
 }
 
 QWidget* TechChannelView::delayPanel() {
-    auto* const panel = densePanel(QStringLiteral("DELAY"), this);
-    panel->setFixedWidth(dynamicsWidth);
+    auto* const panel = titledPanel(QStringLiteral("DELAY"), dynamicsWidth, this);
     const ModuleSetting<DelayValue> delay(model, ModuleKind::delay, channel);
-    panel->setTrailing(delayButton(delay, panel));
+    panel->setTrailing(delayButton(channel, delay, panel));
     auto* const knob =
         knobFor(delay.limits("ms"), Formats::distance(0), Formats::delay, {.size = largeKnob}, panel);
-    knob->setAccessibleName(QStringLiteral("Delay"));
+    knob->setAccessibleName(nameOf(channel) + QStringLiteral(", tempo do delay"));
+    knob->spokenFormat = Formats::spokenDelay;
     bindField(*knob, delay, &DelayValue::ms);
     Corvane::bind(
         *this, [delay] { return delay.value().ms; },

@@ -3,8 +3,8 @@
 #include "app/model/appmodel.hpp"
 
 #include "ui/kit/eqgraph.hpp"
-#include "ui/kit/panel.hpp"
 #include "ui/kit/valuecontrol.hpp"
+#include "ui/pages/shared/pageview.hpp"
 
 #include <QString>
 
@@ -13,18 +13,20 @@
 
 namespace Corvane {
 
+class ChannelStrip;
 class PeqRow;
 
 /// The settings of one channel: gain, equaliser, dynamics and delay, and the crossover of an output.
 ///
 /// While the graph has the focus, Ctrl+C and Ctrl+V copy the selected band, and Ctrl+Shift+C and
 /// Ctrl+Shift+V all bands.
-class TechChannelView final : public Kit::Surface {
+class TechChannelView final : public PageView {
 public:
     TechChannelView(AppModel& model, std::string_view channel, QString title, QWidget* parent);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void spend(int height) override;
 
 private:
     QWidget* gainPanel();
@@ -45,6 +47,7 @@ private:
     AppModel& model;
     const std::string_view channel;
     const QString title;
+    ChannelStrip* strip = nullptr;
     Kit::EQGraph* graph = nullptr;
 };
 

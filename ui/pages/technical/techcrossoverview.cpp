@@ -1,6 +1,7 @@
 #include "ui/pages/technical/techcrossoverview.hpp"
 
-#include "ui/pages/shared/pagelayout.hpp"
+#include "ui/pages/shared/channelname.hpp"
+#include "ui/pages/shared/modulesetting.hpp"
 #include "ui/pages/technical/channelresponse.hpp"
 #include "ui/pages/technical/channelstrip.hpp"
 #include "ui/pages/technical/filterrow.hpp"
@@ -11,7 +12,6 @@
 #include "ui/kit/lamp.hpp"
 #include "ui/pages/shared/bind.hpp"
 
-#include <QGridLayout>
 #include <QPainter>
 
 namespace Corvane {
@@ -21,7 +21,15 @@ using namespace Wendril;
 namespace {
 
 constexpr int graphHeight = 240;
-constexpr int padding = Kit::EQGraph::bleed.top();  // of the panels; handles need it round a graph
+constexpr int leastGraphHeight = 190;  // in the lowest window
+constexpr QMargins bleed = Kit::EQGraph::bleed;
+constexpr int padding = 26;  // left and right in the panels
+
+// Above and below, the height of the window has no room for that: in all blocks, and in the graph's panel.
+constexpr int topOfBlock = 14;
+constexpr int footOfBlock = 16;
+constexpr int footOfGraph = 10;
+
 constexpr int gap = 18;
 constexpr int outputs = static_cast<int>(K7Q::outputs.size());
 
@@ -29,7 +37,22 @@ std::string_view channelOf(int output) { return K7Q::outputs.at(static_cast<std:
 QColor colorOf(int output) { return outputColors.at(static_cast<std::size_t>(output)); }
 QString titleOf(int output) { return QStringLiteral("SAÍDA %1").arg(output + 1); }
 
-constexpr int dotSize = static_cast<int>(Kit::lampSize + 2 * Kit::lampGlow);
+// "Saída 1: HPF 80 Hz Butterworth 24 dB, LPF desligado".
+QString description(AppModel& model) {
+    QStringList parts;
+    for (const std::string_view channel : K7Q::outputs) {
+        QStringList filters;
+        for (const ModuleKind kind : {ModuleKind::hpf, ModuleKind::lpf}) {
+            const ModuleSetting<FilterValue> filter(model, kind, channel);
+            filters << filterText(kind, filter.value());
+        }
+        parts << nameOf(channel) + QStringLiteral(": ") + filters.join(QStringLiteral(", "));
+    }
+    return parts.join(QStringLiteral("; "));
+}
+
+constexpr int glow = static_cast<int>(Kit::lampGlow);  // of a dot, on each side
+constexpr int dotSize = static_cast<int>(Kit::lampSize) + 2 * glow;
 
 class Dot final : public QWidget {
 public:
@@ -53,29 +76,33 @@ private:
 }  // namespace
 
 TechCrossoverView::TechCrossoverView(AppModel& model, QWidget* parent)
-    : Surface(parent)
+    : PageView(QBoxLayout::TopToBottom, parent)
     , model(model) {
-    auto* const rows = new QVBoxLayout(this);
-    rows->setContentsMargins(pageMargins);
-    rows->setSpacing(gap);
-    rows->addWidget(graphPanel());
-    auto* const blocks = new QGridLayout;
-    blocks->setSpacing(gap);
-    for (int output = 0; output < outputs; ++output)
-        blocks->addWidget(block(output), output / 2, output % 2);
-    rows->addLayout(blocks, 1);
+    panels().setSpacing(gap);
+    panels().addWidget(graphPanel(), 1000);
+    for (int output = 0; output < outputs; output += 2) {
+        auto* const pair = new QHBoxLayout;
+        pair->setSpacing(gap);
+        pair->addWidget(block(output));
+        pair->addWidget(block(output + 1));
+        panels().addLayout(pair, 1);
+    }
 }
 
 QWidget* TechCrossoverView::graphPanel() {
     auto* const panel = new Kit::Panel({}, this);
-    panel->layout()->setContentsMargins(padding, 0, 0, padding - Kit::EQGraph::bleed.bottom());
-    auto* const graph = new Kit::EQGraph(graphHeight, panel);
+    panel->layout()->setContentsMargins(padding, 0, padding - bleed.right(), footOfGraph);
+    graph = new Kit::EQGraph(graphHeight, panel);
+    graph->setMinimumHeight(leastGraphHeight + bleed.top() + bleed.bottom());
     graph->setAccessibleName(QStringLiteral("Resposta das saídas"));
+    Corvane::bind(
+        *graph, [this] { return description(model); },
+        [this](const QString& text) { graph->setAccessibleDescription(text); });
     panel->content().addWidget(graph);
     for (int output = 0; output < outputs; ++output)
         Corvane::bind(
             *graph, [this, output] { return filtersOf(model, channelOf(output)); },
-            [graph, output](const ChannelFilters& filters) {
+            [this, output](const ChannelFilters& filters) {
                 std::vector<Kit::EQGraph::Curve> curves = graph->shownCurves();
                 curves.resize(outputs);
                 curves.at(static_cast<std::size_t>(output)) = {titleOf(output), colorOf(output),
@@ -85,27 +112,32 @@ QWidget* TechCrossoverView::graphPanel() {
     return panel;
 }
 
+void TechCrossoverView::spend(int height) {
+    graph->setMaximumHeight(graphHeight + height + bleed.top() + bleed.bottom());
+    graph->parentWidget()->setMaximumHeight(graph->maximumHeight() + footOfGraph);
+}
+
 QWidget* TechCrossoverView::block(int output) {
     auto* const panel = new Kit::Panel({}, this);
-    panel->layout()->setContentsMargins(padding, 12, padding, 14);
+    panel->layout()->setContentsMargins(padding - glow, topOfBlock, padding, footOfBlock);
     panel->content().setSpacing(8);
     auto* const header = new QHBoxLayout;
-    header->setContentsMargins(-static_cast<int>(Kit::lampGlow), 0, 0, 0);  // aligns the dot, not its glow
-    header->setSpacing(6);
+    header->setSpacing(8);
     header->addWidget(new Dot(colorOf(output), panel));
     header->addWidget(
         new Kit::Caption(titleOf(output), Theme::font(12, QFont::Normal, 2), Theme::text, panel), 1);
     for (Kit::PillButton* const button :
-         {muteButton(model, channelOf(output), panel), polarityButton(model, channelOf(output), panel)}) {
-        button->setAccessibleDescription(titleOf(output));
+         {muteButton(model, channelOf(output), nameOf(channelOf(output)), panel),
+          polarityButton(model, channelOf(output), nameOf(channelOf(output)), panel)})
         header->addWidget(button);
-    }
     panel->content().addLayout(header);
+    auto* const filters = new QVBoxLayout;
+    filters->setContentsMargins(glow, 0, 0, 0);
+    filters->setSpacing(8);
+    for (const ModuleKind kind : {ModuleKind::hpf, ModuleKind::lpf})
+        filters->addWidget(new FilterRow(model, kind, channelOf(output), colorOf(output), panel));
     panel->content().addStretch(1);
-    for (const ModuleKind kind : {ModuleKind::hpf, ModuleKind::lpf}) {
-        auto* const row = new FilterRow(model, kind, channelOf(output), colorOf(output), panel);
-        panel->content().addWidget(row);
-    }
+    panel->content().addLayout(filters);
     panel->content().addStretch(1);
     return panel;
 }

@@ -1,6 +1,5 @@
 #include "ui/pages/technical/techmainview.hpp"
 
-#include "ui/pages/shared/pagelayout.hpp"
 #include "ui/pages/technical/channelstrip.hpp"
 #include "ui/pages/technical/presetpanel.hpp"
 #include "ui/pages/technical/routingpanel.hpp"
@@ -15,16 +14,6 @@ namespace {
 
 constexpr double trackHeight = 280;
 
-void addStrips(QBoxLayout& row, AppModel& model, std::span<const std::string_view> channels,
-               const QString& title, QWidget* parent) {
-    int number = 0;
-    for (const std::string_view channel : channels) {
-        row.addWidget(new ChannelStrip(model, channel, title.arg(++number), trackHeight, parent), 0,
-                      Qt::AlignTop);
-        row.addStretch(1);
-    }
-}
-
 QWidget* divider(QWidget* parent) {
     auto* const line = new QWidget(parent);
     QPalette colors = line->palette();
@@ -38,30 +27,39 @@ QWidget* divider(QWidget* parent) {
 }  // namespace
 
 TechMainView::TechMainView(AppModel& model, QWidget* parent)
-    : Surface(parent) {
-    auto* const columns = new QHBoxLayout(this);
-    columns->setContentsMargins(pageMargins);
-    columns->setSpacing(panelGap);
-    columns->addWidget(levelsPanel(model), 1);
+    : PageView(QBoxLayout::LeftToRight, parent) {
+    panels().addWidget(levelsPanel(model), 1);
     auto* const right = new QVBoxLayout;
     right->setSpacing(panelGap);
     right->addWidget(new PresetPanel(model, this));
     right->addWidget(new RoutingPanel(model, this), 1);
-    columns->addLayout(right);
+    panels().addLayout(right);
 }
 
 QWidget* TechMainView::levelsPanel(AppModel& model) {
     auto* const panel = new Kit::Panel(QStringLiteral("NÍVEIS"), this);
-    auto* const strips = new QHBoxLayout;
-    strips->addStretch(1);
-    addStrips(*strips, model, K7Q::inputs, QStringLiteral("In %1"), panel);
-    strips->addWidget(divider(panel));
-    strips->addStretch(1);
-    addStrips(*strips, model, K7Q::outputs, QStringLiteral("Out %1"), panel);
+    auto* const row = new QHBoxLayout;
+    const auto addStrips = [&](std::span<const std::string_view> channels, const QString& title) {
+        row->addStretch(1);
+        int number = 0;
+        for (const std::string_view channel : channels) {
+            strips.push_back(new ChannelStrip(model, channel, title.arg(++number), trackHeight, panel));
+            row->addWidget(strips.back());
+            row->addStretch(1);
+        }
+    };
+    addStrips(K7Q::inputs, QStringLiteral("In %1"));
+    row->addWidget(divider(panel));
+    addStrips(K7Q::outputs, QStringLiteral("Out %1"));
     panel->content().addStretch(1);
-    panel->content().addLayout(strips);
+    panel->content().addLayout(row);
     panel->content().addStretch(1);
     return panel;
+}
+
+void TechMainView::spend(int height) {
+    for (ChannelStrip* const strip : strips)
+        strip->setMinimumHeight(strip->sizeHint().height() + height);
 }
 
 }  // namespace Corvane

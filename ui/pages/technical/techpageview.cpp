@@ -26,9 +26,6 @@ void TechPageView::setPage(const TechPage& page) {
         view = build(page);
         stack->addWidget(view);
     }
-    // When a focused widget is hidden, Qt passes the focus to the next one in the tab order.
-    if (QWidget* const focused = window()->focusWidget(); focused && isAncestorOf(focused))
-        focused->clearFocus();
     stack->setCurrentWidget(view);
 }
 

@@ -1,0 +1,127 @@
+#include "tests/ui/pages/desk.hpp"
+
+#include "ui/kit/accessibility.hpp"
+#include "ui/kit/announcer.hpp"
+#include "ui/kit/numbereditor.hpp"
+#include "ui/kit/taborder.hpp"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+
+#include <set>
+
+using namespace Tests;
+
+namespace {
+
+constexpr Qt::KeyboardModifiers none = {};
+
+/// What has been announced. An announcement is spoken when the announcer appears.
+struct Announced : QObject {
+    explicit Announced(const QWidget& window) {
+        for (QWidget* const each : window.findChildren<QWidget*>())
+            if (dynamic_cast<Kit::Announcer*>(each)) each->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Show) said << static_cast<QWidget*>(watched)->accessibleName();
+        return false;
+    }
+
+    QStringList said;
+};
+
+/// A user who presses keys only, on what has the focus.
+struct KeyboardDesk : Desk {
+    using Desk::Desk;
+
+    int count = 0;
+
+    void keys(std::initializer_list<Qt::Key> list, Qt::KeyboardModifiers held = none) {
+        for (const Qt::Key key : list) {
+            QWidget* const focused = QApplication::focusWidget();
+            press(focused ? *focused : static_cast<QWidget&>(view), key, held);
+            ++count;
+        }
+    }
+    QString focused() const {
+        const QWidget* const widget = QApplication::focusWidget();
+        return widget ? Kit::fullName(*widget) : QString();
+    }
+};
+
+}  // namespace
+
+TEST(KeyboardTest, EveryPageHasFewStopsWithNamesAndRolesOfTheirOwn) {
+    KeyboardDesk desk("TOM", 3);
+    QStringList titles{"TOM", "DINÂMICA", "DELAY"};
+    for (const TechPage& page : TechPage::all)
+        titles << page.title();
+    for (const QString& title : titles) {
+        desk.goTo(title);
+        const std::vector<QWidget*> stops = Kit::tabOrder(desk.view);
+        EXPECT_LE(stops.size(), title.startsWith("OUT") ? 20U : 40U) << qPrintable(title);
+        std::set<QString> names;
+        for (auto* const control : OnScreen::all<Kit::Control>(desk.page())) {
+            QAccessibleInterface& reader = *QAccessible::queryAccessibleInterface(control);
+            EXPECT_TRUE(names.insert(reader.text(QAccessible::Name)).second)
+                << qPrintable(title) << ": " << qPrintable(reader.text(QAccessible::Name));
+            EXPECT_NE(reader.role(), QAccessible::Client);
+            const bool isReached = control->focusPolicy() != Qt::NoFocus;
+            if (!isReached || !control->isEnabled()) continue;
+            reader.actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+            EXPECT_TRUE(control->hasFocus()) << qPrintable(reader.text(QAccessible::Name));
+        }
+    }
+}
+
+TEST(KeyboardTest, AShowIsSetUpByKeysAlone) {
+    KeyboardDesk desk({}, 2);
+    desk.keys({Qt::Key_F6, Qt::Key_F6});
+    desk.keys({Qt::Key_Return});
+    ASSERT_TRUE(desk.until([&] { return desk.model->status.value().isOnline(); }));
+    EXPECT_EQ(desk.focused(), desk.chip(1)) << "the first speaker";
+    desk.keys({Qt::Key_2}, Qt::AltModifier);
+    EXPECT_EQ(desk.model->target.value(), 2);
+    desk.keys({Qt::Key_F6});
+    ASSERT_EQ(desk.focused(), "Graves");
+    desk.keys({Qt::Key_5});
+    EXPECT_TRUE(dynamic_cast<Kit::NumberEditor*>(QApplication::focusWidget()));
+    desk.keys({Qt::Key_M, Qt::Key_Return});
+    EXPECT_EQ(desk.model->tone(ToneBand::bass), 5) << "no key of the window acts while a text is typed";
+    desk.find<Kit::ValueControl>("Entrada").setFocus();
+    desk.keys({Qt::Key_M});
+    EXPECT_TRUE(desk.held<GainValue>(1, ModuleKind::gain, "In0").mute);
+    desk.keys({Qt::Key_PageDown}, Qt::ControlModifier);
+    EXPECT_EQ(desk.focused(), "Todas as saídas");
+    desk.keys({Qt::Key_Right, Qt::Key_Right});
+    EXPECT_EQ(desk.model->output.value(), 1);
+    desk.keys({Qt::Key_3}, Qt::ControlModifier);
+    EXPECT_EQ(desk.focused(), "Saída 1");
+    desk.keys({Qt::Key_2, Qt::Key_Period, Qt::Key_5, Qt::Key_Tab});
+    EXPECT_FLOAT_EQ(desk.held<DelayValue>(1, ModuleKind::delay, "Out0").ms, 2.5F);
+    EXPECT_EQ(desk.focused(), "Delay, Saída 1");
+    EXPECT_LE(desk.count, 19);
+}
+
+TEST(KeyboardTest, TellsWhatHappens) {
+    KeyboardDesk desk({}, 2);
+    Announced announced(desk.view);
+    desk.goTo("TOM");
+    for (const char* const text : {"Lendo a caixa 01…", "50%", "100%"})
+        EXPECT_EQ(announced.said.count(text), 1) << text;
+    announced.said.clear();
+    desk.model->notice = "A caixa 01 parou de responder";
+    desk.model->target = 2;
+    auto& bass = desk.find<Kit::ValueControl>("Graves");
+    bass.setFocus();
+    desk.keys({Qt::Key_9, Qt::Key_9, Qt::Key_Return});
+    EXPECT_EQ(announced.said,
+              (QStringList{"A caixa 01 parou de responder", "Caixa " + desk.chip(2), "99 → +12.0 dB"}));
+    announced.said.clear();
+    desk.cable.lock()->cut(nullptr);
+    desk.settle();
+    EXPECT_EQ(announced.said.size(), 1);
+    EXPECT_EQ(desk.focused(), "CONECTAR");
+}

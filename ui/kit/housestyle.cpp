@@ -1,0 +1,127 @@
+#include "ui/kit/housestyle.hpp"
+
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/symbols.hpp"
+#include "ui/kit/text.hpp"
+
+#include <QMenu>
+#include <QStyleOption>
+
+namespace Kit {
+
+namespace {
+
+constexpr double cornerRadius = 10;
+constexpr int menuPadding = 5;
+constexpr int tipPadding = 6;
+constexpr int entryHeight = 26;
+constexpr int separatorHeight = 9;
+constexpr int markRoom = 24;  // at the left of an entry
+constexpr int endRoom = 14;   // at its right
+constexpr double markSize = 11;
+
+bool isTip(const QWidget* widget) { return widget && widget->inherits("QTipLabel"); }
+
+void drawPanel(QPainter& painter, const QRectF& bounds) {
+    constexpr int room = HouseStyle::shadowRoom;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF panel = Paint::snapped(painter, bounds.adjusted(room, room - 2, -room, -room - 2));
+    Paint::dropShadow(painter, panel, cornerRadius, {Theme::black(0.6), 6, 3});
+    Paint::fill(painter, panel, cornerRadius, Theme::vertical(panel, Theme::panelTop, Theme::panelBottom));
+    Paint::edge(painter, panel, cornerRadius, Theme::rim(panel));
+    painter.restore();
+}
+
+void drawEntry(QPainter& painter, const QStyleOptionMenuItem& entry) {
+    const QRectF place = entry.rect;
+    const bool enabled = entry.state & QStyle::State_Enabled;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (entry.menuItemType == QStyleOptionMenuItem::Separator) {
+        painter.fillRect(QRectF(place.left() + 8, place.center().y(), place.width() - 16, 1),
+                         Theme::white(0.1));
+        return painter.restore();
+    }
+    if (enabled && (entry.state & QStyle::State_Selected)) {
+        const QRectF bar = Paint::snapped(painter, place);
+        Paint::fill(painter, bar, 6, Theme::accentSoft);
+        Paint::edge(painter, bar, 6, Theme::faded(Theme::accent, 0.35));
+    }
+    QRectF mark(0, 0, markSize, markSize);
+    mark.moveCenter({place.left() + markRoom / 2.0, place.center().y()});
+    if (entry.checked) Symbols::draw(painter, QStringLiteral("checkmark"), mark, Theme::accent);
+    const Paint::TextStyle style{Theme::font(HouseStyle::fontSize),
+                                 enabled ? Theme::text : Theme::faded(Theme::secondary, 0.6)};
+    const QStringList parts = QString(entry.text).remove(u'&').split(u'\t');
+    const QRectF line = place.adjusted(markRoom, 0, -endRoom, 0);
+    Paint::text(painter, line, Qt::AlignLeft, parts.front(), style);
+    if (parts.size() > 1) {
+        Paint::TextStyle faint = style;
+        faint.color = Theme::secondary;
+        Paint::text(painter, line, Qt::AlignRight, parts.back(), faint);
+    }
+    if (entry.menuItemType == QStyleOptionMenuItem::SubMenu) {
+        mark.moveRight(place.right() - 4);
+        Symbols::draw(painter, QStringLiteral("chevron.right"), mark, Theme::secondary);
+    }
+    painter.restore();
+}
+
+}  // namespace
+
+HouseStyle::HouseStyle()
+    : QProxyStyle(QStringLiteral("Fusion")) {}
+
+void HouseStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    if (!isTip(widget) && !qobject_cast<QMenu*>(widget)) return;
+    widget->setAttribute(Qt::WA_TranslucentBackground);
+    widget->setFont(Theme::font(fontSize));
+}
+
+int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    switch (metric) {
+    case PM_MenuPanelWidth:
+        return 0;
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+        return shadowRoom + menuPadding;
+    case PM_ToolTipLabelFrameWidth:
+        return shadowRoom + tipPadding;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+QSize HouseStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                   const QWidget* widget) const {
+    const auto* const entry = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (type != CT_MenuItem || !entry) return QProxyStyle::sizeFromContents(type, option, size, widget);
+    if (entry->menuItemType == QStyleOptionMenuItem::Separator) return {size.width(), separatorHeight};
+    const bool hasShortcut = entry->text.contains(u'\t');
+    return {size.width() + markRoom + endRoom + (hasShortcut ? 2 * endRoom : 0), entryHeight};
+}
+
+void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    switch (element) {
+    case PE_PanelMenu:
+    case PE_PanelTipLabel:
+        return drawPanel(*painter, option->rect);
+    case PE_FrameMenu:
+        return;
+    default:
+        return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+}
+
+void HouseStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const {
+    const auto* const entry = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (element == CE_MenuItem && entry) return drawEntry(*painter, *entry);
+    if (element == CE_MenuEmptyArea) return;
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+}  // namespace Kit

@@ -1,0 +1,63 @@
+#include "ui/pages/shared/pageview.hpp"
+
+#include "ui/kit/knob.hpp"
+
+#include <cmath>
+
+namespace Corvane {
+
+namespace {
+
+constexpr QMargins pageMargins(32, 24, 32, 24);
+constexpr double tightShare = 0.6;  // of a gap that is left in the lowest window
+
+}  // namespace
+
+PageView::PageView(QBoxLayout::Direction direction, QWidget* parent)
+    : Surface(parent)
+    , rows(new QBoxLayout(direction, this)) {
+    rows->setContentsMargins(pageMargins);
+    rows->setSpacing(panelGap);
+}
+
+void PageView::remember(QLayout* layout) {
+    if (auto* const box = qobject_cast<QBoxLayout*>(layout))
+        usual.push_back({box, box->contentsMargins(), box->spacing()});
+}
+
+std::vector<Kit::Panel*> PageView::panelsOfPage() const {
+    std::vector<Kit::Panel*> found;
+    for (QObject* const child : children())
+        if (auto* const panel = dynamic_cast<Kit::Panel*>(child)) found.push_back(panel);
+    return found;
+}
+
+void PageView::resizeEvent(QResizeEvent* event) {
+    if (usual.empty()) {
+        remember(rows);
+        for (Kit::Panel* const panel : panelsOfPage()) {
+            remember(panel->layout());
+            remember(&panel->content());
+        }
+    }
+    const Room room = Room::in(window()->size());
+    const auto eased = [&room](int gap) {
+        return room.between(static_cast<int>(std::lround(tightShare * gap)), gap);
+    };
+    for (const auto& [layout, margins, spacing] : usual) {
+        layout->setContentsMargins(margins.left(), eased(margins.top()), margins.right(),
+                                   eased(margins.bottom()));
+        layout->setSpacing(layout->direction() == QBoxLayout::TopToBottom ? eased(spacing) : spacing);
+    }
+    rows->setContentsMargins(rows->contentsMargins() + QMargins(room.beside, 0, room.beside, room.above));
+    spend(room.taller);
+    for (QWidget* const each : findChildren<QWidget*>())
+        if (auto* const knob = dynamic_cast<Kit::Knob*>(each)) knob->setGrowth(room.growth);
+    // From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
+    for (Kit::Panel* const panel : panelsOfPage())
+        panel->layout()->activate();
+    rows->activate();
+    Surface::resizeEvent(event);
+}
+
+}  // namespace Corvane
