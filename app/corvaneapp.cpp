@@ -71,6 +71,7 @@ void CorvaneApp::start() {
         model->start(Snapshot::runIfRequested(model));
         return;
     }
+    motion = std::make_unique<Motion>();
     window = std::make_unique<MainWindow>(*model, true);
     window->show();
     endSignals = std::make_unique<EndSignals>([this] { window->close(); });

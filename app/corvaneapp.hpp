@@ -4,6 +4,7 @@
 #include "app/endsignals.hpp"
 #include "app/model/appmodel.hpp"
 #include "app/model/uiexecutor.hpp"
+#include "app/motion.hpp"
 #include "app/options.hpp"
 
 #include "ui/pages/shell/mainwindow.hpp"
@@ -30,6 +31,7 @@ private:
     std::shared_ptr<UiExecutor> executor;
     std::shared_ptr<AppModel> model;
     std::unique_ptr<MainWindow> window;
+    std::unique_ptr<Motion> motion;
     std::unique_ptr<EndSignals> endSignals;
 };
 
