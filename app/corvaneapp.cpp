@@ -78,6 +78,7 @@ void CorvaneApp::start() {
         model->start(Snapshot::runIfRequested(model));
         return;
     }
+    motion = std::make_unique<Motion>();
     window = std::make_unique<MainWindow>(*model, true);
     window->show();
     awake = std::make_unique<Awake>(*model);

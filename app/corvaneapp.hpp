@@ -5,6 +5,7 @@
 #include "app/endsignals.hpp"
 #include "app/model/appmodel.hpp"
 #include "app/model/uiexecutor.hpp"
+#include "app/motion.hpp"
 #include "app/options.hpp"
 #include "app/portwatch.hpp"
 
@@ -34,6 +35,7 @@ private:
     std::unique_ptr<MainWindow> window;
     std::unique_ptr<Awake> awake;
     std::unique_ptr<PortWatch> portWatch;
+    std::unique_ptr<Motion> motion;
     std::unique_ptr<EndSignals> endSignals;
 };
 

@@ -104,8 +104,7 @@ int main(int argc, char** argv) {
     // `sigwait` alone.
     const sigset_t signals = endSignals();
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    Cli::CommandLine commandLine("corvane-sim",
-                                 purpose(Cli::Language::english), Cli::Language::english);
+    Cli::CommandLine commandLine("corvane-sim", purpose(Cli::Language::english), Cli::Language::english);
     ProgramOptions options;
     addOptions(commandLine, options);
     if (const auto status = commandLine.parse(argc, argv)) return *status;

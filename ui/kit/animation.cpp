@@ -33,6 +33,8 @@ constexpr double settledDistance = 0.02;
 // After a pause of the program that is longer than this, the spring moves on by this much time only.
 constexpr int longestGapMs = 250;
 
+bool motionReduced = false;
+
 }  // namespace
 
 Animation::Animation(Kind kind, double start, QWidget& view, std::function<void()> moved)
@@ -45,11 +47,15 @@ Animation::Animation(Kind kind, double start, QWidget& view, std::function<void(
     view.installEventFilter(this);
 }
 
+void Animation::reduceMotion(bool reduces) { motionReduced = reduces; }
+
+bool Animation::isMotionReduced() { return motionReduced; }
+
 void Animation::moveTo(double place) {
     if (place == target) return;
     target = place;
     from = now;
-    if (!view.isVisible() || view.window()->isMinimized()) return finish();
+    if (motionReduced || !view.isVisible() || view.window()->isMinimized()) return finish();
     if (kind == Kind::even) stop();
     if (state() == Stopped) {
         computedMs = 0;

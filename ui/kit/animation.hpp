@@ -10,13 +10,17 @@
 namespace Kit {
 
 /// Moves the number that a view draws to a target: evenly within 80 ms, or like a mass on a spring.
-/// While the view is not on the screen the number jumps to its target.
+/// While the view is not on the screen, or motion is reduced, the number jumps to its target.
 class Animation final : public QAbstractAnimation {
 public:
     enum class Kind { even, spring };
 
     /// `moved` is called after each change of `position`.
     Animation(Kind kind, double start, QWidget& view, std::function<void()> moved);
+
+    /// For all views: for those whom movement on the screen makes unwell.
+    static void reduceMotion(bool reduces);
+    static bool isMotionReduced();
 
     double position() const { return now; }
     void moveTo(double target);

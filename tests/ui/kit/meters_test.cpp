@@ -1,5 +1,6 @@
 #include "tests/ui/kit/hand.hpp"
 #include "ui/kit/analogvu.hpp"
+#include "ui/kit/animation.hpp"
 #include "ui/kit/outputmeters.hpp"
 #include "ui/kit/polar.hpp"
 
@@ -111,6 +112,10 @@ TEST_F(AnalogVUTest, TheNeedleSwingsPastItsTargetAndSettles) {
     EXPECT_TRUE(past);
     frames.pass(2000);
     EXPECT_TRUE(isNeedleAt(20.8));
+    Kit::Animation::reduceMotion(true);
+    meter.setLevel(-28);
+    EXPECT_TRUE(isNeedleAt(-27.6)) << "motion is reduced";
+    Kit::Animation::reduceMotion(false);
 }
 
 /// Keeps what is repainted of it.

@@ -3,6 +3,7 @@
 #include "ui/pages/shared/bind.hpp"
 #include "ui/pages/shared/text.hpp"
 
+#include "ui/kit/animation.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
@@ -64,8 +65,8 @@ void ReportLine::settle() {
 void ReportLine::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(opacity.state() == QAbstractAnimation::Running ? opacity.currentValue().toDouble()
-                                                                      : 1);
+    const bool fades = opacity.state() == QAbstractAnimation::Running && !Kit::Animation::isMotionReduced();
+    painter.setOpacity(fades ? opacity.currentValue().toDouble() : 1);
     const QRectF capsule = QRectF(rect()).adjusted(shadowRoom, shadowRoom, -shadowRoom, -shadowRoom);
     const double radius = capsule.height() / 2;
     Paint::dropShadow(painter, capsule, radius, {Theme::black(0.6), 8, 3});
