@@ -39,9 +39,8 @@ void AppModel::refreshPorts() {
 namespace {
 
 std::string heldBy(const std::string& port) {
-    const auto holder = SerialPorts::holderOf(port);
-    if (!holder) return {};
-    return " (em uso por " + holder->program + ", processo " + std::to_string(holder->process) + ")";
+    const std::string holder = SerialPorts::inUseBy(port);
+    return holder.empty() ? "" : " (" + holder + ")";
 }
 
 }  // namespace

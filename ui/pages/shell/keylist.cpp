@@ -83,6 +83,7 @@ KeyList::KeyList(std::function<void()> openManual, QWidget* parent)
     auto* const manual =
         new Kit::PillButton(QStringLiteral("Abrir o manual"), Kit::PillButton::Size::compact, this);
     manual->action = std::move(openManual);
+    manual->setFocus(Qt::TabFocusReason);
     panel->setTrailing(manual);
     auto* const halves = new QHBoxLayout;
     halves->setSpacing(2 * margin);
