@@ -38,8 +38,7 @@ Motion::Motion() {
 
 void Motion::ask() {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                SLOT(setValue(QString, QString, QDBusVariant)));
+    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this, SLOT(change(QDBusMessage)));
     qDBusRegisterMetaType<Settings>();
     QStringList nameSpaces;
     for (const auto& sign : signs)
@@ -53,8 +52,10 @@ void Motion::ask() {
     });
 }
 
-void Motion::setValue(const QString& nameSpace, const QString& key, const QDBusVariant& value) {
-    settings[nameSpace][key] = value.variant();
+void Motion::change(const QDBusMessage& told) {
+    const QVariantList values = told.arguments();
+    if (told.signature() != QStringLiteral("ssv")) return;
+    settings[values[0].toString()][values[1].toString()] = values[2].value<QDBusVariant>().variant();
     apply();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QMap>
 #include <QObject>
 #include <QString>
@@ -24,7 +24,7 @@ public:
     static bool isReducedBy(const Settings& settings);
 
 private slots:
-    void setValue(const QString& nameSpace, const QString& key, const QDBusVariant& value);
+    void change(const QDBusMessage& told);
 
 private:
     void ask();

@@ -1,6 +1,5 @@
 #include "bench/openwindow.hpp"
 
-#include "tests/ui/kit/hand.hpp"
 #include "ui/kit/eqgraph.hpp"
 #include "ui/kit/valuecontrol.hpp"
 
@@ -18,30 +17,6 @@ using namespace Corvane;
 using namespace Bench;
 using namespace Wendril;
 using namespace std::chrono_literals;
-
-// Drags a control up and down. Every move changes its value by more than one step.
-class Drag {
-public:
-    explicit Drag(QWidget& control, QPointF at)
-        : control(control)
-        , start(at) {
-        Hand::mouse(control, QEvent::MouseButtonPress, start);
-    }
-    ~Drag() { Hand::mouse(control, QEvent::MouseButtonRelease, start); }
-    Drag(const Drag&) = delete;
-    Drag& operator=(const Drag&) = delete;
-
-    void move(int number) {
-        constexpr int turn = 16;
-        constexpr double points = 6;
-        const int way = number % (2 * turn);
-        Hand::mouse(control, QEvent::MouseMove, start - QPointF(0, points * std::min(way, 2 * turn - way)));
-    }
-
-private:
-    QWidget& control;
-    const QPointF start;
-};
 
 Kit::ValueControl& bass(OpenWindow& opened) {
     return OnScreen::find<Kit::ValueControl>(opened.window, "Graves");

@@ -2,6 +2,7 @@
 
 #include "simulator/line.hpp"
 #include "simulator/memorytransport.hpp"
+#include "tests/ui/kit/hand.hpp"
 #include "ui/pages/shared/room.hpp"
 
 #include <QApplication>
@@ -9,6 +10,7 @@
 #include <QPaintEvent>
 #include <QRegion>
 
+#include <algorithm>
 #include <utility>
 
 namespace Bench {
@@ -61,7 +63,7 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint) {
+        if (event->type() == QEvent::Paint && watched->isWidgetType()) {
             const auto* const widget = static_cast<QWidget*>(watched);
             places += static_cast<QPaintEvent*>(event)->region().translated(
                 widget->mapTo(widget->window(), QPoint()));
@@ -106,10 +108,19 @@ StillChain::StillChain(std::size_t speakers) {
 }
 
 LiveChain::LiveChain(OnSetting onSetting)
-    : model(std::make_shared<AppModel>(
-          surroundings(executor, [path = demo.port(), onSetting = std::move(onSetting)](const std::string&) {
-              return std::make_shared<TappedPort>(path, onSetting);
-          }))) {
+    : demo(Demo::usualSpeakers) {
+    connect(demo->port(), std::move(onSetting));
+}
+
+LiveChain::LiveChain(const std::string& port) {
+    connect(port, [](TimePoint) {});
+}
+
+void LiveChain::connect(const std::string& port, OnSetting onSetting) {
+    model = std::make_shared<AppModel>(
+        surroundings(executor, [port, onSetting = std::move(onSetting)](const std::string&) {
+            return std::make_shared<TappedPort>(port, onSetting);
+        }));
     model->start(model->connect());
     while (!model->status.value().isOnline())
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -121,6 +132,21 @@ OpenWindow::OpenWindow(AppModel& model, const ShownPage& page)
     window.resize(Room::usual);
     window.show();
     settle();
+}
+
+Drag::Drag(QWidget& control, QPointF at)
+    : control(control)
+    , start(at) {
+    Hand::mouse(control, QEvent::MouseButtonPress, start);
+}
+
+Drag::~Drag() { Hand::mouse(control, QEvent::MouseButtonRelease, start); }
+
+void Drag::move(int number) {
+    constexpr int turn = 16;
+    constexpr double points = 6;
+    const int way = number % (2 * turn);
+    Hand::mouse(control, QEvent::MouseMove, start - QPointF(0, points * std::min(way, 2 * turn - way)));
 }
 
 void settle() { QApplication::processEvents(); }

@@ -13,6 +13,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -44,16 +45,22 @@ struct StillChain {
     std::shared_ptr<Corvane::AppModel> model;
 };
 
-/// A model that is online with the chain of `corvane --demo`, on the event loop.
+/// A model that is online with the chain of `corvane --demo` or another one, on the event loop.
 struct LiveChain {
     /// `onSetting` gets the time of every settings frame, on the thread that sends it.
     using OnSetting = std::function<void(Wendril::TimePoint at)>;
 
     explicit LiveChain(OnSetting onSetting);
 
-    Corvane::Demo demo{Corvane::Demo::usualSpeakers};
+    /// With the chain at that serial port.
+    explicit LiveChain(const std::string& port);
+
+    std::optional<Corvane::Demo> demo;
     std::shared_ptr<Corvane::UiExecutor> executor = std::make_shared<Corvane::UiExecutor>();
     std::shared_ptr<Corvane::AppModel> model;
+
+private:
+    void connect(const std::string& port, OnSetting onSetting);
 };
 
 /// A window on the screen, at a page.
@@ -62,6 +69,21 @@ public:
     OpenWindow(Corvane::AppModel& model, const ShownPage& page);
 
     Corvane::MainWindow window;
+};
+
+/// Drags a control up and down. Every move changes its value by more than one step.
+class Drag {
+public:
+    Drag(QWidget& control, QPointF at);
+    ~Drag();
+    Drag(const Drag&) = delete;
+    Drag& operator=(const Drag&) = delete;
+
+    void move(int number);
+
+private:
+    QWidget& control;
+    const QPointF start;
 };
 
 /// Handles the events that are due, painting included.

@@ -1,6 +1,7 @@
 #include "ui/kit/analogvu.hpp"
 
 #include "ui/kit/finefill.hpp"
+#include "ui/kit/layer.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/polar.hpp"
 #include "ui/kit/shadows.hpp"
@@ -300,8 +301,8 @@ void AnalogVU::paint(QPainter& painter) {
     });
 }
 
-// In pieces that are low enough for the toolkit to draw them without starting other threads. They meet
-// on whole rows of pixels, so that no seams show between them.
+// In pieces that meet on whole rows of pixels, so that no seams show between them. The toolkit draws low
+// ones without starting other threads.
 void AnalogVU::drawNeedle(QPainter& painter) const {
     constexpr int pieces = 6;
     const QRectF area = face();
@@ -313,25 +314,31 @@ void AnalogVU::drawNeedle(QPainter& painter) const {
                            (area.bottom() - pivot.y()) / (tip.y() - pivot.y()) * (tip.x() - pivot.x()),
                        area.bottom());
     const double slant = std::cos(qDegreesToRadians(angle));  // a level cut is wider by its inverse
-    painter.save();
-    painter.setClipRect(area.adjusted(1, 1, -1, -1), Qt::IntersectClip);
-    painter.setPen(Qt::NoPen);
-    const auto draw = [&](const QColor& color, double broader, QPointF offset) {
-        painter.setBrush(color);
-        const auto cut = [&](int number) {
-            const double part = static_cast<double>(number) / pieces;
+    const auto pieceAt = [&](int number, double broader, QPointF offset) {
+        const auto cut = [&](int at) {
+            const double part = static_cast<double>(at) / pieces;
             const QPointF middle = Paint::onPixelRow(painter, foot + (tip - foot) * part + offset);
             const double half = (needleFoot + (needleTip - needleFoot) * part) * broader * h / slant / 2;
             return std::pair(middle - QPointF(half, 0), middle + QPointF(half, 0));
         };
-        for (int i = 0; i < pieces; ++i) {
-            const auto [lowLeft, lowRight] = cut(i);
-            const auto [highLeft, highRight] = cut(i + 1);
-            painter.drawConvexPolygon(QPolygonF{lowLeft, lowRight, highRight, highLeft});
-        }
+        const auto [lowLeft, lowRight] = cut(number);
+        const auto [highLeft, highRight] = cut(number + 1);
+        return QPolygonF{lowLeft, lowRight, highRight, highLeft};
     };
-    draw(Theme::rgb(0.2, 0.09, 0.01, 0.3), 1.6, QPointF(0.014, 0.016) * h);
-    draw(brown(), 1, {});
+    painter.save();
+    painter.setClipRect(area.adjusted(1, 1, -1, -1), Qt::IntersectClip);
+    painter.setPen(Qt::NoPen);
+    for (int i = 0; i < pieces; ++i) {
+        const QPolygonF shadow = pieceAt(i, 1.6, QPointF(0.014, 0.016) * h);
+        Paint::layered(painter, shadow.boundingRect(), [&](QPainter& canvas) {
+            canvas.setPen(Qt::NoPen);
+            canvas.setBrush(Theme::rgb(0.2, 0.09, 0.01, 0.3));
+            canvas.drawConvexPolygon(shadow);
+        });
+    }
+    painter.setBrush(brown());
+    for (int i = 0; i < pieces; ++i)
+        painter.drawConvexPolygon(pieceAt(i, 1, {}));
     painter.restore();
 }
 

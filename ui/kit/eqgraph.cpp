@@ -409,6 +409,9 @@ bool EQGraph::moveByKey(const QKeyEvent& event) {
         return raise(-decibelsPerKey * factor), true;
     case Qt::Key_Home:
         return flatten(from.id), true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return onReturn ? onReturn(from.id) : void(), true;
     case Qt::Key_PageUp:
         return turn(1), true;
     case Qt::Key_PageDown:

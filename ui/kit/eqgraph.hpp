@@ -73,6 +73,9 @@ public:
     /// The levels of a handle's filter alone, at each of `EQPlot::freqs`. None are drawn without it.
     std::function<std::vector<double>(int id)> curveOf;
 
+    /// Return is pressed while a handle is selected.
+    std::function<void(int id)> onReturn;
+
     /// Another handle is selected, or none.
     std::function<void(std::optional<int> id)> onSelect;
 

@@ -1,5 +1,6 @@
 #include "ui/kit/knob.hpp"
 
+#include "ui/kit/layer.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/polar.hpp"
 #include "ui/kit/shadows.hpp"
@@ -275,12 +276,18 @@ void Knob::drawPointer(QPainter& painter) const {
     const double angle = angleAt(fraction());
     const double radius = capDiameter / 2 * look.size;
     const QLineF line(onCircle(centre, 0.42 * radius, angle), onCircle(centre, 0.86 * radius, angle));
+    constexpr double widest = 0.04;
+    const double margin = widest / 2 * look.size + 1;
     const auto draw = [&](const QColor& color, double width, double down) {
-        painter.setPen(QPen(color, width * look.size, Qt::SolidLine, Qt::RoundCap));
-        painter.drawLine(line.translated(0, down * look.size));
+        const QLineF place = line.translated(0, down * look.size);
+        const QRectF bounds = QRectF(place.p1(), place.p2()).normalized();
+        Paint::layered(painter, bounds.adjusted(-margin, -margin, margin, margin), [&](QPainter& canvas) {
+            canvas.setPen(QPen(color, width * look.size, Qt::SolidLine, Qt::RoundCap));
+            canvas.drawLine(place);
+        });
     };
-    draw(Theme::white(0.12), 0.04, 0.005);
-    draw(Theme::black(0.6), 0.04, 0);
+    draw(Theme::white(0.12), widest, 0.005);
+    draw(Theme::black(0.6), widest, 0);
     draw(Theme::grey(0.93), 0.024, 0);
 }
 

@@ -1,5 +1,6 @@
 #include "ui/kit/numbereditor.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/announcer.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/valuecontrol.hpp"
@@ -43,7 +44,7 @@ std::optional<double> NumberEditor::parse(const QString& typed) {
 // The application's events are watched for a press elsewhere, which need not move the focus.
 void NumberEditor::begin(const QString& text, const QRect& place, bool replaces) {
     active = true;
-    setAccessibleName(control.accessibleName());
+    setAccessibleName(fullName(control));
     setGeometry(place);
     setText(text);
     show();

@@ -18,6 +18,9 @@ public:
 
     ScrubField(const QString& name, Range range, Format format, const Look& look, QWidget* parent);
 
+    /// Starts editing with the value.
+    void editValue();
+
     void moveBySteps(double steps) override;
     QAccessible::Role accessibleRole() const override { return QAccessible::SpinBox; }
 
@@ -32,8 +35,6 @@ protected:
     void leaveEditor(bool forward) override;
 
 private:
-    void editValue();
-
     const bool logarithmic;
 };
 

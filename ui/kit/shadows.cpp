@@ -1,5 +1,7 @@
 #include "ui/kit/shadows.hpp"
 
+#include "ui/kit/layer.hpp"
+
 #include <QImage>
 #include <QPainterPath>
 
@@ -192,19 +194,24 @@ void well(QPainter& painter, const QRectF& shape, double radius) {
     });
 }
 
+// The layers lie within each other. Each is drawn in the opacity that it has together with the wider ones.
 void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen, const QColor& glow,
                    double blur) {
     constexpr int layers = 8;
-    painter.setBrush(Qt::NoBrush);
-    for (int layer = layers; layer > 0; --layer) {
-        const double spread = 2 * blur * layer / layers;
-        QPen soft = pen;
-        soft.setWidthF(pen.widthF() + spread);
-        const double strength = 1 - static_cast<double>(layer) / (layers + 1);
-        soft.setColor(Theme::faded(glow, glow.alphaF() * strength * strength / layers * 2.2));
-        painter.strokePath(path, soft);
-    }
-    painter.strokePath(path, pen);
+    const double reach = pen.widthF() / 2 + blur + 1;
+    layered(painter, path.boundingRect().adjusted(-reach, -reach, reach, reach), [&](QPainter& canvas) {
+        canvas.setBrush(Qt::NoBrush);
+        double transparency = 1;
+        for (int layer = layers; layer > 0; --layer) {
+            QPen soft = pen;
+            soft.setWidthF(pen.widthF() + 2 * blur * layer / layers);
+            const double strength = 1 - static_cast<double>(layer) / (layers + 1);
+            transparency *= 1 - glow.alphaF() * strength * strength / layers * 2.2;
+            soft.setColor(Theme::faded(glow, 1 - transparency));
+            canvas.strokePath(path, soft);
+        }
+        canvas.strokePath(path, pen);
+    });
 }
 
 void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const Shadow& shadow,

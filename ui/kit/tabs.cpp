@@ -79,6 +79,11 @@ void Tabs::setSelected(int index) {
         tabs[i]->setSelected(static_cast<int>(i) == index);
 }
 
+void Tabs::setTips(const QStringList& tips) {
+    for (std::size_t i = 0; i < tabs.size(); ++i)
+        tabs[i]->setToolTip(tips.at(static_cast<int>(i)));
+}
+
 void Tabs::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

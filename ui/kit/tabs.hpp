@@ -37,6 +37,10 @@ public:
     Tabs(const QStringList& titles, const QColor& color, int padding, QWidget* parent);
 
     void setSelected(int index);
+
+    /// A tooltip for each tab.
+    void setTips(const QStringList& tips);
+
     void setVisible(bool visible) override;
     std::function<void(int)> onSelect;
 

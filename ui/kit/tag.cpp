@@ -1,5 +1,6 @@
 #include "ui/kit/tag.hpp"
 
+#include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
@@ -53,8 +54,13 @@ protected:
             painter, QRectF(rect()).adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin));
         constexpr double radius = 7;
         Paint::dropShadow(painter, shape, radius, {Theme::black(0.5), 4, 1});
-        Paint::fill(painter, shape, radius, Theme::panelTop);
-        Paint::edge(painter, shape, radius, accented ? Theme::faded(Theme::accent, 0.7) : Theme::white(0.2));
+        Paint::cached(painter, accented ? QStringLiteral("accented tag") : QStringLiteral("tag"), shape,
+                      [&](QPainter& canvas) {
+                          const QRectF local(QPointF(), shape.size());
+                          Paint::fill(canvas, local, radius, Theme::panelTop);
+                          Paint::edge(canvas, local, radius,
+                                      accented ? Theme::faded(Theme::accent, 0.7) : Theme::white(0.2));
+                      });
         Paint::text(painter, shape, Qt::AlignCenter, accessibleName(), style());
     }
 

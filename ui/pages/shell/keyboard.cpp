@@ -5,6 +5,7 @@
 #include "ui/pages/shared/mutebutton.hpp"
 #include "ui/pages/shell/keylist.hpp"
 #include "ui/pages/shell/manual.hpp"
+#include "ui/pages/technical/presetpanel.hpp"
 
 #include "ui/kit/accessibility.hpp"
 #include "ui/kit/announcer.hpp"
@@ -61,6 +62,7 @@ void Keyboard::addShortcuts(const std::function<void()>& showDiagnostics) {
         {Qt::CTRL | Qt::Key_PageUp}, [this] { turnPage(-1); }, repeats);
     add(
         {Qt::CTRL | Qt::Key_PageDown}, [this] { turnPage(1); }, repeats);
+    add({Qt::CTRL | Qt::Key_S}, [this] { namePreset(); });
     add({Qt::Key_M}, [this] { mute(); });
     add({Qt::Key_Escape}, [this] { model.target = std::nullopt; });
     for (int digit = 0; digit <= 9; ++digit) {
@@ -84,7 +86,6 @@ void Keyboard::followFocus() {
             const bool isOnline = state == Status::Case::online;
             sections.pages.setCovered(!isOnline);
             if (focused && !(isOnline && focused == &connectButton)) return;
-            if (!sections.view.isVisible()) return;
             if (isOnline)
                 giveFirst(sections.strip);
             else
@@ -200,22 +201,33 @@ void Keyboard::target(int number) const {
         if (speaker->address == number) model.target = speaker->address;
 }
 
+void Keyboard::namePreset() {
+    if (!model.technical.value() || !sections.pages.isEnabled()) return;
+    choices.techPage = TechPage::all.front();
+    if (auto* const name = sections.pages.findChild<QWidget*>(QLatin1String(PresetPanel::nameFieldName)))
+        name->setFocus(Qt::ShortcutFocusReason);
+}
+
 // The mute that stands nearest to what has the focus. Where several are as near, none is meant.
-void Keyboard::mute() const {
+Kit::Control* Keyboard::nearestMute() const {
     const QWidget* part = QApplication::focusWidget();
     for (; part && part != &sections.pages && isIn(sections.pages, part); part = part->parentWidget()) {
         QList<QWidget*> found = part->findChildren<QWidget*>(QLatin1String(muteObjectName));
         if (part->objectName() == QLatin1String(muteObjectName)) found << const_cast<QWidget*>(part);
+        if (auto* const elsewhere = part->property(muteProperty).value<QWidget*>()) found << elsewhere;
         found.removeIf([](const QWidget* each) { return !each->isVisible(); });
-        if (found.isEmpty()) continue;
-        auto* const button = found.size() == 1 ? dynamic_cast<Kit::PillButton*>(found.front()) : nullptr;
-        if (!button) return;
-        button->activate();
-        Kit::announce(sections.view,
-                      Kit::fullName(*button) +
-                          (button->isChecked() ? QStringLiteral(": ligado") : QStringLiteral(": desligado")));
-        return;
+        if (!found.isEmpty()) return found.size() == 1 ? dynamic_cast<Kit::Control*>(found.front()) : nullptr;
     }
+    return nullptr;
+}
+
+void Keyboard::mute() const {
+    Kit::Control* const button = nearestMute();
+    if (!button) return;
+    button->activate();
+    Kit::announce(sections.view,
+                  Kit::fullName(*button) +
+                      (button->isChecked() ? QStringLiteral(": ligado") : QStringLiteral(": desligado")));
 }
 
 void Keyboard::listKeys() {

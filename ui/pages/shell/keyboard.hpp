@@ -57,6 +57,8 @@ private:
     void choosePage(int position);
     void turnPage(int by);
     void target(int number) const;
+    void namePreset();
+    Kit::Control* nearestMute() const;
     void mute() const;
     void listKeys();
 

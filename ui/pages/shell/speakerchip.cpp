@@ -23,7 +23,7 @@ SpeakerChip::SpeakerChip(const QString& title, const QString& name, QWidget* par
     , labelWidth(textWidth(label)) {
     setUse(Use::choice);
     setAccessibleName(label);
-    setToolTip(label);
+    setToolTip(tip);
 }
 
 void SpeakerChip::setSelected(bool value) {
@@ -40,8 +40,13 @@ void SpeakerChip::setOnline(bool value) {
 void SpeakerChip::setIncomplete(bool value) {
     incomplete = value;
     setAccessibleDescription(value ? QStringLiteral("Leitura incompleta") : QString());
-    setToolTip(label + (value ? QStringLiteral("\nLeitura incompleta") : QString()));
+    setToolTip(tip + (value ? QStringLiteral("\nLeitura incompleta") : QString()));
     update();
+}
+
+void SpeakerChip::setKeys(const QString& keys) {
+    tip = QStringLiteral("%1 (%2)").arg(label, keys);
+    setToolTip(tip);
 }
 
 // Rounded up as a whole: the widths of title and name are not rounded by themselves.

@@ -24,6 +24,9 @@ public:
     /// A hollow lamp: not all settings of the speaker are known.
     void setIncomplete(bool value);
 
+    /// The keys that do what a click does, for the tooltip.
+    void setKeys(const QString& keys);
+
     /// Of the name with the dot before it, and of the chip whose name has that width at most.
     int nameWidth() const;
     int widthFor(int nameWidth) const;
@@ -47,6 +50,7 @@ private:
     bool selected = false;
     const QString title;
     const QString label;  // title and name
+    QString tip = label;
     const double titleWidth;
     const double labelWidth;
     std::optional<bool> online;

@@ -113,6 +113,7 @@ SpeakerChip* SpeakerChips::chipFor(const std::shared_ptr<Speaker>& speaker) {
     const std::uint8_t address = speaker->address;
     auto* const chip = new SpeakerChip(toQString(Wendril::twoDigits(address)),
                                        toQString(speaker->info.value().model), opening);
+    if (address <= 9) chip->setKeys(QStringLiteral("Alt+%1").arg(address));
     chip->action = [this, address] { model.target = address; };
     chip->focused = [this, chip] { reveal(*chip); };
     Corvane::bind(

@@ -82,8 +82,10 @@ QWidget* column(QWidget* control, QWidget* button, QWidget* parent) {
 ToneView::ToneView(AppModel& model, QWidget* parent)
     : PageView(QBoxLayout::LeftToRight, parent)
     , model(model) {
-    panels().addWidget(tonePanel(), 1);
+    QWidget* const tone = tonePanel();
+    panels().addWidget(tone, 1);
     panels().addWidget(volumePanel());
+    setMuteOf(*tone, *inputMute);
 }
 
 QWidget* ToneView::tonePanel() {
@@ -178,11 +180,10 @@ QWidget* ToneView::inputColumn() {
     Corvane::bind(
         *this, [this] { return levelsOf(model, K7Q::inputs); },
         [fader](const std::vector<float>& levels) { fader->setLevels(levels); });
-    return column(fader,
-                  muteButton(
-                      QStringLiteral("Entrada"), [gain] { return gain.value().mute; },
-                      [this] { model.toggleMute(); }, this),
-                  this);
+    inputMute = muteButton(
+        QStringLiteral("Entrada"), [gain] { return gain.value().mute; }, [this] { model.toggleMute(); },
+        this);
+    return column(fader, inputMute, this);
 }
 
 QWidget* ToneView::outputColumn() {

@@ -21,6 +21,7 @@ private:
     QWidget* outputColumn();
 
     AppModel& model;
+    QWidget* inputMute = nullptr;
 };
 
 }  // namespace Corvane

@@ -41,6 +41,9 @@ public:
     /// From left to right.
     std::vector<Kit::Control*> cells() const { return {on, type, fc, q, gain}; }
 
+    /// Lets the user type the frequency, and with Tab the other numbers.
+    void edit() { fc->editValue(); }
+
     /// Makes the row lower, where a page has no height for the menu's own.
     void setMenuHeight(int height) { type->setFixedHeight(height); }
 

@@ -49,6 +49,7 @@ PresetPanel::PresetPanel(AppModel& model, QWidget* parent)
     , model(model)
     , menu(new Kit::WellMenu<int>(fieldWidth, this))
     , name(new Kit::TextField(QStringLiteral("Nome do preset"), {fieldWidth, 26}, 12, this)) {
+    name->setObjectName(QLatin1String(nameFieldName));
     menu->setAccessibleName(QStringLiteral("Preset"));
     menu->onSelect = [this](int chosen) {
         ++generation;
@@ -92,6 +93,7 @@ QLayout* PresetPanel::buttons() {
             name->text().isEmpty() ? QStringLiteral("Preset %1").arg(slot.value()) : name->text();
         run(model.savePreset(slot.value(), toUtf8(chosen)));
     };
+    connect(name, &QLineEdit::returnPressed, save, [save] { save->activate(); });
     erase->action = [this] { run(model.deletePreset(slot.value())); };
     Corvane::bind(
         *load, [this] { return model.currentPreset.value() == slot.value(); },
@@ -163,6 +165,7 @@ void PresetPanel::followSpeaker() { choose(currentSlot().value_or(firstPresetSlo
 void PresetPanel::choose(int chosen) {
     slot = chosen;
     name->setText(storedName(chosen));
+    if (name->hasFocus()) name->selectAll();  // what is typed replaces it
 }
 
 QString PresetPanel::storedName(int slot) const {

@@ -20,9 +20,12 @@ namespace Corvane {
 /// The presets stored in the speakers. The panel asks for the list when it is shown and whenever the
 /// focused speaker changes. When the list arrives and the speaker reports a current preset, the
 /// panel selects that one, unless the user has chosen a slot or typed a name meanwhile. While the
-/// speakers load, save or delete a preset, the buttons are off.
+/// speakers load, save or delete a preset, the buttons are off. Return in the name saves.
 class PresetPanel final : public Kit::Panel {
 public:
+    /// By which the field for the name of a preset is found.
+    static constexpr const char* nameFieldName = "presetName";
+
     PresetPanel(AppModel& model, QWidget* parent);
 
 protected:

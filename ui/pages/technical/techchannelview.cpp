@@ -179,6 +179,7 @@ void TechChannelView::linkToGraph(const std::vector<PeqRow*>& rows) {
                 (row->*set)(band++ == shown);
         };
     };
+    graph->onReturn = [rows](int band) { rows.at(static_cast<std::size_t>(band))->edit(); };
     graph->onSelect = show(&PeqRow::setSelected);
     graph->onHover = show(&PeqRow::setMarked);
     for (int band = 0; PeqRow* const row : rows) {

@@ -1,0 +1,85 @@
+#include "tests/ui/kit/hand.hpp"
+#include "ui/kit/analogvu.hpp"
+#include "ui/kit/fader.hpp"
+#include "ui/kit/formats.hpp"
+#include "ui/kit/knob.hpp"
+#include "ui/kit/outputmeters.hpp"
+#include "ui/kit/theme.hpp"
+
+#include <gtest/gtest.h>
+
+#include <QThreadPool>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace {
+
+int threadsOfThePool() {
+    int count = 0;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream file(thread.path() / "comm");
+        std::string name;
+        std::getline(file, name);
+        count += name == "Thread (pooled)" ? 1 : 0;
+    }
+    return count;
+}
+
+/// Draws `frame` 0 to 40 at each ratio, once for the kept pictures and once more. The toolkit gives tall
+/// fills to its thread pool, which costs more CPU time than it saves in a window's frame.
+void expectNoThreads(QWidget& control, const std::function<void(int)>& frame) {
+    for (const int ratio : {1, 2, 3}) {
+        QImage screen(control.size() * ratio, QImage::Format_RGB32);
+        screen.setDevicePixelRatio(ratio);
+        for (const bool again : {false, true}) {
+            QThreadPool::globalInstance()->waitForDone();
+            while (threadsOfThePool() > 0)
+                std::this_thread::yield();  // they end a little later
+            for (int number = 0; number <= 40; ++number) {
+                frame(number);
+                control.render(&screen, {}, {}, QWidget::DrawChildren);
+                if (!again) continue;
+                ASSERT_EQ(threadsOfThePool(), 0) << "ratio " << ratio << ", frame " << number;
+            }
+        }
+    }
+}
+
+TEST(MotionTest, NoKnobStartsAThread) {
+    Kit::Knob knob("Graves", {-12, 12}, 0, 0.5, Formats::signedDecibels, {240, true, "-12", "+12"}, nullptr);
+    const QPointF middle = QRectF(knob.rect()).center();
+    Hand::mouse(knob, QEvent::MouseButtonPress, middle);
+    expectNoThreads(knob, [&](int number) {
+        Hand::mouse(knob, QEvent::MouseMove, middle + QPointF(0, 110 - 5.5 * number));
+    });
+}
+
+TEST(MotionTest, NoFaderStartsAThread) {
+    Kit::Fader fader("Entrada", {-60, 6}, 0, Formats::decibels, {560, 2, false}, nullptr);
+    fader.resize(fader.sizeHint());
+    const QPointF middle = QRectF(fader.rect()).center();
+    Hand::mouse(fader, QEvent::MouseButtonPress, middle);
+    expectNoThreads(fader, [&](int number) {
+        fader.setLevels({float(-number), float(number - 50)});
+        Hand::mouse(fader, QEvent::MouseMove, middle + QPointF(0, 10 * number - 200));
+    });
+}
+
+TEST(MotionTest, NoMeterStartsAThread) {
+    QWidget meters;
+    Kit::AnalogVU needle("ENTRADA L", -18, &meters);
+    Kit::OutputMeters outputs(4, 500, &meters);
+    meters.resize(700, 600);
+    needle.setGeometry(0, 0, 560, 380);
+    outputs.setGeometry(600, 0, 100, 590);
+    expectNoThreads(meters, [&](int number) {
+        const auto level = float(-40 + number);
+        needle.setLevel(level);
+        outputs.setLevels({level, -level, level, level});
+    });
+}
+
+}  // namespace
