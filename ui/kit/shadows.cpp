@@ -192,6 +192,12 @@ void well(QPainter& painter, const QRectF& shape, double radius) {
     });
 }
 
+void recess(QPainter& painter, const QRectF& shape, double radius, double top, double bottom) {
+    fill(painter, shape, radius, Theme::vertical(shape, Theme::black(top), Theme::black(bottom)));
+    innerShadow(painter, shape, radius, {Theme::black(0.35), 6, 3});
+    edge(painter, shape, radius, Theme::recessRim(shape));
+}
+
 void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen, const QColor& glow,
                    double blur) {
     constexpr int layers = 8;
