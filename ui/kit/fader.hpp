@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/kit/meterbar.hpp"
+#include "ui/kit/meterbars.hpp"
 #include "ui/kit/valuecontrol.hpp"
 
 #include <QString>
@@ -48,6 +48,7 @@ private:
     QRectF readOut() const;
     QRectF cap() const;
     double slotCentre() const;
+    void drawSlider(QPainter& painter) const;
     void drawTrack(QPainter& painter) const;
     void drawMark(QPainter& painter, double value) const;
     void drawCap(QPainter& painter) const;
@@ -55,7 +56,7 @@ private:
 
     const QString title;
     const Look look;
-    std::vector<MeterBar*> bars;
+    MeterBars* bars = nullptr;  // where it has any
 };
 
 }  // namespace Kit
