@@ -13,9 +13,8 @@ namespace Kit {
 
 namespace {
 
-constexpr int topLevel = 18;  // dB
-constexpr double drawnLimit = 21.6;
 constexpr std::size_t samples = 320;
+constexpr int highestLine = static_cast<int>(EQPlot::topLevel);
 constexpr int lineSpacing = 6;
 constexpr double labelSize = 9;
 
@@ -47,7 +46,7 @@ void drawFrequencyLines(QPainter& painter, const EQPlot& plot) {
 }
 
 void drawLevelLines(QPainter& painter, const EQPlot& plot) {
-    for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
+    for (int db = -highestLine; db <= highestLine; db += lineSpacing) {
         painter.setPen(QPen(Theme::white(db == 0 ? 0.22 : 0.06), 1));
         const double y = plot.y(db);
         painter.drawLine(QPointF(plot.area.left(), y), QPointF(plot.area.right(), y));
@@ -55,8 +54,8 @@ void drawLevelLines(QPainter& painter, const EQPlot& plot) {
 }
 
 void drawLabels(QPainter& painter, const EQPlot& plot) {
-    const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary, {}, false, true};
-    for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
+    const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary};
+    for (int db = -highestLine; db <= highestLine; db += lineSpacing) {
         const QRectF place(plot.area.left() - 40, plot.y(db) - 6, 32, 12);
         Paint::text(painter, place, Qt::AlignRight | Qt::AlignVCenter,
                     (db > 0 ? QStringLiteral("+") : QString()) + QString::number(db), style);
@@ -122,6 +121,8 @@ void drawGlow(QPainter& painter, const QPainterPath& path, QPen pen, double opac
 }
 
 }  // namespace
+
+double EQPlot::reach(double height) { return beyond * height + 2; }
 
 double EQPlot::x(double hz) const {
     return area.left() + area.width() * (std::log10(hz) - logLow) / (logHigh - logLow);

@@ -45,27 +45,26 @@ Fader::Fader(const QString& title, Range range, double defaultValue, Format form
     setFixedWidth(controlWidth);
     setMinimumHeight(static_cast<int>(look.height) + labels);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
-    for (int i = 0; i < look.levels; ++i) {
-        bars.push_back(new MeterBar(barWidth, this));
-        bars.back()->setAccessibleName(QStringLiteral("%1, nível %2").arg(title).arg(i + 1));
-    }
+    if (look.levels == 0) return;
+    QStringList names;
+    for (int i = 1; i <= look.levels; ++i)
+        names << QStringLiteral("%1, nível %2").arg(title).arg(i);
+    bars = new MeterBars(
+        names, {barWidth, barPitch}, [this](QPainter& painter) { drawSlider(painter); }, this);
 }
 
 QSize Fader::sizeHint() const { return minimumSize(); }
 
 void Fader::resizeEvent(QResizeEvent*) {
-    const QRect room = track().toRect().adjusted(0, barPadding, 0, -barPadding);
-    double centre = room.left() + centreOfBars - (look.levels - 1) / 2.0 * barPitch;
-    for (MeterBar* const bar : bars) {
-        bar->setGeometry(static_cast<int>(std::round(centre - bar->width() / 2.0)),
-                         room.top() - MeterBar::glow, bar->width(), room.height() + 2 * MeterBar::glow);
-        centre += barPitch;
-    }
+    if (!bars) return;
+    constexpr int glow = MeterBars::glow;
+    const QRect room = track().toRect().adjusted(0, barPadding - glow, 0, glow - barPadding);
+    const double left = room.left() + centreOfBars - bars->width() / 2.0;
+    bars->setGeometry(static_cast<int>(std::round(left)), room.top(), bars->width(), room.height());
 }
 
 void Fader::setLevels(const std::vector<float>& levels) {
-    for (std::size_t i = 0; i < std::min(levels.size(), bars.size()); ++i)
-        bars[i]->setLevel(levels[i]);
+    if (bars) bars->setLevels(levels);
 }
 
 double Fader::stepSize() const { return range.extent() > wideRange ? wideStep : quantum; }
@@ -82,9 +81,7 @@ QRectF Fader::readOut() const {
 
 Control::Outline Fader::outline() const { return {track(), trackRadius}; }
 
-double Fader::slotCentre() const {
-    return bars.empty() ? track().center().x() : track().left() + slotBesideBars;
-}
+double Fader::slotCentre() const { return bars ? track().left() + slotBesideBars : track().center().x(); }
 
 double Fader::placeOf(double value) const {
     const double travel = track().height() - outsideTravel;
@@ -93,7 +90,7 @@ double Fader::placeOf(double value) const {
 
 QRectF Fader::cap() const {
     const double middle = placeOf(range.lower + fraction() * range.extent());
-    const double width = bars.empty() ? capWidth : narrowCapWidth;
+    const double width = bars ? narrowCapWidth : capWidth;
     return {slotCentre() - width / 2, middle - capHeight / 2, width, capHeight};
 }
 
@@ -101,23 +98,20 @@ double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) 
     return start - range.extent() * translation.y() / (track().height() - outsideTravel);
 }
 
-// The values with a number beside the slot.
-std::vector<double> Fader::scale() const {
-    if (range.extent() > wideRange) return {range.upper, 0, -10, -20, -40, -60};
-    std::vector<double> whole;
-    for (double value = range.lower; value <= range.upper; ++value)
-        whole.push_back(value);
-    return whole;
+// The toolkit repaints the bars after their parent.
+void Fader::paint(QPainter& painter) {
+    if (bars) bars->outdateGround();
+    drawSlider(painter);
+    drawTexts(painter);
 }
 
-void Fader::paint(QPainter& painter) {
-    const QString key = QStringLiteral("fader track %1 %2").arg(range.upper).arg(bars.size());
+void Fader::drawSlider(QPainter& painter) const {
+    const QString key = QStringLiteral("fader track %1 %2").arg(range.upper).arg(look.levels);
     Paint::cached(painter, key, track(), [this](QPainter& canvas) {
         canvas.translate(-track().topLeft());
         drawTrack(canvas);
     });
     drawCap(painter);
-    drawTexts(painter);
 }
 
 void Fader::drawTrack(QPainter& painter) const {
@@ -125,7 +119,8 @@ void Fader::drawTrack(QPainter& painter) const {
     const QRectF slot(slotCentre() - 2, track().top() + 14, 4, track().height() - 28);
     Paint::fill(painter, slot, 2, Theme::black(0.55));
     Paint::edge(painter, slot, 2, Theme::recessRim(slot), 0.6);
-    for (const double value : scale())
+    if (!look.hasScale) return;
+    for (const double value : {range.upper, 0.0, -10.0, -20.0, -40.0, range.lower})
         drawMark(painter, value);
 }
 
@@ -139,8 +134,7 @@ void Fader::drawMark(QPainter& painter, double value) const {
     painter.setPen(QPen(Theme::faded(Theme::tick, 0.6), 1));
     painter.drawLine(QPointF(left - length, y), QPointF(left, y));
     const QRectF place(slotCentre() + fromSlot + 2, y - numberSize, controlWidth, 2 * numberSize);
-    Paint::text(painter, place, Qt::AlignLeft,
-                QString::asprintf(value > 0 && range.lower < 0 ? "+%.0f" : "%.0f", value),
+    Paint::text(painter, place, Qt::AlignLeft, QString::asprintf(value > 0 ? "+%.0f" : "%.0f", value),
                 {Theme::font(numberSize, QFont::Medium), Theme::secondary, {}, true});
 }
 

@@ -27,10 +27,12 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
     rows->setSpacing(0);
     field->setFixedWidth(wellWidth);
     field->setMinimumHeight(height);
-    for (int i = 0; i < outputs; ++i) {
-        bars.push_back(new MeterBar(barWidth, field));
-        bars.back()->setAccessibleName(QStringLiteral("Nível, Saída %1").arg(i + 1));
-    }
+    QStringList names;
+    for (int i = 1; i <= outputs; ++i)
+        names << QStringLiteral("Nível, Saída %1").arg(i);
+    const int pitch = (wellWidth - 2 * wellPadding - barWidth) / (outputs - 1);
+    bars = new MeterBars(
+        names, {barWidth, pitch}, [this](QPainter& painter) { field->draw(painter); }, field);
     auto* const title =
         new Caption(QStringLiteral("SAÍDAS"), Theme::font(12, QFont::Normal, 2), Theme::text, this);
     peak = new Caption({}, Theme::font(13), Theme::secondary, this);
@@ -48,18 +50,12 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
 }
 
 void OutputMeters::resizeEvent(QResizeEvent*) {
-    const double pitch = (wellWidth - 2.0 * wellPadding - barWidth) / (static_cast<double>(bars.size()) - 1);
-    double left = wellPadding;
-    for (MeterBar* const bar : bars) {
-        bar->setGeometry(static_cast<int>(std::round(left)) - MeterBar::glow, wellPadding - MeterBar::glow,
-                         bar->width(), field->height() - 2 * (wellPadding - MeterBar::glow));
-        left += pitch;
-    }
+    constexpr int inset = wellPadding - MeterBars::glow;
+    bars->setGeometry(field->rect().adjusted(inset, inset, -inset, -inset));
 }
 
 void OutputMeters::setLevels(const std::vector<float>& levels) {
-    for (std::size_t i = 0; i < std::min(levels.size(), bars.size()); ++i)
-        bars[i]->setLevel(levels[i]);
+    bars->setLevels(levels);
     const auto highest = std::ranges::max_element(levels);
     const bool known = highest != levels.end() && std::isfinite(*highest);
     peak->setText(known ? Formats::decibels(*highest) : QStringLiteral("—"));

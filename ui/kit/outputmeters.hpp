@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ui/kit/caption.hpp"
-#include "ui/kit/meterbar.hpp"
+#include "ui/kit/meterbars.hpp"
 #include "ui/kit/well.hpp"
 
 #include <vector>
@@ -21,7 +21,7 @@ protected:
 
 private:
     Well* field;
-    std::vector<MeterBar*> bars;
+    MeterBars* bars;
     Caption* peak;
 };
 

@@ -1,6 +1,8 @@
 #include "tests/ui/kit/hand.hpp"
 #include "ui/kit/analogvu.hpp"
 #include "ui/kit/animation.hpp"
+#include "ui/kit/fader.hpp"
+#include "ui/kit/formats.hpp"
 #include "ui/kit/outputmeters.hpp"
 #include "ui/kit/polar.hpp"
 
@@ -37,29 +39,47 @@ int litRows(QWidget& bar) {
     const QImage image = Hand::picture(bar);
     int rows = 0;
     for (int y = 0; y < image.height(); ++y)
-        rows += qAlpha(image.pixel(image.width() / 2, y)) > 100 ? 1 : 0;
+        rows += qRed(image.pixel(image.width() / 2, y)) > 100 ? 1 : 0;
     return rows;
 }
 
-TEST(MeterBarTest, SpansMinus60To6JumpsWhileHiddenAndMovesEvenlyOnTheScreen) {
-    Kit::MeterBar bar(5, nullptr);
-    bar.resize(bar.width(), 100 + 2 * Kit::MeterBar::glow);
+TEST(MeterBarsTest, SpanMinus60To6JumpWhileHiddenAndMoveEvenlyOnTheScreen) {
+    QWidget window;
+    Kit::MeterBars bar(
+        {"Nível"}, {5, 0}, [](QPainter&) {}, &window);
+    bar.resize(bar.width(), 100 + 2 * Kit::MeterBars::glow);
     const std::pair<float, int> cases[] = {{-200, 0}, {silence, 0},  {none, 0},
                                            {40, 100}, {-silence, 0}, {-27, 50}};
     for (const auto& [level, rows] : cases) {
-        bar.setLevel(level);
+        bar.setLevels({level});
         EXPECT_NEAR(litRows(bar), rows, 1) << level;
     }
     EXPECT_GT(Hand::colorAt(bar, {7.5, 58}).green(), Hand::colorAt(bar, {7.5, 102}).green() + 50)
         << "lighter at its top";
     Frames frames;
-    Hand::showActive(bar);
-    bar.setLevel(6);
+    Hand::showActive(window);
+    bar.setLevels({6});
     frames.pass(50);
     EXPECT_NEAR(litRows(bar), 75, 20) << "on its way";
     frames.pass(70);
     EXPECT_NEAR(litRows(bar), 100, 1);
-    EXPECT_LE(Hand::opacityAtBorder(Hand::picture(bar, 2)), 4) << "its glow is cut off";
+    for (const QPointF border : {QPointF(0.5, 50.5), {14.5, 50.5}, {7.5, 0.5}, {7.5, 109.5}})
+        EXPECT_LE(Hand::colorAt(bar, border).red(), 4) << "its glow is cut off";
+}
+
+// The shadow of the cap reaches under the bars.
+TEST(MeterBarsTest, StandOnWhatTheirFaderDrawsNow) {
+    const auto pictureAt = [](std::initializer_list<double> values) {
+        Kit::Fader fader("Entrada", {-60, 6}, 0, Formats::decibels, {.levels = 2}, nullptr);
+        fader.resize(64, 400);
+        QImage last;
+        for (const double value : values) {
+            fader.setValue(value);
+            last = Hand::picture(fader);
+        }
+        return last;
+    };
+    EXPECT_EQ(pictureAt({0, -30}), pictureAt({-30}));
 }
 
 struct AnalogVUTest : testing::Test {
