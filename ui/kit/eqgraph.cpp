@@ -2,6 +2,8 @@
 
 #include "ui/kit/accessibility.hpp"
 #include "ui/kit/formats.hpp"
+#include "ui/kit/layer.hpp"
+#include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
@@ -51,29 +53,36 @@ double movedByOctaves(double fc, double octaves) {
 // Of the cross. Its background covers the label of the scale behind it.
 void drawCrossLabel(QPainter& painter, const QRectF& place, const QString& text) {
     Paint::fill(painter, place, 4, Theme::well);
-    Paint::edge(painter, place, 4, Theme::white(0.2));
+    Paint::layered(painter, place,
+                   [&](QPainter& canvas) { Paint::edge(canvas, place, 4, Theme::white(0.2)); });
     Paint::text(painter, place, Qt::AlignCenter, text, {Theme::font(9), Theme::text, {}, true});
 }
 
-// Moves `drawn`, the levels of a curve on the screen, to `after`, and returns the area to repaint. Levels
-// that differ too little to be seen are left as drawn. Many small changes thus add up until they show.
-QRect redraw(const EQPlot& plot, std::vector<double>& drawn, const std::vector<double>& after) {
+// Moves `drawn`, the levels of a curve on the screen, to `after`, and returns the part to repaint, in upright
+// strips. Levels that differ too little to be seen are left as drawn. Many small changes thus add up until
+// they show.
+QRegion redraw(const EQPlot& plot, std::vector<double>& drawn, const std::vector<double>& after, bool fill) {
     constexpr double glow = 9;
     constexpr double visible = 0.005;  // dB
-    QRectF area;
+    constexpr std::size_t strip = 20;  // frequencies
+    QRegion changed;
     const std::size_t count = std::min(drawn.size(), EQPlot::freqs().size());
     const std::vector<double> before = drawn;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (std::abs(before[i] - after[i]) < visible) continue;
-        drawn[i] = after[i];
-        for (std::size_t j = i == 0 ? 0 : i - 1; j < std::min(i + 2, count); ++j) {
-            const auto [lowest, highest] = std::minmax({0.0, before[j], after[j]});
-            const double x = plot.x(EQPlot::freqs()[j]);
-            area |= QRectF(QPointF(x, plot.y(EQPlot::drawnLevel(highest))),
-                           QPointF(x, plot.y(EQPlot::drawnLevel(lowest))));
+    for (std::size_t from = 0; from < count; from += strip) {
+        QRectF area;
+        for (std::size_t i = from; i < std::min(from + strip, count); ++i) {
+            if (std::abs(before[i] - after[i]) < visible) continue;
+            drawn[i] = after[i];
+            for (std::size_t j = i == 0 ? 0 : i - 1; j < std::min(i + 2, count); ++j) {
+                const auto [lowest, highest] = std::minmax({fill ? 0.0 : before[j], before[j], after[j]});
+                const double x = plot.x(EQPlot::freqs()[j]);
+                area |= QRectF(QPointF(x, plot.y(EQPlot::drawnLevel(highest))),
+                               QPointF(x, plot.y(EQPlot::drawnLevel(lowest))));
+            }
         }
+        if (!area.isNull()) changed += area.adjusted(-glow, -glow, glow, glow).toAlignedRect();
     }
-    return area.adjusted(-glow, -glow, glow, glow).toAlignedRect();
+    return changed;
 }
 
 }  // namespace
@@ -87,19 +96,17 @@ EQGraph::EQGraph(int height, QWidget* parent)
 
 void EQGraph::setCurves(std::vector<Curve> list) {
     if (curves == list) return;
-    pictures.resize(list.size());
     drawn.resize(list.size());
     QRegion changed = list.size() == curves.size() ? QRect() : rect();
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (i < curves.size() && curves[i] == list[i]) continue;
-        pictures[i].outdate();
         const bool onlyMoves = i < curves.size() && curves[i].color == list[i].color &&
                                curves[i].fill == list[i].fill && drawn[i].size() == list[i].db.size();
         if (!onlyMoves) drawn[i] = list[i].db;
-        changed += onlyMoves ? redraw(plot(), drawn[i], list[i].db) : rect();
+        changed += onlyMoves ? redraw(plot(), drawn[i], list[i].db, list[i].fill) : rect();
     }
     curves = std::move(list);
-    update(changed);
+    repaintCurves(changed);
 }
 
 void EQGraph::setHandles(std::vector<Handle> list) {
@@ -264,10 +271,10 @@ void EQGraph::showUse() {
     std::vector<double> after = handle && curveOf ? curveOf(handle->id) : std::vector<double>();
     if (after == lone) return;
     if (after.size() == lone.size()) {
-        update(redraw(plot(), lone, after));
+        repaintCurves(redraw(plot(), lone, after, false));
     } else {
         lone = std::move(after);
-        update(plot().area.toAlignedRect());
+        repaintCurves(plot().area.toAlignedRect());
     }
 }
 
@@ -455,7 +462,6 @@ void EQGraph::paint(QPainter& painter) {
         drawEQGrid(canvas, where);
     });
     drawCurves(painter);
-    if (!lone.empty()) drawThinEQCurve(painter, where, lone, Theme::white(0.6));
     if (hasCross()) drawCross(painter);
     for (const Handle& handle : handles)
         drawHandle(painter, handle);
@@ -464,9 +470,14 @@ void EQGraph::paint(QPainter& painter) {
 void EQGraph::drawCross(QPainter& painter) const {
     const EQPlot where = plot();
     const QRectF area = where.area;
-    painter.setPen(QPen(Theme::white(0.28), 1));
-    painter.drawLine(QPointF(pointer->x(), area.top()), QPointF(pointer->x(), area.bottom()));
-    painter.drawLine(QPointF(area.left(), pointer->y()), QPointF(area.right(), pointer->y()));
+    const auto drawLine = [&](QPointF from, QPointF to) {
+        Paint::layered(painter, QRectF(from, to).adjusted(-1, -1, 1, 1), [&](QPainter& canvas) {
+            canvas.setPen(QPen(Theme::white(0.28), 1));
+            canvas.drawLine(from, to);
+        });
+    };
+    drawLine({pointer->x(), area.top()}, {pointer->x(), area.bottom()});
+    drawLine({area.left(), pointer->y()}, {area.right(), pointer->y()});
     constexpr QSizeF labelSize(46, 14);
     QRectF frequency(QPointF(0, area.bottom() + 5), labelSize);
     frequency.moveLeft(std::clamp(pointer->x() - labelSize.width() / 2, 0.0, width() - labelSize.width()));
@@ -476,25 +487,40 @@ void EQGraph::drawCross(QPainter& painter) const {
     drawCrossLabel(painter, level, Formats::signedDecibels(where.db(pointer->y())));
 }
 
-// A dragged handle changes one curve of several, so each curve is a picture of its own.
+void EQGraph::repaintCurves(const QRegion& changed) {
+    picture.outdate(changed);
+    update(changed);
+}
+
 void EQGraph::drawCurves(QPainter& painter) {
+    std::vector<EQCurve> list;
     for (std::size_t i = 0; i < curves.size(); ++i)
-        pictures[i].draw(painter, rect(), [&](QPainter& canvas) {
-            drawEQCurve(canvas, plot(), curves[i].db, {curves[i].color, curves[i].fill});
-        });
+        list.push_back({drawn[i], curves[i].color, curves[i].fill});
+    if (!lone.empty()) list.push_back({lone, Theme::white(0.6), false, EQCurve::Line::thin});
+    picture.draw(painter, rect(), plot(), list);
 }
 
 void EQGraph::drawHandle(QPainter& painter, const Handle& handle) const {
     QRectF circle(0, 0, handleSize, handleSize);
     circle.moveCenter(placeOf(handle));
     const double radius = handleSize / 2;
+    constexpr double ringGap = 3;
+    const auto layered = [&](const Paint::Drawing& draw) {
+        Paint::layered(painter, circle.adjusted(-ringGap, -ringGap, ringGap, ringGap), draw);
+    };
     if (!handle.dimmed) Paint::dropShadow(painter, circle, radius, {Theme::faded(handle.color, 0.8), 5, 0});
-    Paint::fill(painter, circle, radius, handle.dimmed ? Theme::white(0.25) : handle.color);
-    Paint::edge(painter, circle, radius, Theme::white(0.5));
+    layered([&](QPainter& canvas) {
+        Paint::fill(canvas, circle, radius, handle.dimmed ? Theme::white(0.25) : handle.color);
+    });
+    layered([&](QPainter& canvas) { Paint::edge(canvas, circle, radius, Theme::white(0.5)); });
     const double ring = handle.id == selected                         ? (hasFocus() ? 0.9 : 0.6)
                         : handle.id == marked || handle.id == hovered ? 0.35
                                                                       : 0;
-    if (ring > 0) Paint::edge(painter, circle.adjusted(-3, -3, 3, 3), radius + 3, Theme::white(ring), 1.5);
+    if (ring > 0)
+        layered([&](QPainter& canvas) {
+            Paint::edge(canvas, circle.adjusted(-ringGap, -ringGap, ringGap, ringGap), radius + ringGap,
+                        Theme::white(ring), 1.5);
+        });
     Paint::text(painter, circle, Qt::AlignCenter, handle.label,
                 {Theme::font(9), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});
 }

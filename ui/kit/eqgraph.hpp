@@ -1,10 +1,10 @@
 #pragma once
 
 #include "ui/kit/control.hpp"
+#include "ui/kit/eqcurves.hpp"
 #include "ui/kit/eqplot.hpp"
 #include "ui/kit/notches.hpp"
 #include "ui/kit/parts.hpp"
-#include "ui/kit/pictures.hpp"
 #include "ui/kit/tag.hpp"
 
 #include <QBasicTimer>
@@ -155,11 +155,12 @@ private:
     void flatten(int id);
     bool hasCross() const;
     void drawCross(QPainter& painter) const;
+    void repaintCurves(const QRegion& changed);
     void drawCurves(QPainter& painter);
     void drawHandle(QPainter& painter, const Handle& handle) const;
 
     std::vector<Curve> curves;
-    std::vector<Paint::Picture> pictures;    // one for each curve
+    EQCurves picture;                        // of the curves and of `lone`
     std::vector<std::vector<double>> drawn;  // levels of each curve as they are on the screen
     std::vector<Handle> handles;
     std::optional<int> selected;
