@@ -7,6 +7,7 @@
 #include "app/motion.hpp"
 #include "app/options.hpp"
 
+#include "ui/kit/frameclock.hpp"
 #include "ui/pages/shell/mainwindow.hpp"
 
 #include <memory>
@@ -27,6 +28,7 @@ public:
     std::string finish();
 
 private:
+    Kit::FrameClock clock;
     std::unique_ptr<Demo> demo;
     std::shared_ptr<UiExecutor> executor;
     std::shared_ptr<AppModel> model;
