@@ -31,7 +31,6 @@ protected:
 private:
     class NeedleArea;
 
-    void redraw(const QRegion& region);
     double vu() const;
     QRectF bezel() const;
     QRectF face() const;

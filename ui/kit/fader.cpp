@@ -94,13 +94,16 @@ QRectF Fader::cap() const {
     return {slotCentre() - width / 2, middle - capHeight / 2, width, capHeight};
 }
 
+bool Fader::isBright() const { return isHovered() || isDragging(); }
+
 double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) const {
     return start - range.extent() * translation.y() / (track().height() - outsideTravel);
 }
 
-// The toolkit repaints the bars after their parent.
 void Fader::paint(QPainter& painter) {
-    if (bars) bars->outdateGround();
+    if (bars && (drawnCap != cap() || drawnBright != isBright())) bars->outdateGround();
+    drawnCap = cap();
+    drawnBright = isBright();
     drawSlider(painter);
     drawTexts(painter);
 }
@@ -141,7 +144,7 @@ void Fader::drawMark(QPainter& painter, double value) const {
 void Fader::drawCap(QPainter& painter) const {
     constexpr double room = 12;  // for the shadow around the cap
     const QRectF handle = cap();
-    const bool bright = isHovered() || isDragging();
+    const bool bright = isBright();
     painter.save();
     painter.setClipRect(Paint::snapped(painter, track()), Qt::IntersectClip);
     Paint::cached(

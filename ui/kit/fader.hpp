@@ -47,6 +47,7 @@ private:
     QRectF track() const;
     QRectF readOut() const;
     QRectF cap() const;
+    bool isBright() const;
     double slotCentre() const;
     void drawSlider(QPainter& painter) const;
     void drawTrack(QPainter& painter) const;
@@ -57,6 +58,8 @@ private:
     const QString title;
     const Look look;
     MeterBars* bars = nullptr;  // where it has any
+    QRectF drawnCap;            // at the last repaint
+    bool drawnBright = false;
 };
 
 }  // namespace Kit

@@ -157,6 +157,11 @@ void MeterBars::setLevels(const std::vector<float>& levels) {
         bars[i]->setLevel(levels[i]);
 }
 
+void MeterBars::outdateGround() {
+    ground.outdate();
+    update();
+}
+
 void MeterBars::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     ground.draw(painter, rect(), [this](QPainter& canvas) {

@@ -28,8 +28,8 @@ public:
     /// In dB. A level that is not finite means silence.
     void setLevels(const std::vector<float>& levels);
 
-    /// What `ground` draws has changed.
-    void outdateGround() { ground.outdate(); }
+    /// What `ground` draws has changed. The toolkit does not repaint an opaque widget with its parent.
+    void outdateGround();
 
     /// The lit part of a bar, 0 to 1.
     static double fractionOf(float level);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace Kit {
 
@@ -16,12 +17,15 @@ namespace {
 constexpr int wellWidth = 64;
 constexpr int wellPadding = 18;
 constexpr int barWidth = 4;
+constexpr double silence = -std::numeric_limits<double>::infinity();
 
 }  // namespace
 
 OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
     : QWidget(parent)
-    , field(new Well(24, this)) {
+    , field(new Well(24, this))
+    , readOut(new Caption({}, Theme::font(13), Theme::secondary, this))
+    , peak(Animation::Kind::steps, silence, *this, [this] { showPeak(); }) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
@@ -35,18 +39,17 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
         names, {barWidth, pitch}, [this](QPainter& painter) { field->draw(painter); }, field);
     auto* const title =
         new Caption(QStringLiteral("SAÍDAS"), Theme::font(12, QFont::Normal, 2), Theme::text, this);
-    peak = new Caption({}, Theme::font(13), Theme::secondary, this);
-    peak->setTabular(true);
-    peak->setAlignment(Qt::AlignCenter);
-    peak->reserveFor(QStringLiteral("-88.8 dB"));
+    readOut->setTabular(true);
+    readOut->setAlignment(Qt::AlignCenter);
+    readOut->reserveFor(QStringLiteral("-88.8 dB"));
     title->setFixedHeight(Fader::labelLine);
-    peak->setFixedHeight(Fader::labelLine);
+    readOut->setFixedHeight(Fader::labelLine);
     rows->addWidget(title, 0, Qt::AlignHCenter);
     rows->addSpacing(Fader::labelGap);
     rows->addWidget(field, 1, Qt::AlignHCenter);
     rows->addSpacing(Fader::labelGap);
-    rows->addWidget(peak, 0, Qt::AlignHCenter);
-    setLevels({});
+    rows->addWidget(readOut, 0, Qt::AlignHCenter);
+    showPeak();
 }
 
 void OutputMeters::resizeEvent(QResizeEvent*) {
@@ -54,11 +57,16 @@ void OutputMeters::resizeEvent(QResizeEvent*) {
     bars->setGeometry(field->rect().adjusted(inset, inset, -inset, -inset));
 }
 
+void OutputMeters::showPeak() {
+    readOut->setText(std::isfinite(peak.position()) ? Formats::decibels(peak.position())
+                                                    : QStringLiteral("—"));
+}
+
 void OutputMeters::setLevels(const std::vector<float>& levels) {
     bars->setLevels(levels);
     const auto highest = std::ranges::max_element(levels);
     const bool known = highest != levels.end() && std::isfinite(*highest);
-    peak->setText(known ? Formats::decibels(*highest) : QStringLiteral("—"));
+    peak.moveTo(known ? *highest : silence);
 }
 
 }  // namespace Kit

@@ -152,6 +152,8 @@ TEST(MeterTest, FramesRepaintTheMetersAloneAndAddUpToAWholeRepaint) {
     needle.setGeometry(10, 10, 300, 200);
     Kit::OutputMeters outputs(2, 300, &window);
     outputs.setGeometry(350, 10, 100, 360);
+    Kit::Fader fader("Entrada", {-60, 6}, 0, Formats::decibels, {.levels = 2}, &window);
+    fader.setGeometry(500, 10, 64, 360);
     Hand::showActive(window);
     Frames frames;
     for (const auto& [level, isNew] :
@@ -159,9 +161,11 @@ TEST(MeterTest, FramesRepaintTheMetersAloneAndAddUpToAWholeRepaint) {
         window.painted = {};
         needle.setLevel(level);
         outputs.setLevels({level, level});
+        fader.setLevels({level, level});
+        fader.setValue(level);
         frames.pass(1650);
         EXPECT_EQ(window.painted.isEmpty(), !isNew) << level;
-        EXPECT_TRUE((needle.geometry() | outputs.geometry()).contains(window.painted) || !isNew);
+        EXPECT_TRUE((needle.geometry() | fader.geometry()).contains(window.painted) || !isNew);
         const QImage screen = window.screen()->grabWindow(window.winId()).toImage();
         const QImage drawn = window.grab().toImage();
         int different = 0;
