@@ -54,8 +54,11 @@ void Animation::moveTo(double place) {
     if ((motionReduced && kind != Kind::steps) || !isSeen(view)) return finish();
     if (kind == Kind::even) stop();
     if (state() == Running) return;
-    movedMs = kind == Kind::steps ? -stepMs : 0;
+    movedMs = 0;
     start();
+    if (kind != Kind::steps) return;
+    now = target;
+    moved();
 }
 
 bool Animation::eventFilter(QObject* watched, QEvent* event) {

@@ -1,3 +1,4 @@
+#include "tests/ui/kit/frames.hpp"
 #include "tests/ui/kit/hand.hpp"
 #include "ui/kit/analogvu.hpp"
 #include "ui/kit/animation.hpp"
@@ -8,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QAnimationDriver>
 #include <QPaintEvent>
 #include <QScreen>
 
@@ -19,21 +19,6 @@ namespace {
 
 constexpr float silence = -std::numeric_limits<float>::infinity();
 constexpr float none = std::numeric_limits<float>::quiet_NaN();
-
-/// The frames of a screen, as fast as the test wants them.
-struct Frames : QAnimationDriver {
-    qint64 now = 0;
-
-    Frames() { install(); }
-    ~Frames() override { uninstall(); }
-    qint64 elapsed() const override { return now; }
-
-    void pass(int ms) {
-        for (const qint64 end = now + ms; now < end; advance())
-            QApplication::processEvents(), now += 10;
-        QApplication::processEvents();
-    }
-};
 
 int litRows(QWidget& bar) {
     const QImage image = Hand::picture(bar);
