@@ -76,6 +76,17 @@ private:
     std::array<std::vector<uchar>, slants> opacities;
 };
 
+// A colour at each opacity.
+using Shades = std::array<QRgb, 256>;
+
+Shades shadesOf(const QColor& color) {
+    Shades shades{};
+    for (std::size_t opacity = 0; opacity < shades.size(); ++opacity)
+        shades.at(opacity) = qPremultiply(
+            qRgba(color.red(), color.green(), color.blue(), qRound(color.alphaF() * int(opacity))));
+    return shades;
+}
+
 // The opacities of a curve's pixels, within a part of the picture.
 class Opacities {
 public:
@@ -89,6 +100,8 @@ public:
     // covers the pixels between the upright lines on its ends; at a bend also those in the gap beyond.
     void stroke(const QPolygonF& line, const Profile& profile) {
         for (qsizetype i = 0; i + 1 < line.size(); ++i) {
+            if (line[i + 1].x() + profile.reach < area.left()) continue;
+            if (line[i].x() - profile.reach > area.right() + 1) break;
             const auto gap = [&](qsizetype bend) {
                 if (bend == 0 || bend + 1 == line.size()) return 0.0F;
                 const double turn =
@@ -119,12 +132,8 @@ public:
         }
     }
 
-    // Puts the curve in its colour on `image`, which has the place and the size of the part.
-    void blend(QImage& image, const QColor& color) {
-        std::array<QRgb, 256> colors{};
-        for (int opacity = 0; opacity < 256; ++opacity)
-            colors.at(static_cast<std::size_t>(opacity)) = qPremultiply(
-                QColor(color.red(), color.green(), color.blue(), qRound(color.alphaF() * opacity)).rgba());
+    // Puts the curve on `image`, which has the place and the size of the part.
+    void blend(QImage& image, const Shades& shades) {
         for (int y = area.top(); y <= area.bottom(); ++y) {
             const uchar* const opacities = row(y);
             auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(y - area.top()));
@@ -135,7 +144,7 @@ public:
                 if (next == 0)
                     x += skipped - 1;
                 else if (opacities[x] != 0)
-                    pixels[x] = over(pixels[x], colors[opacities[x]]);
+                    pixels[x] = over(pixels[x], shades[opacities[x]]);
             }
         }
     }
@@ -249,9 +258,9 @@ void EQCurves::draw(QPainter& painter, const QRectF& bounds, const EQPlot& plot,
         QTransform::fromTranslate(-bounds.x(), -bounds.y()) *
         QTransform::fromScale(place.width() / size.width(), place.height() / size.height());
     if (!outdated.isEmpty()) {
-        std::vector<QPolygonF> lines;
+        std::vector<std::pair<QPolygonF, Shades>> prepared;
         for (const EQCurve& curve : curves)
-            lines.push_back(lineOf(plot, curve.db, toPixels));
+            prepared.emplace_back(lineOf(plot, curve.db, toPixels), shadesOf(curve.color));
         QPainter canvas(&picture);
         canvas.setCompositionMode(QPainter::CompositionMode_Source);
         for (const QRect& part : std::exchange(outdated, {})) {
@@ -259,11 +268,11 @@ void EQCurves::draw(QPainter& painter, const QRectF& bounds, const EQPlot& plot,
             QImage image(area.size(), QImage::Format_ARGB32_Premultiplied);
             image.fill(Qt::transparent);
             for (std::size_t i = 0; i < curves.size(); ++i) {
-                const auto& [db, color, fill, kind] = curves[i];
+                const auto& [line, shades] = prepared[i];
                 Opacities opacities(area);
-                opacities.stroke(lines[i], profileOf(kind, toPixels.m11()));
-                if (fill) opacities.shade(lines[i], toPixels.map(QPointF(0, plot.y(0))).y());
-                opacities.blend(image, color);
+                opacities.stroke(line, profileOf(curves[i].line, toPixels.m11()));
+                if (curves[i].fill) opacities.shade(line, toPixels.map(QPointF(0, plot.y(0))).y());
+                opacities.blend(image, shades);
             }
             canvas.drawImage(area.topLeft(), image);
         }
