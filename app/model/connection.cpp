@@ -114,10 +114,12 @@ void AppModel::dropEdits() {
         std::string list;
         for (const std::string& address : addresses)
             list += (list.empty() ? "" : ", ") + address;
-        unsent = (keys.size() == 1 ? "1 ajuste não foi enviado"
-                                   : std::to_string(keys.size()) + " ajustes não foram enviados") +
-                 std::string(" (") + (addresses.size() == 1 ? "caixa " : "caixas ") + list + ")";
-        warn(unsent);
+        const std::string text =
+            (keys.size() == 1 ? "1 ajuste não foi enviado"
+                              : std::to_string(keys.size()) + " ajustes não foram enviados") +
+            std::string(" (") + (addresses.size() == 1 ? "caixa " : "caixas ") + list + ")";
+        warn(text);
+        unsent += (unsent.empty() ? "" : "; ") + text;
     }
     edits.clear();
 }
