@@ -11,4 +11,7 @@ function(corvane_target name)
     target_compile_options(${name} PRIVATE -fstack-protector-strong
         $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=3>)
     target_link_options(${name} PRIVATE LINKER:-z,relro,-z,now)
+    if(CORVANE_PRECOMPILE)
+        target_precompile_headers(${name} PRIVATE "${PROJECT_SOURCE_DIR}/cmake/platform.hpp")
+    endif()
 endfunction()
