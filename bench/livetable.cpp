@@ -3,6 +3,7 @@
 #include "tests/simulatorprocess.hpp"
 
 #include <QApplication>
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -20,6 +21,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <sys/resource.h>
 
 // Without arguments the program prints the table; it measures by starting itself with one of these.
 
@@ -93,6 +96,27 @@ void takeCalls(Values& values, const char* option, const std::string& ratio, con
         const auto during = std::ranges::count_if(calls, [&](double at) { return at >= from && at < to; });
         values[prefix + name + "_futex"] = double(during) / (to - from);
     }
+}
+
+double secondsOfEndedChildren() {
+    rusage usage{};
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    const auto seconds = [](const timeval& time) { return double(time.tv_sec) + double(time.tv_usec) / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// The unattended run, which draws at a ratio of its own.
+double cpuOfUnattendedRun() {
+    constexpr int pictures = 13;
+    const Tests::SimulatorProcess speakers({});
+    const QTemporaryDir folder;
+    const double before = secondsOfEndedChildren();
+    Tests::Process run({"/usr/bin/env", "CORVANE_SNAPSHOT=" + folder.path().toStdString(),
+                        "CORVANE_PORT=" + speakers.path(), CORVANE});
+    run.rest();
+    if (run.end() != 0 || QDir(folder.path()).entryList({"*.png"}).size() != pictures)
+        throw std::runtime_error("the unattended run has not made all pictures");
+    return secondsOfEndedChildren() - before;
 }
 
 Values measure(const std::string& ratio, const std::string& scene) {
@@ -189,6 +213,7 @@ int main(int argc, char** argv) {
         for (const std::string& ratio : ratios)
             measured.push_back(measure(ratio, scene.path().toStdString()));
         printTable(ratios, measured);
+        std::printf("\nunattended run, CPU s %.2f\n", cpuOfUnattendedRun());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -6,18 +6,14 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QDir>
 #include <QEvent>
-#include <QTemporaryDir>
 
-#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -78,38 +74,8 @@ void startToFirstWindow(benchmark::State& state, const char* ratio) {
     state.counters["MB"] = megabytes;
 }
 
-// CPU time of all children that have ended.
-double secondsOfChildren() {
-    rusage usage{};
-    ::getrusage(RUSAGE_CHILDREN, &usage);
-    const auto seconds = [](const timeval& time) { return double(time.tv_sec) + double(time.tv_usec) / 1e6; };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-// The unattended run. Of its time, two sleeps are fixed; the rest is work and the line's time-outs,
-// as its bytes take no time here.
-void snapshotRun(benchmark::State& state) {
-    constexpr int pictures = 13;
-    constexpr double sleeps = 4;
-    const Tests::SimulatorProcess simulator({});
-    const QTemporaryDir folder;
-    const double before = secondsOfChildren();
-    const auto start = std::chrono::steady_clock::now();
-    for (auto _ : state) {
-        Tests::Process run({environment, "CORVANE_SNAPSHOT=" + folder.path().toStdString(),
-                            "CORVANE_PORT=" + simulator.path(), CORVANE});
-        run.rest();
-        if (run.end() != 0 || QDir(folder.path()).entryList({"*.png"}).size() != pictures)
-            state.SkipWithError("not all pictures");
-    }
-    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-    state.counters["beside_sleeps_s"] = taken.count() - sleeps;
-    state.counters["work_s"] = secondsOfChildren() - before;
-}
-
 BENCHMARK_CAPTURE(startToFirstWindow, ratio1, "1")->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(startToFirstWindow, ratio2, "2")->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(snapshotRun)->Iterations(1)->Repetitions(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

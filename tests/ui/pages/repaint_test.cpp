@@ -100,7 +100,7 @@ TEST(RepaintTest, NothingOnTheScreenIsStaleWhateverTheUserDoes) {
              desk.click(desk.shows("CONECTAR") ? "CONECTAR" : "DESCONECTAR");
          }},
     };
-    for (int step = 0; step < 100; ++step) {
+    for (int step = 0; step < 60; ++step) {
         const auto& [name, act] = acts[below(std::size(acts))];
         act();
         QApplication::processEvents();
