@@ -105,7 +105,7 @@ Task<void> AppModel::leaveSteps() {
 // Says so, for the speakers do not hold what the window shows.
 void AppModel::dropEdits() {
     auto keys = edits.keys();
-    if (writing) keys.push_front(*writing);
+    if (const auto onTheLine = std::exchange(writing, std::nullopt)) keys.push_front(*onTheLine);
     if (!keys.empty()) {
         std::set<std::string> addresses;
         for (const WriteKey& key : keys)

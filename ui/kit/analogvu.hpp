@@ -20,9 +20,8 @@ public:
     /// Degrees from straight up, positive to the right: -50 for silence, 50 at +3 VU, at most 54.
     static double needleAngle(double vu);
 
-    QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
+    QAccessible::Role accessibleRole() const override { return QAccessible::ProgressBar; }
     QString valueText() const override;
-    std::optional<MeterLevel> meteredLevel() const override;
 
 protected:
     void paint(QPainter& painter) override;

@@ -76,6 +76,17 @@ private:
     std::array<std::vector<uchar>, slants> opacities;
 };
 
+// A colour at each opacity.
+using Shades = std::array<QRgb, 256>;
+
+Shades shadesOf(const QColor& color) {
+    Shades shades{};
+    for (std::size_t opacity = 0; opacity < shades.size(); ++opacity)
+        shades.at(opacity) = qPremultiply(
+            qRgba(color.red(), color.green(), color.blue(), qRound(color.alphaF() * int(opacity))));
+    return shades;
+}
+
 // The opacities of a curve's pixels, within a part of the picture.
 class Opacities {
 public:
@@ -89,6 +100,8 @@ public:
     // covers the pixels between the upright lines on its ends; at a bend also those in the gap beyond.
     void stroke(const QPolygonF& line, const Profile& profile) {
         for (qsizetype i = 0; i + 1 < line.size(); ++i) {
+            if (line[i + 1].x() + profile.reach < area.left()) continue;
+            if (line[i].x() - profile.reach > area.right() + 1) break;
             const auto gap = [&](qsizetype bend) {
                 if (bend == 0 || bend + 1 == line.size()) return 0.0F;
                 const double turn =
@@ -103,7 +116,10 @@ public:
 
     // Between the line and a level.
     void shade(const QPolygonF& line, double level) {
-        const auto opacity = static_cast<uchar>(std::lround(255 * fillOpacity));
+        std::array<uchar, 256> shaded{};
+        for (std::size_t below = 0; below < shaded.size(); ++below)
+            shaded.at(below) =
+                static_cast<uchar>(std::lround(255 - (255 - static_cast<double>(below)) * (1 - fillOpacity)));
         for (qsizetype i = 0; i + 1 < line.size(); ++i) {
             const QPointF from = line[i];
             const QPointF to = line[i + 1];
@@ -114,17 +130,13 @@ public:
                 const auto [upper, lower] = std::minmax(height, level);
                 const int bottom = std::min(static_cast<int>(std::ceil(lower - 0.5)), area.bottom() + 1);
                 for (int y = std::max(static_cast<int>(std::ceil(upper - 0.5)), area.top()); y < bottom; ++y)
-                    row(y)[x - area.left()] = over(row(y)[x - area.left()], opacity);
+                    row(y)[x - area.left()] = shaded.at(row(y)[x - area.left()]);
             }
         }
     }
 
-    // Puts the curve in its colour on `image`, which has the place and the size of the part.
-    void blend(QImage& image, const QColor& color) {
-        std::array<QRgb, 256> colors{};
-        for (int opacity = 0; opacity < 256; ++opacity)
-            colors.at(static_cast<std::size_t>(opacity)) = qPremultiply(
-                QColor(color.red(), color.green(), color.blue(), qRound(color.alphaF() * opacity)).rgba());
+    // Puts the curve on `image`, which has the place and the size of the part.
+    void blend(QImage& image, const Shades& shades) {
         for (int y = area.top(); y <= area.bottom(); ++y) {
             const uchar* const opacities = row(y);
             auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(y - area.top()));
@@ -135,16 +147,12 @@ public:
                 if (next == 0)
                     x += skipped - 1;
                 else if (opacities[x] != 0)
-                    pixels[x] = over(pixels[x], colors[opacities[x]]);
+                    pixels[x] = pixels[x] == 0 ? shades[opacities[x]] : over(pixels[x], shades[opacities[x]]);
             }
         }
     }
 
 private:
-    static uchar over(uchar below, uchar above) {
-        return static_cast<uchar>(255 - ((255 - below) * (255 - above) + 127) / 255);
-    }
-
     static QRgb over(QRgb below, QRgb above) {
         const unsigned rest = 255 - static_cast<unsigned>(qAlpha(above));
         const auto scaled = [rest](QRgb two) {  // two of four channels, each in 16 bits
@@ -178,16 +186,27 @@ private:
             const auto start = static_cast<float>(piece.x1() - 0.5);
             const int first = std::max(static_cast<int>(std::ceil(left + start)), area.left());
             const int last = std::min(static_cast<int>(std::floor(right + start)), area.right());
+            // Between the ends the distance changes evenly from pixel to pixel.
+            const int inner =
+                std::clamp(static_cast<int>(std::ceil(start - down * uy / ux)), first, last + 1);
+            const int outer =
+                std::clamp(static_cast<int>(std::floor(start + (length - down * uy) / ux)), inner - 1, last);
             uchar* const pixels = row(y) - area.left();
-            for (int x = first; x <= last; ++x) {
-                const float across = static_cast<float>(x) - start;
-                float distance = std::abs(down * ux - across * uy);
-                const float along = across * ux + down * uy;
-                if (const float beyond = std::max(-along, along - length); beyond > 0)
-                    distance = std::sqrt(distance * distance + beyond * beyond);
+            const auto raise = [&](int x, float distance) {
                 const auto step = static_cast<std::size_t>(distance * Profile::parts);
-                if (step < opacities.size()) pixels[x] = std::max(pixels[x], opacities[step]);
-            }
+                pixels[x] = std::max(pixels[x], opacities[std::min(step, opacities.size() - 1)]);
+            };
+            const auto raiseBeyond = [&](int x, float end) {
+                const float across = static_cast<float>(x) - start;
+                raise(x, std::hypot(down * ux - across * uy, across * ux + down * uy - end));
+            };
+            for (int x = first; x < inner; ++x)
+                raiseBeyond(x, 0);
+            float distance = down * ux - (static_cast<float>(inner) - start) * uy;
+            for (int x = inner; x <= outer; ++x, distance -= uy)
+                raise(x, std::abs(distance));
+            for (int x = outer + 1; x <= last; ++x)
+                raiseBeyond(x, length);
         }
     }
 
@@ -249,9 +268,9 @@ void EQCurves::draw(QPainter& painter, const QRectF& bounds, const EQPlot& plot,
         QTransform::fromTranslate(-bounds.x(), -bounds.y()) *
         QTransform::fromScale(place.width() / size.width(), place.height() / size.height());
     if (!outdated.isEmpty()) {
-        std::vector<QPolygonF> lines;
+        std::vector<std::pair<QPolygonF, Shades>> prepared;
         for (const EQCurve& curve : curves)
-            lines.push_back(lineOf(plot, curve.db, toPixels));
+            prepared.emplace_back(lineOf(plot, curve.db, toPixels), shadesOf(curve.color));
         QPainter canvas(&picture);
         canvas.setCompositionMode(QPainter::CompositionMode_Source);
         for (const QRect& part : std::exchange(outdated, {})) {
@@ -259,11 +278,11 @@ void EQCurves::draw(QPainter& painter, const QRectF& bounds, const EQPlot& plot,
             QImage image(area.size(), QImage::Format_ARGB32_Premultiplied);
             image.fill(Qt::transparent);
             for (std::size_t i = 0; i < curves.size(); ++i) {
-                const auto& [db, color, fill, kind] = curves[i];
+                const auto& [line, shades] = prepared[i];
                 Opacities opacities(area);
-                opacities.stroke(lines[i], profileOf(kind, toPixels.m11()));
-                if (fill) opacities.shade(lines[i], toPixels.map(QPointF(0, plot.y(0))).y());
-                opacities.blend(image, color);
+                opacities.stroke(line, profileOf(curves[i].line, toPixels.m11()));
+                if (curves[i].fill) opacities.shade(line, toPixels.map(QPointF(0, plot.y(0))).y());
+                opacities.blend(image, shades);
             }
             canvas.drawImage(area.topLeft(), image);
         }
