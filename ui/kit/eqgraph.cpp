@@ -27,6 +27,7 @@ constexpr int frequencyLabels = 22;  // under it
 constexpr Wendril::Limits bandFrequency = Wendril::limitsOf(Wendril::ModuleKind::peq, "fc", {});
 constexpr Wendril::Limits bandGain = Wendril::limitsOf(Wendril::ModuleKind::peq, "gain", {});
 
+constexpr double cornerRadius = 14;
 constexpr double handleSize = 18;
 constexpr double reach = 12;  // from a handle's centre
 constexpr double dragThreshold = 10;
@@ -122,8 +123,14 @@ void EQGraph::setHandles(std::vector<Handle> list) {
     pointAt(pointer);
 }
 
+// What a curve runs beyond the plot grows with its height. A low graph has no room for that above its plot.
 EQPlot EQGraph::plot() const {
-    return {QRectF(rect().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels)))};
+    constexpr double low = 240;
+    const QRectF usual = rect().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels));
+    const double withRoom = std::floor((height() - 2 * EQPlot::reach(0)) / (1 + 2 * EQPlot::beyond));
+    const double high = std::min(usual.height(), std::max(low, withRoom));
+    const double below = std::max(height() - usual.bottom(), std::ceil(EQPlot::reach(high)));
+    return {{usual.left(), height() - below - high, usual.width(), high}};
 }
 
 // A handle above the graph's highest frequency stands just outside of the plot.
@@ -439,8 +446,10 @@ Control::Outline EQGraph::outline() const { return {plot().area, 3}; }
 void EQGraph::paint(QPainter& painter) {
     const EQPlot where = plot();
     if (where.area.width() < 1) return;
-    Paint::cached(painter, QStringLiteral("eq grid"), rect(),
-                  [&](QPainter& canvas) { drawEQGrid(canvas, where); });
+    Paint::cached(painter, QStringLiteral("eq grid"), rect(), [&](QPainter& canvas) {
+        Paint::recess(canvas, rect(), cornerRadius, 0.42, 0.4);
+        drawEQGrid(canvas, where);
+    });
     drawCurves(painter);
     if (!lone.empty()) drawThinEQCurve(painter, where, lone, Theme::white(0.6));
     if (hasCross()) drawCross(painter);

@@ -56,9 +56,9 @@ public:
         bool operator==(const Handle&) const = default;
     };
 
-    /// The widget is larger than the graph by these margins, so that handles and glows at the edge are
-    /// not cut off.
-    static constexpr QMargins bleed{0, 18, 18, 8};
+    /// The recess in which the graph stands is larger by these margins: curves and handles run beyond the
+    /// plot. It is the whole widget.
+    static constexpr QMargins bleed{0, 12, 18, 4};
 
     /// `height` of the graph: of plot and labels, without the margins.
     EQGraph(int height, QWidget* parent);

@@ -14,7 +14,7 @@ namespace Kit {
 namespace {
 
 constexpr int topLevel = 18;  // dB
-constexpr double drawnLimit = 21.6;
+constexpr double drawnLimit = topLevel * (1 + 2 * EQPlot::beyond);
 constexpr std::size_t samples = 320;
 constexpr int lineSpacing = 6;
 constexpr double labelSize = 9;
@@ -55,7 +55,7 @@ void drawLevelLines(QPainter& painter, const EQPlot& plot) {
 }
 
 void drawLabels(QPainter& painter, const EQPlot& plot) {
-    const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary, {}, false, true};
+    const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary};
     for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
         const QRectF place(plot.area.left() - 40, plot.y(db) - 6, 32, 12);
         Paint::text(painter, place, Qt::AlignRight | Qt::AlignVCenter,
@@ -122,6 +122,8 @@ void drawGlow(QPainter& painter, const QPainterPath& path, QPen pen, double opac
 }
 
 }  // namespace
+
+double EQPlot::reach(double height) { return beyond * height + 2; }
 
 double EQPlot::x(double hz) const {
     return area.left() + area.width() * (std::log10(hz) - logLow) / (logHigh - logLow);

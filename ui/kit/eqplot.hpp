@@ -14,6 +14,10 @@ struct EQPlot {
     static constexpr double lowestHz = 20;
     static constexpr double highestHz = 20000;
 
+    /// How far a curve is drawn above and below the plot, as a part of the plot's height, and in pixels.
+    static constexpr double beyond = 0.1;
+    static double reach(double height);
+
     QRectF area;
 
     double x(double hz) const;

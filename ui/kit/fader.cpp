@@ -101,15 +101,6 @@ double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) 
     return start - range.extent() * translation.y() / (track().height() - outsideTravel);
 }
 
-// The values with a number beside the slot.
-std::vector<double> Fader::scale() const {
-    if (range.extent() > wideRange) return {range.upper, 0, -10, -20, -40, -60};
-    std::vector<double> whole;
-    for (double value = range.lower; value <= range.upper; ++value)
-        whole.push_back(value);
-    return whole;
-}
-
 void Fader::paint(QPainter& painter) {
     const QString key = QStringLiteral("fader track %1 %2").arg(range.upper).arg(bars.size());
     Paint::cached(painter, key, track(), [this](QPainter& canvas) {
@@ -125,7 +116,8 @@ void Fader::drawTrack(QPainter& painter) const {
     const QRectF slot(slotCentre() - 2, track().top() + 14, 4, track().height() - 28);
     Paint::fill(painter, slot, 2, Theme::black(0.55));
     Paint::edge(painter, slot, 2, Theme::recessRim(slot), 0.6);
-    for (const double value : scale())
+    if (!look.hasScale) return;
+    for (const double value : {range.upper, 0.0, -10.0, -20.0, -40.0, range.lower})
         drawMark(painter, value);
 }
 
@@ -139,8 +131,7 @@ void Fader::drawMark(QPainter& painter, double value) const {
     painter.setPen(QPen(Theme::faded(Theme::tick, 0.6), 1));
     painter.drawLine(QPointF(left - length, y), QPointF(left, y));
     const QRectF place(slotCentre() + fromSlot + 2, y - numberSize, controlWidth, 2 * numberSize);
-    Paint::text(painter, place, Qt::AlignLeft,
-                QString::asprintf(value > 0 && range.lower < 0 ? "+%.0f" : "%.0f", value),
+    Paint::text(painter, place, Qt::AlignLeft, QString::asprintf(value > 0 ? "+%.0f" : "%.0f", value),
                 {Theme::font(numberSize, QFont::Medium), Theme::secondary, {}, true});
 }
 

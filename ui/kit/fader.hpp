@@ -17,6 +17,7 @@ public:
         double height = 300;  // the least of the track; the fader grows with its layout
         int levels = 0;       // number of meter bars
         bool labelsBelow = false;
+        bool hasScale = true;  // beside the slot: of a gain in dB
     };
 
     /// Height of the lines of caption and read-out, and the gap between them and the track.
@@ -47,7 +48,6 @@ private:
     QRectF readOut() const;
     QRectF cap() const;
     double slotCentre() const;
-    std::vector<double> scale() const;
     void drawTrack(QPainter& painter) const;
     void drawMark(QPainter& painter, double value) const;
     void drawCap(QPainter& painter) const;

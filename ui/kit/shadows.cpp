@@ -194,6 +194,12 @@ void well(QPainter& painter, const QRectF& shape, double radius) {
     });
 }
 
+void recess(QPainter& painter, const QRectF& shape, double radius, double top, double bottom) {
+    fill(painter, shape, radius, Theme::vertical(shape, Theme::black(top), Theme::black(bottom)));
+    innerShadow(painter, shape, radius, {Theme::black(0.35), 6, 3});
+    edge(painter, shape, radius, Theme::recessRim(shape));
+}
+
 // The layers lie within each other. Each is drawn in the opacity that it has together with the wider ones.
 void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen, const QColor& glow,
                    double blur) {

@@ -37,6 +37,10 @@ void trim(QPainter& painter, const QRectF& shape, double radius);
 /// The recessed background of read-outs.
 void well(QPainter& painter, const QRectF& shape, double radius);
 
+/// A shallow recess in a panel, on which dim text can be read. `top` and `bottom` are the opacities of its
+/// shade there: a panel is brighter at its top. Only while drawing a kept picture.
+void recess(QPainter& painter, const QRectF& shape, double radius, double top, double bottom);
+
 /// A stroke that glows.
 void glowingStroke(QPainter& painter, const QPainterPath& path, const QPen& pen, const QColor& glow,
                    double blur);

@@ -34,7 +34,7 @@ DelayBay::DelayBay(AppModel& model, int output, QWidget* parent)
     const ModuleSetting<DelayValue> delay(model, ModuleKind::delay, channel);
     const Limits limits = delay.limits("ms");
     fader = faderFor(limits, QStringLiteral("Saída %1").arg(output + 1), Formats::delay,
-                     {.height = leastTrack}, this);
+                     {.height = leastTrack, .hasScale = false}, this);
     fader->spokenFormat = Formats::spokenDelay;
     bindField(*fader, delay, &DelayValue::ms);
 
@@ -58,9 +58,7 @@ void DelayBay::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF bay = rect();
     Paint::cached(painter, QStringLiteral("delay bay"), bay, [&](QPainter& canvas) {
-        Paint::fill(canvas, bay, cornerRadius, Theme::black(0.13));
-        Paint::innerShadow(canvas, bay, cornerRadius, {Theme::black(0.35), 6, 3});
-        Paint::edge(canvas, bay, cornerRadius, Theme::recessRim(bay));
+        Paint::recess(canvas, bay, cornerRadius, 0.36, 0.14);
         drawScales(canvas);
     });
 }

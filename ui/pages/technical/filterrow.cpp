@@ -14,8 +14,6 @@
 #include "ui/kit/scrubfield.hpp"
 #include "ui/kit/theme.hpp"
 
-#include <QBoxLayout>
-
 #include <algorithm>
 #include <cmath>
 
@@ -25,7 +23,6 @@ using namespace Wendril;
 
 namespace {
 
-constexpr int columnGap = 10;
 constexpr double bypassedOpacity = 0.6;
 
 }  // namespace
@@ -44,7 +41,7 @@ QString filterText(ModuleKind kind, const FilterValue& value) {
 
 FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel, std::optional<QColor> color,
                      QWidget* parent)
-    : QWidget(parent) {
+    : TableRow(parent) {
     const ModuleSetting<FilterValue> filter(model, kind, channel);
     const QString name = titleOf(kind);
     Kit::setContext(*this, {nameOf(channel)});
@@ -69,12 +66,8 @@ FilterRow::FilterRow(AppModel& model, ModuleKind kind, std::string_view channel,
     slope->onSelect = [filter](std::uint8_t code) {
         filter.edit([code](FilterValue& value) { value.type = code; });
     };
-    auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(columnGap);
-    for (QWidget* const control : std::initializer_list<QWidget*>{title, on, fc, slope})
-        row->addWidget(control);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setCells({title, on, fc, slope});
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     (new Kit::Roving(0, Kit::Roving::Choice::stays, this))->setControls({on, fc, slope});
 
     Corvane::bind(

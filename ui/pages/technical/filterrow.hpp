@@ -1,11 +1,11 @@
 #pragma once
 
 #include "app/model/appmodel.hpp"
+#include "ui/pages/technical/tablerow.hpp"
 
 #include "ui/kit/wellmenu.hpp"
 
 #include <QColor>
-#include <QWidget>
 
 #include <optional>
 #include <string_view>
@@ -13,14 +13,13 @@
 namespace Corvane {
 
 /// A crossover filter of an output.
-class FilterRow final : public QWidget {
+class FilterRow final : public TableRow {
 public:
     /// `kind` is `hpf` or `lpf`; `color` is that of the title, which has the colour of text without.
     FilterRow(AppModel& model, Wendril::ModuleKind kind, std::string_view channel,
               std::optional<QColor> color, QWidget* parent);
 
-    /// Makes the row lower, where a page has no height for the menu's own.
-    void setMenuHeight(int height) { slope->setFixedHeight(height); }
+    Kit::MenuButton& menu() { return *slope; }
 
 private:
     Kit::WellMenu<std::uint8_t>* slope;

@@ -6,12 +6,9 @@
 #include "ui/pages/shared/modulesetting.hpp"
 
 #include "ui/kit/formats.hpp"
-#include "ui/kit/shadows.hpp"
 #include "ui/kit/theme.hpp"
 
-#include <QBoxLayout>
 #include <QMouseEvent>
-#include <QPainter>
 
 #include <cmath>
 #include <vector>
@@ -22,8 +19,7 @@ using namespace Wendril;
 
 namespace {
 
-constexpr int smallestGap = 12;
-constexpr int sidePadding = 8;  // between the edges of a row's plate and its cells
+constexpr int headerHeight = 14;
 constexpr double bypassedOpacity = 0.55;
 
 enum Column { numberColumn, onColumn, typeColumn, fcColumn, qColumn, gainColumn };
@@ -38,18 +34,6 @@ constexpr ColumnLook columns[] = {
 };
 
 std::uint8_t raw(PeqType type) { return static_cast<std::uint8_t>(type); }
-
-// The gaps between the cells grow with the width of the row.
-void layOut(QWidget* row, const std::vector<QWidget*>& cells) {
-    auto* const layout = new QHBoxLayout(row);
-    layout->setContentsMargins(sidePadding, 0, sidePadding, 0);
-    layout->setSpacing(0);
-    for (QWidget* const cell : cells) {
-        if (cell != cells.front())
-            layout->addSpacerItem(new QSpacerItem(smallestGap, 0, QSizePolicy::MinimumExpanding));
-        layout->addWidget(cell);
-    }
-}
 
 }  // namespace
 
@@ -70,7 +54,7 @@ QString bandText(const PeqValue& band, const QString& separator) {
 QString bandName(int band) { return QStringLiteral("Banda %1").arg(band + 1); }
 
 PeqHeader::PeqHeader(QWidget* parent)
-    : QWidget(parent) {
+    : TableRow(parent) {
     std::vector<QWidget*> captions;
     for (const auto& [title, width] : columns) {
         auto* const caption =
@@ -79,11 +63,12 @@ PeqHeader::PeqHeader(QWidget* parent)
         caption->setAlignment(Qt::AlignCenter);
         captions.push_back(caption);
     }
-    layOut(this, captions);
+    setCells(captions);
+    setFixedHeight(headerHeight);
 }
 
 PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* parent)
-    : QWidget(parent) {
+    : TableRow(parent) {
     const QString name = bandName(band);
     const ModuleSetting<PeqValue> setting(model, ModuleKind::peq, channel, band);
     const auto field = [&](Column column, const QString& what, const Limits& limits, bool logarithmic,
@@ -107,7 +92,7 @@ PeqRow::PeqRow(AppModel& model, std::string_view channel, int band, QWidget* par
     fc = field(fcColumn, QStringLiteral("frequência"), setting.limits("fc"), true, Formats::formatHz);
     q = field(qColumn, QStringLiteral("Q"), setting.limits("q"), false, Formats::quality);
     gain = field(gainColumn, QStringLiteral("ganho"), setting.limits("gain"), false, Formats::signedDecibels);
-    layOut(this, {number, on, type, fc, q, gain});
+    setCells({number, on, type, fc, q, gain});
 
     const auto edit = [&model, channel, band](auto change) { editBand(model, channel, band, change); };
     on->action = [edit] { edit([](PeqValue& value) { value.bypass = !value.bypass; }); };
@@ -141,22 +126,15 @@ void PeqRow::show(const PeqValue& value) {
 
 void PeqRow::setSelected(bool value) {
     selected = value;
-    update();
+    showUse();
 }
 
 void PeqRow::setMarked(bool value) {
     marked = value;
-    update();
+    showUse();
 }
 
-void PeqRow::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    Paint::fill(painter, rect(), 8,
-                selected ? Theme::accentSoft
-                : marked ? Theme::white(0.07)
-                         : Theme::white(0.025));
-}
+void PeqRow::showUse() { setTint(selected ? Theme::accentSoft : marked ? Theme::white(0.07) : QColor()); }
 
 // The number lets its events pass to the row, and is as wide as it above and below.
 void PeqRow::mousePressEvent(QMouseEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/model/appmodel.hpp"
+#include "ui/pages/technical/tablerow.hpp"
 
 #include "ui/kit/caption.hpp"
 #include "ui/kit/lamp.hpp"
@@ -23,14 +24,14 @@ QString bandText(const Wendril::PeqValue& band, const QString& separator = QStri
 QString bandName(int band);  // "Banda 1" for 0
 
 /// The column titles over the rows.
-class PeqHeader final : public QWidget {
+class PeqHeader final : public TableRow {
 public:
     explicit PeqHeader(QWidget* parent);
 };
 
 /// One band of a channel's equaliser. Its owner says whether the band is selected, and whether the
 /// pointer is on its handle.
-class PeqRow final : public QWidget {
+class PeqRow final : public TableRow {
 public:
     /// Bands count from 0.
     PeqRow(AppModel& model, std::string_view channel, int band, QWidget* parent);
@@ -44,8 +45,7 @@ public:
     /// Lets the user type the frequency, and with Tab the other numbers.
     void edit() { fc->editValue(); }
 
-    /// Makes the row lower, where a page has no height for the menu's own.
-    void setMenuHeight(int height) { type->setFixedHeight(height); }
+    Kit::MenuButton& menu() { return *type; }
 
     void setSelected(bool value);
     void setMarked(bool value);
@@ -53,7 +53,6 @@ public:
     bool isMarked() const { return marked; }
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
@@ -61,6 +60,7 @@ protected:
 
 private:
     void show(const Wendril::PeqValue& value);
+    void showUse();
 
     bool selected = false;
     bool marked = false;

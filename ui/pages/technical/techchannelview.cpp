@@ -40,10 +40,12 @@ constexpr int dynamicsWidth = 272;
 constexpr int titleRow = 36;  // height of a compact button
 constexpr int padding = 26;   // of the panels
 
-// An output has ten rows and its filters under the graph. With them the height of the window has no room
-// for the padding of other panels, above and below, and for the height of other menus.
-constexpr int outputPadding = bleed.top();
-constexpr int outputMenuHeight = 24;
+// An output has ten rows and its filters under the graph. With them the height of the usual window has
+// no room for the padding of other panels, above and below, and for the height of other menus.
+constexpr int outputPadding = 14;
+constexpr int lowMenu = 24;
+constexpr int usualMenu = 30;
+constexpr int forMenus = (usualMenu - lowMenu) * 11;  // what a window is higher in which all fit
 
 constexpr int graphHeight = 230;
 constexpr int leastGraphHeight = 150;  // in the lowest window
@@ -104,13 +106,12 @@ QWidget* TechChannelView::equaliserPanel() {
     const int edge = isInput(channel) ? padding : outputPadding;  // above and below
     auto* const panel = new Kit::Panel({}, this);
     Kit::setContext(*panel, {nameOf(channel)});
-    panel->layout()->setContentsMargins(padding, edge - bleed.top(), padding - bleed.right(), edge);
-    panel->content().setSpacing(4);
+    panel->layout()->setContentsMargins(padding, edge, padding, edge);
+    panel->content().setSpacing(6);
     buildGraph(panel);
     panel->content().addWidget(graph, graphFirst);
     auto* const below = new QVBoxLayout;
-    below->setContentsMargins(0, 0, bleed.right(), 0);
-    below->setSpacing(10);
+    below->setSpacing(8);
     below->addLayout(table(panel), 1);
     below->addLayout(equaliserButtons(panel));
     if (!isInput(channel)) below->addLayout(filterRows(panel));
@@ -147,7 +148,13 @@ void TechChannelView::buildGraph(QWidget* parent) {
 
 void TechChannelView::spend(int height) {
     strip->setMinimumHeight(strip->sizeHint().height() + height);
-    graph->setMaximumHeight(graphHeight + height + bleed.top() + bleed.bottom());
+    const bool menusFit = isInput(channel) || height >= forMenus;
+    for (Kit::MenuButton* const menu : menus) {
+        menu->setFixedHeight(menusFit ? usualMenu : lowMenu);
+        menu->parentWidget()->layout()->activate();
+    }
+    const int toGraph = isInput(channel) || !menusFit ? height : height - forMenus;
+    graph->setMaximumHeight(graphHeight + toGraph + bleed.top() + bleed.bottom());
 }
 
 QLayout* TechChannelView::table(QWidget* parent) {
@@ -155,10 +162,9 @@ QLayout* TechChannelView::table(QWidget* parent) {
     auto* const lines = new QVBoxLayout;
     lines->setSpacing(2);
     lines->addWidget(new PeqHeader(parent));
-    lines->addSpacing(2);
     for (int band = 0; band < AppModel::bandsOf(channel); ++band) {
         auto* const row = new PeqRow(model, channel, band, parent);
-        if (!isInput(channel)) row->setMenuHeight(outputMenuHeight);
+        menus.push_back(&row->menu());
         lines->addWidget(row, 1);
         rows.push_back(row);
     }
@@ -260,11 +266,11 @@ QLayout* TechChannelView::equaliserButtons(QWidget* parent) {
 
 QLayout* TechChannelView::filterRows(QWidget* parent) {
     auto* const row = new QHBoxLayout;
+    row->setSpacing(12);
     for (const ModuleKind kind : {ModuleKind::hpf, ModuleKind::lpf}) {
         auto* const filter = new FilterRow(model, kind, channel, {}, parent);
-        filter->setMenuHeight(outputMenuHeight);
-        if (kind == ModuleKind::lpf) row->addStretch();
-        row->addWidget(filter);
+        menus.push_back(&filter->menu());
+        row->addWidget(filter, 1);
     }
     return row;
 }

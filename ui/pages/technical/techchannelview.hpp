@@ -4,6 +4,7 @@
 
 #include "ui/kit/eqgraph.hpp"
 #include "ui/kit/valuecontrol.hpp"
+#include "ui/kit/wellmenu.hpp"
 #include "ui/pages/shared/pageview.hpp"
 
 #include <QString>
@@ -49,6 +50,7 @@ private:
     const QString title;
     ChannelStrip* strip = nullptr;
     Kit::EQGraph* graph = nullptr;
+    std::vector<Kit::MenuButton*> menus;  // of the table and the filters
 };
 
 }  // namespace Corvane

@@ -28,7 +28,7 @@ constexpr int padding = 26;  // left and right in the panels
 // Above and below, the height of the window has no room for that: in all blocks, and in the graph's panel.
 constexpr int topOfBlock = 14;
 constexpr int footOfBlock = 16;
-constexpr int footOfGraph = 10;
+constexpr int edgeOfGraph = 16;
 
 constexpr int gap = 18;
 constexpr int outputs = static_cast<int>(K7Q::outputs.size());
@@ -91,7 +91,7 @@ TechCrossoverView::TechCrossoverView(AppModel& model, QWidget* parent)
 
 QWidget* TechCrossoverView::graphPanel() {
     auto* const panel = new Kit::Panel({}, this);
-    panel->layout()->setContentsMargins(padding, 0, padding - bleed.right(), footOfGraph);
+    panel->layout()->setContentsMargins(padding, edgeOfGraph, padding, edgeOfGraph);
     graph = new Kit::EQGraph(graphHeight, panel);
     graph->setMinimumHeight(leastGraphHeight + bleed.top() + bleed.bottom());
     graph->setAccessibleName(QStringLiteral("Resposta das saídas"));
@@ -114,7 +114,7 @@ QWidget* TechCrossoverView::graphPanel() {
 
 void TechCrossoverView::spend(int height) {
     graph->setMaximumHeight(graphHeight + height + bleed.top() + bleed.bottom());
-    graph->parentWidget()->setMaximumHeight(graph->maximumHeight() + footOfGraph);
+    graph->parentWidget()->setMaximumHeight(graph->maximumHeight() + 2 * edgeOfGraph);
 }
 
 QWidget* TechCrossoverView::block(int output) {
