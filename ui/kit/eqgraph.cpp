@@ -448,6 +448,10 @@ void EQGraph::paint(QPainter& painter) {
     if (where.area.width() < 1) return;
     Paint::cached(painter, QStringLiteral("eq grid"), rect(), [&](QPainter& canvas) {
         Paint::recess(canvas, rect(), cornerRadius, 0.42, 0.4);
+        canvas.save();
+        canvas.setClipRect(QRectF(rect()).adjusted(0, where.area.bottom(), 0, 0));
+        Paint::fill(canvas, rect(), cornerRadius, Theme::black(0.5));
+        canvas.restore();
         drawEQGrid(canvas, where);
     });
     drawCurves(painter);

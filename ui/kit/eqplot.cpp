@@ -13,9 +13,8 @@ namespace Kit {
 
 namespace {
 
-constexpr int topLevel = 18;  // dB
-constexpr double drawnLimit = topLevel * (1 + 2 * EQPlot::beyond);
 constexpr std::size_t samples = 320;
+constexpr int highestLine = static_cast<int>(EQPlot::topLevel);
 constexpr int lineSpacing = 6;
 constexpr double labelSize = 9;
 
@@ -47,7 +46,7 @@ void drawFrequencyLines(QPainter& painter, const EQPlot& plot) {
 }
 
 void drawLevelLines(QPainter& painter, const EQPlot& plot) {
-    for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
+    for (int db = -highestLine; db <= highestLine; db += lineSpacing) {
         painter.setPen(QPen(Theme::white(db == 0 ? 0.22 : 0.06), 1));
         const double y = plot.y(db);
         painter.drawLine(QPointF(plot.area.left(), y), QPointF(plot.area.right(), y));
@@ -56,7 +55,7 @@ void drawLevelLines(QPainter& painter, const EQPlot& plot) {
 
 void drawLabels(QPainter& painter, const EQPlot& plot) {
     const Paint::TextStyle style{Theme::font(labelSize), Theme::secondary};
-    for (int db = -topLevel; db <= topLevel; db += lineSpacing) {
+    for (int db = -highestLine; db <= highestLine; db += lineSpacing) {
         const QRectF place(plot.area.left() - 40, plot.y(db) - 6, 32, 12);
         Paint::text(painter, place, Qt::AlignRight | Qt::AlignVCenter,
                     (db > 0 ? QStringLiteral("+") : QString()) + QString::number(db), style);

@@ -14,8 +14,11 @@ struct EQPlot {
     static constexpr double lowestHz = 20;
     static constexpr double highestHz = 20000;
 
+    static constexpr double topLevel = 18;      // dB
+    static constexpr double drawnLimit = 21.6;  // dB: where curves are cut
+
     /// How far a curve is drawn above and below the plot, as a part of the plot's height, and in pixels.
-    static constexpr double beyond = 0.1;
+    static constexpr double beyond = (drawnLimit / topLevel - 1) / 2;
     static double reach(double height);
 
     QRectF area;
