@@ -20,6 +20,8 @@ public:
     /// Degrees from straight up, positive to the right: -50 for silence, 50 at +3 VU, at most 54.
     static double needleAngle(double vu);
 
+    void setGrowth(double factor) override;
+
     QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
     QString valueText() const override;
     std::optional<MeterLevel> meteredLevel() const override;
@@ -42,6 +44,7 @@ private:
     const QString label;
     const float reference;
     float level;
+    double captionGrowth = 1;
     Animation needle;
     double drawnAngle;
     QWidget* needleArea;

@@ -85,21 +85,27 @@ EQGraph::EQGraph(int height, QWidget* parent)
     setFocusPolicy(Qt::NoFocus);
 }
 
+void EQGraph::refresh(const QRegion& changed) {
+    for (const QRect& part : changed)
+        update(grown(QRectF(part)).toAlignedRect());
+}
+
 void EQGraph::setCurves(std::vector<Curve> list) {
     if (curves == list) return;
     pictures.resize(list.size());
     drawn.resize(list.size());
-    QRegion changed = list.size() == curves.size() ? QRect() : rect();
+    const QRect all = area().toAlignedRect();
+    QRegion changed = list.size() == curves.size() ? QRect() : all;
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (i < curves.size() && curves[i] == list[i]) continue;
         pictures[i].outdate();
         const bool onlyMoves = i < curves.size() && curves[i].color == list[i].color &&
                                curves[i].fill == list[i].fill && drawn[i].size() == list[i].db.size();
         if (!onlyMoves) drawn[i] = list[i].db;
-        changed += onlyMoves ? redraw(plot(), drawn[i], list[i].db) : rect();
+        changed += onlyMoves ? redraw(plot(), drawn[i], list[i].db) : all;
     }
     curves = std::move(list);
-    update(changed);
+    refresh(changed);
 }
 
 void EQGraph::setHandles(std::vector<Handle> list) {
@@ -115,7 +121,7 @@ void EQGraph::setHandles(std::vector<Handle> list) {
     const std::vector<Handle> before = std::exchange(handles, std::move(list));
     setFocusPolicy(handles.empty() ? Qt::NoFocus : Qt::StrongFocus);
     if (!handleOf(selected)) select(std::nullopt);
-    update(changed);
+    refresh(changed);
     for (std::size_t i = 0; i < handles.size(); ++i)
         if (i >= before.size() || before[i].description != handles[i].description)
             notifyPartChanged(*this, static_cast<int>(i));
@@ -126,11 +132,11 @@ void EQGraph::setHandles(std::vector<Handle> list) {
 // What a curve runs beyond the plot grows with its height. A low graph has no room for that above its plot.
 EQPlot EQGraph::plot() const {
     constexpr double low = 240;
-    const QRectF usual = rect().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels));
-    const double withRoom = std::floor((height() - 2 * EQPlot::reach(0)) / (1 + 2 * EQPlot::beyond));
+    const QRectF usual = area().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels));
+    const double withRoom = std::floor((area().height() - 2 * EQPlot::reach(0)) / (1 + 2 * EQPlot::beyond));
     const double high = std::min(usual.height(), std::max(low, withRoom));
-    const double below = std::max(height() - usual.bottom(), std::ceil(EQPlot::reach(high)));
-    return {{usual.left(), height() - below - high, usual.width(), high}};
+    const double below = std::max(area().height() - usual.bottom(), std::ceil(EQPlot::reach(high)));
+    return {{usual.left(), area().height() - below - high, usual.width(), high}};
 }
 
 // A handle above the graph's highest frequency stands just outside of the plot.
@@ -154,7 +160,7 @@ Parts::Part EQGraph::part(int index) const {
     return {.name = handle.name,
             .value = handle.description,
             .isCurrent = handle.id == selected,
-            .place = areaOf(handle),
+            .place = grown(QRectF(areaOf(handle))).toAlignedRect(),
             .number = handle.gain};
 }
 
@@ -219,7 +225,7 @@ void EQGraph::mark(std::optional<int> id) {
 }
 
 void EQGraph::repaintHandle(std::optional<int> id) {
-    if (const Handle* const handle = handleOf(id)) update(areaOf(*handle));
+    if (const Handle* const handle = handleOf(id)) refresh(areaOf(*handle));
 }
 
 bool EQGraph::hasCross() const {
@@ -228,12 +234,13 @@ bool EQGraph::hasCross() const {
 
 void EQGraph::repaintCross() {
     if (!pointer) return;
-    const QRectF area = plot().area;
-    QRegion changed(0, 0, levelLabels + 8, height());
-    changed += QRectF(0, area.bottom(), width(), height() - area.bottom()).toAlignedRect();
-    changed += QRectF(area.left(), pointer->y() - 2, area.width(), 4).toAlignedRect();
-    changed += QRectF(pointer->x() - 2, area.top(), 4, area.height()).toAlignedRect();
-    update(changed);
+    const QRectF whole = area();
+    const QRectF inner = plot().area;
+    QRegion changed = QRectF(0, 0, levelLabels + 8, whole.height()).toAlignedRect();
+    changed += QRectF(0, inner.bottom(), whole.width(), whole.height() - inner.bottom()).toAlignedRect();
+    changed += QRectF(inner.left(), pointer->y() - 2, inner.width(), 4).toAlignedRect();
+    changed += QRectF(pointer->x() - 2, inner.top(), 4, inner.height()).toAlignedRect();
+    refresh(changed);
 }
 
 void EQGraph::pointAt(std::optional<QPointF> point) {
@@ -258,16 +265,16 @@ void EQGraph::showUse() {
     inUse = handleInUse();
     const Handle* const handle = handleOf(inUse);
     if (handle && !handle->readOut.isEmpty())
-        tag.show(handle->readOut, placeOf(*handle));
+        tag.show(handle->readOut, grown(placeOf(*handle)));
     else
         tag.hide();
     std::vector<double> after = handle && curveOf ? curveOf(handle->id) : std::vector<double>();
     if (after == lone) return;
     if (after.size() == lone.size()) {
-        update(redraw(plot(), lone, after));
+        refresh(redraw(plot(), lone, after));
     } else {
         lone = std::move(after);
-        update(plot().area.toAlignedRect());
+        refresh(plot().area.toAlignedRect());
     }
 }
 
@@ -281,15 +288,16 @@ void EQGraph::selectNext(const std::vector<int>& among, int by) {
 
 void EQGraph::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isMovable()) return;
-    const std::optional<int> top = topmostAt(event->position());
+    const std::optional<int> top = topmostAt(placeIn(event->position()));
     if (!top) return;
-    const bool sameSpot = lastClick && distance(*lastClick, event->position()) <= spotSize && selected == top;
+    const bool sameSpot =
+        lastClick && distance(*lastClick, placeIn(event->position())) <= spotSize && selected == top;
     select(top);
-    press = Press{.at = event->position(), .sameSpot = sameSpot};
+    press = Press{.at = placeIn(event->position()), .sameSpot = sameSpot};
 }
 
 void EQGraph::mouseMoveEvent(QMouseEvent* event) {
-    const QPointF point = event->position();
+    const QPointF point = placeIn(event->position());
     keyed.stop();
     if (!press || !(event->buttons() & Qt::LeftButton)) return pointAt(point);
     const bool fine = isFine(event->modifiers());
@@ -310,12 +318,12 @@ void EQGraph::mouseReleaseEvent(QMouseEvent* event) {
     const Press ended = *std::exchange(press, std::nullopt);
     lastClick = ended.dragging ? std::nullopt : std::optional(ended.at);
     if (ended.sameSpot && !ended.dragging) selectNext(handlesAt(ended.at), 1);
-    pointAt(event->position());
+    pointAt(placeIn(event->position()));
 }
 
 void EQGraph::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isMovable()) return;
-    const std::vector<int> under = handlesAt(event->position());
+    const std::vector<int> under = handlesAt(placeIn(event->position()));
     if (under.size() != 1) return mousePressEvent(event);
     select(under.front());
     flatten(under.front());
@@ -347,7 +355,7 @@ void EQGraph::dragTo(QPointF point, bool fine) {
 
 void EQGraph::enterEvent(QEnterEvent* event) {
     Control::enterEvent(event);
-    pointAt(event->position());
+    pointAt(placeIn(event->position()));
 }
 
 void EQGraph::leaveEvent(QEvent* event) {
@@ -368,7 +376,7 @@ void EQGraph::cancelInteraction() {
 }
 
 void EQGraph::wheelEvent(QWheelEvent* event) {
-    const std::optional<int> top = topmostAt(event->position());
+    const std::optional<int> top = topmostAt(placeIn(event->position()));
     if (!top || !onTurn || !hasFocus()) return event->ignore();
     select(top);
     if (const int turned = notches.take(*event)) onTurn(*top, turned);
@@ -446,11 +454,11 @@ Control::Outline EQGraph::outline() const { return {plot().area, 3}; }
 void EQGraph::paint(QPainter& painter) {
     const EQPlot where = plot();
     if (where.area.width() < 1) return;
-    Paint::cached(painter, QStringLiteral("eq grid"), rect(), [&](QPainter& canvas) {
-        Paint::recess(canvas, rect(), cornerRadius, 0.42, 0.4);
+    Paint::cached(painter, QStringLiteral("eq grid"), area(), [&](QPainter& canvas) {
+        Paint::recess(canvas, area(), cornerRadius, 0.42, 0.4);
         canvas.save();
-        canvas.setClipRect(QRectF(rect()).adjusted(0, where.area.bottom(), 0, 0));
-        Paint::fill(canvas, rect(), cornerRadius, Theme::black(0.5));
+        canvas.setClipRect(area().adjusted(0, where.area.bottom(), 0, 0));
+        Paint::fill(canvas, area(), cornerRadius, Theme::black(0.5));
         canvas.restore();
         drawEQGrid(canvas, where);
     });
@@ -463,13 +471,14 @@ void EQGraph::paint(QPainter& painter) {
 
 void EQGraph::drawCross(QPainter& painter) const {
     const EQPlot where = plot();
-    const QRectF area = where.area;
+    const QRectF inner = where.area;
     painter.setPen(QPen(Theme::white(0.28), 1));
-    painter.drawLine(QPointF(pointer->x(), area.top()), QPointF(pointer->x(), area.bottom()));
-    painter.drawLine(QPointF(area.left(), pointer->y()), QPointF(area.right(), pointer->y()));
+    painter.drawLine(QPointF(pointer->x(), inner.top()), QPointF(pointer->x(), inner.bottom()));
+    painter.drawLine(QPointF(inner.left(), pointer->y()), QPointF(inner.right(), pointer->y()));
     constexpr QSizeF labelSize(46, 14);
-    QRectF frequency(QPointF(0, area.bottom() + 5), labelSize);
-    frequency.moveLeft(std::clamp(pointer->x() - labelSize.width() / 2, 0.0, width() - labelSize.width()));
+    QRectF frequency(QPointF(0, inner.bottom() + 5), labelSize);
+    frequency.moveLeft(
+        std::clamp(pointer->x() - labelSize.width() / 2, 0.0, area().width() - labelSize.width()));
     drawCrossLabel(painter, frequency, Formats::formatHz(where.hz(pointer->x())));
     QRectF level(QPointF(), labelSize);
     level.moveCenter({level.center().x(), pointer->y()});
@@ -479,7 +488,7 @@ void EQGraph::drawCross(QPainter& painter) const {
 // A dragged handle changes one curve of several, so each curve is a picture of its own.
 void EQGraph::drawCurves(QPainter& painter) {
     for (std::size_t i = 0; i < curves.size(); ++i)
-        pictures[i].draw(painter, rect(), [&](QPainter& canvas) {
+        pictures[i].draw(painter, area(), [&](QPainter& canvas) {
             drawEQCurve(canvas, plot(), curves[i].db, {curves[i].color, curves[i].fill});
         });
 }

@@ -137,6 +137,8 @@ private:
         QPointF last = {};  // of the pointer
     };
 
+    void refresh(const QRegion& changed);  // repaints a part of the area
+    QPointF placeIn(QPointF widget) const { return widget / growth(); }
     QRect areaOf(const Handle& handle) const;
     bool isMovable() const { return onDrag && !handles.empty(); }
     const Handle* handleOf(std::optional<int> id) const;

@@ -57,8 +57,9 @@ void Fader::resizeEvent(QResizeEvent*) {
     const QRect room = track().toRect().adjusted(0, barPadding, 0, -barPadding);
     double centre = room.left() + centreOfBars - (look.levels - 1) / 2.0 * barPitch;
     for (MeterBar* const bar : bars) {
-        bar->setGeometry(static_cast<int>(std::round(centre - bar->width() / 2.0)),
-                         room.top() - MeterBar::glow, bar->width(), room.height() + 2 * MeterBar::glow);
+        bar->setGeometry(static_cast<int>(std::round(growth() * centre - bar->width() / 2.0)),
+                         static_cast<int>(std::round(growth() * (room.top() - MeterBar::glow))), bar->width(),
+                         static_cast<int>(std::round(growth() * (room.height() + 2 * MeterBar::glow))));
         centre += barPitch;
     }
 }
@@ -72,12 +73,12 @@ double Fader::stepSize() const { return range.extent() > wideRange ? wideStep : 
 
 QRectF Fader::track() const {
     const double top = look.labelsBelow ? 0 : labels;
-    return {0, top, controlWidth, double(height() - labels)};
+    return {0, top, controlWidth, area().height() - labels};
 }
 
 QRectF Fader::readOut() const {
     const double top = look.labelsBelow ? track().bottom() + labelGap : 0;
-    return {0, top + labelLine, double(width()), labelLine};
+    return {0, top + labelLine, controlWidth, labelLine};
 }
 
 Control::Outline Fader::outline() const { return {track(), trackRadius}; }
@@ -98,7 +99,7 @@ QRectF Fader::cap() const {
 }
 
 double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) const {
-    return start - range.extent() * translation.y() / (track().height() - outsideTravel);
+    return start - range.extent() * translation.y() / growth() / (track().height() - outsideTravel);
 }
 
 void Fader::paint(QPainter& painter) {

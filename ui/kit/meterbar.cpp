@@ -49,14 +49,16 @@ void MeterBar::setLevel(float value) {
     fill.moveTo(fractionOf(value));
 }
 
-double MeterBar::litHeight(double fraction) const { return std::round(fraction * (height() - 2 * glow)); }
+double MeterBar::barHeight() const { return height() - 2 * glow * growth(); }
+
+double MeterBar::litHeight(double fraction) const { return std::round(fraction * barHeight()); }
 
 // The gradient spans the lit part, so that all of it changes with its height. Above it nothing changes.
 void MeterBar::showFill() {
     const double before = litHeight(std::exchange(drawn, fill.position()));
     const double now = litHeight(drawn);
     if (now == before) return;
-    const int lit = static_cast<int>(std::max(before, now)) + 2 * glow;
+    const int lit = static_cast<int>(std::max(before, now) + 2 * glow * growth());
     update(0, height() - lit, width(), lit);
 }
 
@@ -72,13 +74,13 @@ std::optional<MeterLevel> MeterBar::meteredLevel() const {
 // more than it saves. The lit part is therefore a kept picture whose middle is stretched to the height
 // needed. All of it lies on whole device pixels, so that all bars are equally wide.
 void MeterBar::paint(QPainter& painter) {
-    const QRectF track((width() - barWidth) / 2, glow, barWidth, height() - 2 * glow);
+    const QRectF track((area().width() - barWidth) / 2, glow, barWidth, area().height() - 2 * glow);
     Paint::cached(painter, QStringLiteral("meter track"), track, [&](QPainter& canvas) {
         Paint::fill(canvas, QRectF(QPointF(), track.size()), barWidth / 2, Theme::faded(Theme::accent, 0.12));
     });
     const double ratio = Paint::ratioOf(painter);
     const QRect bar = Paint::pixelsOf(painter, track);
-    const int lit = static_cast<int>(std::round(litHeight(fill.position()) / track.height() * bar.height()));
+    const int lit = static_cast<int>(std::round(litHeight(fill.position()) / barHeight() * bar.height()));
     if (lit < 1) return;
     const int margin = static_cast<int>(std::ceil(glow * ratio));
     const int end = std::min((bar.width() + 1) / 2, lit / 2);

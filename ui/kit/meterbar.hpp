@@ -28,6 +28,7 @@ protected:
     void paint(QPainter& painter) override;
 
 private:
+    double barHeight() const;
     double litHeight(double fraction) const;
     void showFill();
 

@@ -49,10 +49,12 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
 
 void OutputMeters::resizeEvent(QResizeEvent*) {
     const double pitch = (wellWidth - 2.0 * wellPadding - barWidth) / (static_cast<double>(bars.size()) - 1);
-    double left = wellPadding;
+    const double growth = double(field->width()) / wellWidth;
+    const int inset = static_cast<int>(std::round(growth * (wellPadding - MeterBar::glow)));
+    double left = wellPadding - MeterBar::glow;
     for (MeterBar* const bar : bars) {
-        bar->setGeometry(static_cast<int>(std::round(left)) - MeterBar::glow, wellPadding - MeterBar::glow,
-                         bar->width(), field->height() - 2 * (wellPadding - MeterBar::glow));
+        bar->setGeometry(static_cast<int>(std::round(growth * left)), inset, bar->width(),
+                         field->height() - 2 * inset);
         left += pitch;
     }
 }
