@@ -68,4 +68,10 @@ std::optional<Holder> holderOf(const std::string& path) {
     return holder;
 }
 
+std::string inUseBy(const std::string& path) {
+    const auto holder = holderOf(path);
+    if (!holder) return {};
+    return "em uso por " + holder->program + ", processo " + std::to_string(holder->process);
+}
+
 }  // namespace Wendril::SerialPorts

@@ -25,5 +25,8 @@ struct Holder {
 /// Finds only processes that the system lets this user see into.
 std::optional<Holder> holderOf(const std::string& path);
 
+/// "em uso por NAME, processo NUMBER"; empty when no holder is found.
+std::string inUseBy(const std::string& path);
+
 }  // namespace SerialPorts
 }  // namespace Wendril

@@ -9,6 +9,7 @@
 #include "app/options.hpp"
 #include "app/portwatch.hpp"
 
+#include "ui/kit/frameclock.hpp"
 #include "ui/pages/shell/mainwindow.hpp"
 
 #include <memory>
@@ -29,6 +30,7 @@ public:
     std::string finish();
 
 private:
+    Kit::FrameClock clock;
     std::unique_ptr<Demo> demo;
     std::shared_ptr<UiExecutor> executor;
     std::shared_ptr<AppModel> model;

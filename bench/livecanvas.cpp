@@ -3,7 +3,7 @@
 #include "bench/measuring.hpp"
 #include "bench/openwindow.hpp"
 
-#include "ui/kit/meterbar.hpp"
+#include "ui/kit/meterbars.hpp"
 #include "ui/kit/polar.hpp"
 #include "ui/pages/shared/room.hpp"
 
@@ -45,13 +45,13 @@ protected:
         const std::vector<float> levels = model.meters.value();
         if (levels.size() < bars.size()) return;
         for (std::size_t i = 0; i < bars.size(); ++i) {
-            const int lit = int(std::lround(barHeight * Kit::MeterBar::fractionOf(levels[i])));
+            const int lit = int(std::lround(barHeight * Kit::MeterBars::fractionOf(levels[i])));
             if (std::exchange(bars.at(i), lit) != lit) update(barAt(i));
         }
         for (std::size_t i = 0; i < needles.size(); ++i) {
             Needle& needle = needles[i];
             constexpr double part = 0.3;  // of the way, in each frame
-            const double target = fullAngle * (Kit::MeterBar::fractionOf(levels[i]) - 0.5);
+            const double target = fullAngle * (Kit::MeterBars::fractionOf(levels[i]) - 0.5);
             if (std::abs(target - needle.angle) < 0.05) continue;
             const QLineF before = lineOf(needle);
             needle.angle += part * (target - needle.angle);

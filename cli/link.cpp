@@ -35,9 +35,12 @@ std::shared_ptr<Transport> transportTo(const Endpoint& endpoint) {
 }
 
 // What to do about a port that does not open.
-const char* adviceOn(int error) {
+std::string adviceOn(int error, const std::string& port) {
     if (error == EACCES) return "seu usuário não tem permissão; corvane-cli ports diz o comando que a dá";
-    if (error == EBUSY) return "outro programa está usando a porta";
+    if (error == EBUSY) {
+        const std::string holder = SerialPorts::inUseBy(SerialPorts::pathOf(port));
+        return holder.empty() ? "outro programa está usando a porta" : holder;
+    }
     return "confira o nome e o cabo (corvane-cli ports)";
 }
 
@@ -96,7 +99,7 @@ void Link::open() {
     try {
         run(bus->open());
     } catch (const TransportError& error) {
-        throw Failure(ExitStatus::cannotOpen, std::string(error.what()) + "; " + adviceOn(error.code()));
+        throw Failure(ExitStatus::cannotOpen, std::string(error.what()) + "; " + adviceOn(error.code(), name));
     } catch (const std::system_error& error) {
         throw Failure(ExitStatus::cannotOpen, "Não foi possível conectar à ponte " + name + ": " +
                                                   error.what() + "; confira o endereço e a rede");

@@ -39,9 +39,8 @@ void AppModel::refreshPorts() {
 namespace {
 
 std::string heldBy(const std::string& port) {
-    const auto holder = SerialPorts::holderOf(port);
-    if (!holder) return {};
-    return " (em uso por " + holder->program + ", processo " + std::to_string(holder->process) + ")";
+    const std::string holder = SerialPorts::inUseBy(port);
+    return holder.empty() ? "" : " (" + holder + ")";
 }
 
 }  // namespace
@@ -106,7 +105,7 @@ Task<void> AppModel::leaveSteps() {
 // Says so, for the speakers do not hold what the window shows.
 void AppModel::dropEdits() {
     auto keys = edits.keys();
-    if (writing) keys.push_front(*writing);
+    if (const auto onTheLine = std::exchange(writing, std::nullopt)) keys.push_front(*onTheLine);
     if (!keys.empty()) {
         std::set<std::string> addresses;
         for (const WriteKey& key : keys)
@@ -114,10 +113,12 @@ void AppModel::dropEdits() {
         std::string list;
         for (const std::string& address : addresses)
             list += (list.empty() ? "" : ", ") + address;
-        unsent = (keys.size() == 1 ? "1 ajuste não foi enviado"
-                                   : std::to_string(keys.size()) + " ajustes não foram enviados") +
-                 std::string(" (") + (addresses.size() == 1 ? "caixa " : "caixas ") + list + ")";
-        warn(unsent);
+        const std::string text =
+            (keys.size() == 1 ? "1 ajuste não foi enviado"
+                              : std::to_string(keys.size()) + " ajustes não foram enviados") +
+            std::string(" (") + (addresses.size() == 1 ? "caixa " : "caixas ") + list + ")";
+        warn(text);
+        unsent += (unsent.empty() ? "" : "; ") + text;
     }
     edits.clear();
 }

@@ -28,7 +28,10 @@ Task<void> AppModel::live(K7QClient client, Generation discovery) {
                 life.latest(),
                 client.write(edit->key.address, K7Q::module(edit->key.index).value(), edit->value));
             writing.reset();
-            if (!written && link.client) warn(edit->key.address, "não confirmou o ajuste");
+            if (written || !link.client) continue;
+            warn(edit->key.address, "não confirmou o ajuste");
+            // The window closes before anyone reads the notice.
+            if (leaving) unsent += (unsent.empty() ? "" : "; ") + notice.value().value();
             continue;
         }
         if (const auto speaker = focus()) {

@@ -127,6 +127,12 @@ TEST(RefusalTest, ABoardThatRefusesIsToldWithWhatItHolds) {
     }
 }
 
+TEST(ProcessTest, AProgramThatPrintsMoreThanAPipeHoldsComesToItsEnd) {
+    Process printing({"/bin/sh", "-c", "head -c 300000 /dev/zero; exit 7"});
+    EXPECT_EQ(printing.end(), 7);
+    EXPECT_EQ(printing.rest().size(), 300'000U);
+}
+
 TEST_F(ProgramsTest, AWatchEndsWithItsChainAndGivesThePortBackWhenInterrupted) {
     Process interrupted({CLI, "--port", simulator.path(), "--verbose", "meters", "1", "--watch"});
     EXPECT_EQ(interrupted.line().substr(0, 3), "-> ");

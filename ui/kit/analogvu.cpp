@@ -196,7 +196,8 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
     , level(-std::numeric_limits<float>::infinity())
     , needle(Animation::Kind::spring, restingAngle, *this,
              [this] {
-                 redraw(sweptBetween(drawnAngle, needle.position()));
+                 needleArea->update(
+                     sweptBetween(drawnAngle, needle.position()).translated(-needleArea->pos()));
                  drawnAngle = needle.position();
              })
     , drawnAngle(restingAngle)
@@ -232,7 +233,11 @@ std::optional<MeterLevel> AnalogVU::meteredLevel() const {
 void AnalogVU::setLevel(float value) {
     const bool peaked = vu() > fullScale;
     level = value;
-    if (peaked != (vu() > fullScale)) redraw(peakLamp().adjusted(-9, -9, 9, 9).toAlignedRect());
+    if (peaked != (vu() > fullScale)) {
+        const QRect lamp = peakLamp().adjusted(-9, -9, 9, 9).toAlignedRect();
+        update(lamp);
+        needleArea->update(lamp.translated(-needleArea->pos()));
+    }
     needle.moveTo(needleAngle(vu()));
 }
 
@@ -270,11 +275,6 @@ QRegion AnalogVU::sweptBetween(double from, double to) const {
         if (!covered.isNull()) swept += covered.adjusted(-4, 0, 9, 0).toAlignedRect();
     }
     return swept;
-}
-
-void AnalogVU::redraw(const QRegion& region) {
-    update(region);
-    needleArea->update(region.translated(-needleArea->pos()));
 }
 
 void AnalogVU::resizeEvent(QResizeEvent*) {
@@ -336,7 +336,7 @@ void AnalogVU::drawNeedle(QPainter& painter) const {
         return QPolygonF{lowLeft, lowRight, highRight, highLeft};
     };
     painter.save();
-    painter.setClipRect(area.adjusted(1, 1, -1, -1), Qt::IntersectClip);
+    painter.setClipRect(needleArea->geometry(), Qt::IntersectClip);
     painter.setPen(Qt::NoPen);
     for (int i = 0; i < pieces; ++i) {
         const QPolygonF shadow = pieceAt(i, 1.6, QPointF(0.014, 0.016) * h);

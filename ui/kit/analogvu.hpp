@@ -33,7 +33,6 @@ protected:
 private:
     class NeedleArea;
 
-    void redraw(const QRegion& region);
     double vu() const;
     QRectF bezel() const;
     QRectF face() const;

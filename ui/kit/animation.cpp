@@ -1,9 +1,9 @@
 #include "ui/kit/animation.hpp"
 
 #include <QEvent>
+#include <QWindow>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -11,18 +11,8 @@ namespace Kit {
 
 namespace {
 
-// All animations advance on one grid of 33 ms, so that the window is repainted once for all of them.
-// Meters look smooth at this rate, which costs half of what 60 frames a second would.
-constexpr int frameMs = 33;
-
-// Offset in ms of the animation's start within the grid, derived from its elapsed time. The time of the
-// call of `start` would be wrong: the toolkit counts elapsed time from the screen's frame before it.
-int phaseFrom(int elapsedMs) {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch() / std::chrono::milliseconds(1);
-    return static_cast<int>((now - elapsedMs) % frameMs);
-}
-
 constexpr int evenMs = 80;
+constexpr int stepMs = 200;
 
 // Of a mass of 1. The spring has settled when both speed (per second) and distance are below these.
 constexpr double stiffness = 140;
@@ -34,6 +24,12 @@ constexpr double settledDistance = 0.02;
 constexpr int longestGapMs = 250;
 
 bool motionReduced = false;
+
+// A window that is minimised or, where the desktop tells, covered is not exposed.
+bool isSeen(const QWidget& view) {
+    const QWindow* const window = view.window()->windowHandle();
+    return view.isVisible() && window && window->isExposed();
+}
 
 }  // namespace
 
@@ -55,14 +51,14 @@ void Animation::moveTo(double place) {
     if (place == target) return;
     target = place;
     from = now;
-    if (motionReduced || !view.isVisible() || view.window()->isMinimized()) return finish();
+    if ((motionReduced && kind != Kind::steps) || !isSeen(view)) return finish();
     if (kind == Kind::even) stop();
-    if (state() == Stopped) {
-        computedMs = 0;
-        frame = 0;
-        phase.reset();
-        start();
-    }
+    if (state() == Running) return;
+    movedMs = 0;
+    start();
+    if (kind != Kind::steps) return;
+    now = target;
+    moved();
 }
 
 bool Animation::eventFilter(QObject* watched, QEvent* event) {
@@ -79,20 +75,29 @@ void Animation::finish() {
 
 void Animation::updateCurrentTime(int ms) {
     if (ms == 0) return;
-    if (!phase) phase = phaseFrom(ms);
-    const int current = (ms + *phase) / frameMs;
-    if (std::exchange(frame, current) == current) return;
-    if (kind == Kind::even) {
+    switch (kind) {
+    case Kind::even:
         if (ms >= evenMs) return finish();
         now = from + (target - from) * ms / evenMs;
         return moved();
+    case Kind::spring:
+        return swing(ms);
+    case Kind::steps:
+        if (ms - movedMs < stepMs) return;
+        if (now == target) return stop();
+        movedMs = ms;
+        now = target;
+        return moved();
     }
+}
+
+void Animation::swing(int ms) {
     constexpr double step = 0.001;
-    for (int elapsed = std::min(ms - computedMs, longestGapMs); elapsed > 0; --elapsed) {
+    for (int elapsed = std::min(ms - movedMs, longestGapMs); elapsed > 0; --elapsed) {
         velocity += (stiffness * (target - now) - damping * velocity) * step;
         now += velocity * step;
     }
-    computedMs = ms;
+    movedMs = ms;
     if (std::abs(velocity) < settledSpeed && std::abs(target - now) < settledDistance) return finish();
     moved();
 }

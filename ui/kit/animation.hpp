@@ -5,15 +5,15 @@
 #include <QWidget>
 
 #include <functional>
-#include <optional>
 
 namespace Kit {
 
-/// Moves the number that a view draws to a target: evenly within 80 ms, or like a mass on a spring.
-/// While the view is not on the screen, or motion is reduced, the number jumps to its target.
+/// Moves the number that a view draws to a target: evenly within 80 ms, like a mass on a spring, or at
+/// once but at most five times a second. While the view is not on the screen, or motion is reduced, the
+/// number jumps to its target.
 class Animation final : public QAbstractAnimation {
 public:
-    enum class Kind { even, spring };
+    enum class Kind { even, spring, steps };
 
     /// `moved` is called after each change of `position`.
     Animation(Kind kind, double start, QWidget& view, std::function<void()> moved);
@@ -33,6 +33,7 @@ protected:
 
 private:
     void finish();
+    void swing(int ms);
 
     const Kind kind;
     QWidget& view;
@@ -40,10 +41,8 @@ private:
     double now;
     double from;  // where an even move began
     double target;
-    double velocity = 0;       // of the spring, per second
-    std::optional<int> phase;  // of the start within the grid of frames, in ms
-    int frame = 0;             // the last one that was drawn
-    int computedMs = 0;        // up to which the spring has been computed
+    double velocity = 0;  // of the spring, per second
+    int movedMs = 0;      // up to which the spring has been computed; when the last step was made
 };
 
 }  // namespace Kit

@@ -67,18 +67,21 @@ void lightRow(const QImage& shape, const QSize& size, int row, std::span<float> 
 
 }  // namespace
 
+// The windows share one picture: seldom is more than one of them painted.
 void drawBackdrop(QPainter& painter, const QRectF& window) {
-    Paint::cached(painter, QStringLiteral("backdrop"), window, [&](QPainter& canvas) {
-        const QImage shape = lightShape(window.size());
-        Paint::fillFine(
-            canvas, QRectF(QPointF(), window.size()), 0,
-            {.color =
-                 [](double part) {
-                     return Paint::mixed(Theme::rgb(0.25, 0.27, 0.31), Theme::rgb(0.086, 0.098, 0.114), part);
-                 },
-             .light = [&shape](const QSize& size, int row,
-                               std::span<float> opacities) { lightRow(shape, size, row, opacities); }});
-    });
+    static Paint::FinePicture picture;
+    QImage shape;
+    picture.draw(painter, window, 0,
+                 {.color =
+                      [](double part) {
+                          return Paint::mixed(Theme::rgb(0.25, 0.27, 0.31), Theme::rgb(0.086, 0.098, 0.114),
+                                              part);
+                      },
+                  .light =
+                      [&](const QSize& size, int row, std::span<float> opacities) {
+                          if (row == 0) shape = lightShape(window.size());
+                          lightRow(shape, size, row, opacities);
+                      }});
 }
 
 }  // namespace Kit

@@ -2,6 +2,8 @@
 
 #include "ui/kit/accessibility.hpp"
 #include "ui/kit/formats.hpp"
+#include "ui/kit/layer.hpp"
+#include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
@@ -51,29 +53,36 @@ double movedByOctaves(double fc, double octaves) {
 // Of the cross. Its background covers the label of the scale behind it.
 void drawCrossLabel(QPainter& painter, const QRectF& place, const QString& text) {
     Paint::fill(painter, place, 4, Theme::well);
-    Paint::edge(painter, place, 4, Theme::white(0.2));
+    Paint::layered(painter, place,
+                   [&](QPainter& canvas) { Paint::edge(canvas, place, 4, Theme::white(0.2)); });
     Paint::text(painter, place, Qt::AlignCenter, text, {Theme::font(9), Theme::text, {}, true});
 }
 
-// Moves `drawn`, the levels of a curve on the screen, to `after`, and returns the area to repaint. Levels
-// that differ too little to be seen are left as drawn. Many small changes thus add up until they show.
-QRect redraw(const EQPlot& plot, std::vector<double>& drawn, const std::vector<double>& after) {
+// Moves `drawn`, the levels of a curve on the screen, to `after`, and returns the part to repaint, in upright
+// strips. Levels that differ too little to be seen are left as drawn. Many small changes thus add up until
+// they show.
+QRegion redraw(const EQPlot& plot, std::vector<double>& drawn, const std::vector<double>& after, bool fill) {
     constexpr double glow = 9;
     constexpr double visible = 0.005;  // dB
-    QRectF area;
+    constexpr std::size_t strip = 20;  // frequencies
+    QRegion changed;
     const std::size_t count = std::min(drawn.size(), EQPlot::freqs().size());
     const std::vector<double> before = drawn;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (std::abs(before[i] - after[i]) < visible) continue;
-        drawn[i] = after[i];
-        for (std::size_t j = i == 0 ? 0 : i - 1; j < std::min(i + 2, count); ++j) {
-            const auto [lowest, highest] = std::minmax({0.0, before[j], after[j]});
-            const double x = plot.x(EQPlot::freqs()[j]);
-            area |= QRectF(QPointF(x, plot.y(EQPlot::drawnLevel(highest))),
-                           QPointF(x, plot.y(EQPlot::drawnLevel(lowest))));
+    for (std::size_t from = 0; from < count; from += strip) {
+        QRectF area;
+        for (std::size_t i = from; i < std::min(from + strip, count); ++i) {
+            if (std::abs(before[i] - after[i]) < visible) continue;
+            drawn[i] = after[i];
+            for (std::size_t j = i == 0 ? 0 : i - 1; j < std::min(i + 2, count); ++j) {
+                const auto [lowest, highest] = std::minmax({fill ? 0.0 : before[j], before[j], after[j]});
+                const double x = plot.x(EQPlot::freqs()[j]);
+                area |= QRectF(QPointF(x, plot.y(EQPlot::drawnLevel(highest))),
+                               QPointF(x, plot.y(EQPlot::drawnLevel(lowest))));
+            }
         }
+        if (!area.isNull()) changed += area.adjusted(-glow, -glow, glow, glow).toAlignedRect();
     }
-    return area.adjusted(-glow, -glow, glow, glow).toAlignedRect();
+    return changed;
 }
 
 }  // namespace
@@ -85,27 +94,19 @@ EQGraph::EQGraph(int height, QWidget* parent)
     setFocusPolicy(Qt::NoFocus);
 }
 
-void EQGraph::refresh(const QRegion& changed) {
-    for (const QRect& part : changed)
-        update(grown(QRectF(part)).toAlignedRect());
-}
-
 void EQGraph::setCurves(std::vector<Curve> list) {
     if (curves == list) return;
-    pictures.resize(list.size());
     drawn.resize(list.size());
-    const QRect all = area().toAlignedRect();
-    QRegion changed = list.size() == curves.size() ? QRect() : all;
+    QRegion changed = list.size() == curves.size() ? QRect() : rect();
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (i < curves.size() && curves[i] == list[i]) continue;
-        pictures[i].outdate();
         const bool onlyMoves = i < curves.size() && curves[i].color == list[i].color &&
                                curves[i].fill == list[i].fill && drawn[i].size() == list[i].db.size();
         if (!onlyMoves) drawn[i] = list[i].db;
-        changed += onlyMoves ? redraw(plot(), drawn[i], list[i].db) : all;
+        changed += onlyMoves ? redraw(plot(), drawn[i], list[i].db, list[i].fill) : rect();
     }
     curves = std::move(list);
-    refresh(changed);
+    repaintCurves(changed);
 }
 
 void EQGraph::setHandles(std::vector<Handle> list) {
@@ -121,7 +122,7 @@ void EQGraph::setHandles(std::vector<Handle> list) {
     const std::vector<Handle> before = std::exchange(handles, std::move(list));
     setFocusPolicy(handles.empty() ? Qt::NoFocus : Qt::StrongFocus);
     if (!handleOf(selected)) select(std::nullopt);
-    refresh(changed);
+    update(changed);
     for (std::size_t i = 0; i < handles.size(); ++i)
         if (i >= before.size() || before[i].description != handles[i].description)
             notifyPartChanged(*this, static_cast<int>(i));
@@ -132,11 +133,11 @@ void EQGraph::setHandles(std::vector<Handle> list) {
 // What a curve runs beyond the plot grows with its height. A low graph has no room for that above its plot.
 EQPlot EQGraph::plot() const {
     constexpr double low = 240;
-    const QRectF usual = area().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels));
-    const double withRoom = std::floor((area().height() - 2 * EQPlot::reach(0)) / (1 + 2 * EQPlot::beyond));
+    const QRectF usual = rect().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels));
+    const double withRoom = std::floor((height() - 2 * EQPlot::reach(0)) / (1 + 2 * EQPlot::beyond));
     const double high = std::min(usual.height(), std::max(low, withRoom));
-    const double below = std::max(area().height() - usual.bottom(), std::ceil(EQPlot::reach(high)));
-    return {{usual.left(), area().height() - below - high, usual.width(), high}};
+    const double below = std::max(height() - usual.bottom(), std::ceil(EQPlot::reach(high)));
+    return {{usual.left(), height() - below - high, usual.width(), high}};
 }
 
 // A handle above the graph's highest frequency stands just outside of the plot.
@@ -160,7 +161,7 @@ Parts::Part EQGraph::part(int index) const {
     return {.name = handle.name,
             .value = handle.description,
             .isCurrent = handle.id == selected,
-            .place = grown(QRectF(areaOf(handle))).toAlignedRect(),
+            .place = areaOf(handle),
             .number = handle.gain};
 }
 
@@ -225,7 +226,7 @@ void EQGraph::mark(std::optional<int> id) {
 }
 
 void EQGraph::repaintHandle(std::optional<int> id) {
-    if (const Handle* const handle = handleOf(id)) refresh(areaOf(*handle));
+    if (const Handle* const handle = handleOf(id)) update(areaOf(*handle));
 }
 
 bool EQGraph::hasCross() const {
@@ -234,13 +235,12 @@ bool EQGraph::hasCross() const {
 
 void EQGraph::repaintCross() {
     if (!pointer) return;
-    const QRectF whole = area();
-    const QRectF inner = plot().area;
-    QRegion changed = QRectF(0, 0, levelLabels + 8, whole.height()).toAlignedRect();
-    changed += QRectF(0, inner.bottom(), whole.width(), whole.height() - inner.bottom()).toAlignedRect();
-    changed += QRectF(inner.left(), pointer->y() - 2, inner.width(), 4).toAlignedRect();
-    changed += QRectF(pointer->x() - 2, inner.top(), 4, inner.height()).toAlignedRect();
-    refresh(changed);
+    const QRectF area = plot().area;
+    QRegion changed(0, 0, levelLabels + 8, height());
+    changed += QRectF(0, area.bottom(), width(), height() - area.bottom()).toAlignedRect();
+    changed += QRectF(area.left(), pointer->y() - 2, area.width(), 4).toAlignedRect();
+    changed += QRectF(pointer->x() - 2, area.top(), 4, area.height()).toAlignedRect();
+    update(changed);
 }
 
 void EQGraph::pointAt(std::optional<QPointF> point) {
@@ -265,16 +265,16 @@ void EQGraph::showUse() {
     inUse = handleInUse();
     const Handle* const handle = handleOf(inUse);
     if (handle && !handle->readOut.isEmpty())
-        tag.show(handle->readOut, grown(placeOf(*handle)));
+        tag.show(handle->readOut, placeOf(*handle));
     else
         tag.hide();
     std::vector<double> after = handle && curveOf ? curveOf(handle->id) : std::vector<double>();
     if (after == lone) return;
     if (after.size() == lone.size()) {
-        refresh(redraw(plot(), lone, after));
+        repaintCurves(redraw(plot(), lone, after, false));
     } else {
         lone = std::move(after);
-        refresh(plot().area.toAlignedRect());
+        repaintCurves(plot().area.toAlignedRect());
     }
 }
 
@@ -288,16 +288,15 @@ void EQGraph::selectNext(const std::vector<int>& among, int by) {
 
 void EQGraph::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isMovable()) return;
-    const std::optional<int> top = topmostAt(placeIn(event->position()));
+    const std::optional<int> top = topmostAt(event->position());
     if (!top) return;
-    const bool sameSpot =
-        lastClick && distance(*lastClick, placeIn(event->position())) <= spotSize && selected == top;
+    const bool sameSpot = lastClick && distance(*lastClick, event->position()) <= spotSize && selected == top;
     select(top);
-    press = Press{.at = placeIn(event->position()), .sameSpot = sameSpot};
+    press = Press{.at = event->position(), .sameSpot = sameSpot};
 }
 
 void EQGraph::mouseMoveEvent(QMouseEvent* event) {
-    const QPointF point = placeIn(event->position());
+    const QPointF point = event->position();
     keyed.stop();
     if (!press || !(event->buttons() & Qt::LeftButton)) return pointAt(point);
     const bool fine = isFine(event->modifiers());
@@ -318,12 +317,12 @@ void EQGraph::mouseReleaseEvent(QMouseEvent* event) {
     const Press ended = *std::exchange(press, std::nullopt);
     lastClick = ended.dragging ? std::nullopt : std::optional(ended.at);
     if (ended.sameSpot && !ended.dragging) selectNext(handlesAt(ended.at), 1);
-    pointAt(placeIn(event->position()));
+    pointAt(event->position());
 }
 
 void EQGraph::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isMovable()) return;
-    const std::vector<int> under = handlesAt(placeIn(event->position()));
+    const std::vector<int> under = handlesAt(event->position());
     if (under.size() != 1) return mousePressEvent(event);
     select(under.front());
     flatten(under.front());
@@ -355,7 +354,7 @@ void EQGraph::dragTo(QPointF point, bool fine) {
 
 void EQGraph::enterEvent(QEnterEvent* event) {
     Control::enterEvent(event);
-    pointAt(placeIn(event->position()));
+    pointAt(event->position());
 }
 
 void EQGraph::leaveEvent(QEvent* event) {
@@ -376,7 +375,7 @@ void EQGraph::cancelInteraction() {
 }
 
 void EQGraph::wheelEvent(QWheelEvent* event) {
-    const std::optional<int> top = topmostAt(placeIn(event->position()));
+    const std::optional<int> top = topmostAt(event->position());
     if (!top || !onTurn || !hasFocus()) return event->ignore();
     select(top);
     if (const int turned = notches.take(*event)) onTurn(*top, turned);
@@ -454,16 +453,15 @@ Control::Outline EQGraph::outline() const { return {plot().area, 3}; }
 void EQGraph::paint(QPainter& painter) {
     const EQPlot where = plot();
     if (where.area.width() < 1) return;
-    Paint::cached(painter, QStringLiteral("eq grid"), area(), [&](QPainter& canvas) {
-        Paint::recess(canvas, area(), cornerRadius, 0.42, 0.4);
+    Paint::cached(painter, QStringLiteral("eq grid"), rect(), [&](QPainter& canvas) {
+        Paint::recess(canvas, rect(), cornerRadius, 0.42, 0.4);
         canvas.save();
-        canvas.setClipRect(area().adjusted(0, where.area.bottom(), 0, 0));
-        Paint::fill(canvas, area(), cornerRadius, Theme::black(0.5));
+        canvas.setClipRect(QRectF(rect()).adjusted(0, where.area.bottom(), 0, 0));
+        Paint::fill(canvas, rect(), cornerRadius, Theme::black(0.5));
         canvas.restore();
         drawEQGrid(canvas, where);
     });
     drawCurves(painter);
-    if (!lone.empty()) drawThinEQCurve(painter, where, lone, Theme::white(0.6));
     if (hasCross()) drawCross(painter);
     for (const Handle& handle : handles)
         drawHandle(painter, handle);
@@ -471,39 +469,58 @@ void EQGraph::paint(QPainter& painter) {
 
 void EQGraph::drawCross(QPainter& painter) const {
     const EQPlot where = plot();
-    const QRectF inner = where.area;
-    painter.setPen(QPen(Theme::white(0.28), 1));
-    painter.drawLine(QPointF(pointer->x(), inner.top()), QPointF(pointer->x(), inner.bottom()));
-    painter.drawLine(QPointF(inner.left(), pointer->y()), QPointF(inner.right(), pointer->y()));
+    const QRectF area = where.area;
+    const auto drawLine = [&](QPointF from, QPointF to) {
+        Paint::layered(painter, QRectF(from, to).adjusted(-1, -1, 1, 1), [&](QPainter& canvas) {
+            canvas.setPen(QPen(Theme::white(0.28), 1));
+            canvas.drawLine(from, to);
+        });
+    };
+    drawLine({pointer->x(), area.top()}, {pointer->x(), area.bottom()});
+    drawLine({area.left(), pointer->y()}, {area.right(), pointer->y()});
     constexpr QSizeF labelSize(46, 14);
-    QRectF frequency(QPointF(0, inner.bottom() + 5), labelSize);
-    frequency.moveLeft(
-        std::clamp(pointer->x() - labelSize.width() / 2, 0.0, area().width() - labelSize.width()));
+    QRectF frequency(QPointF(0, area.bottom() + 5), labelSize);
+    frequency.moveLeft(std::clamp(pointer->x() - labelSize.width() / 2, 0.0, width() - labelSize.width()));
     drawCrossLabel(painter, frequency, Formats::formatHz(where.hz(pointer->x())));
     QRectF level(QPointF(), labelSize);
     level.moveCenter({level.center().x(), pointer->y()});
     drawCrossLabel(painter, level, Formats::signedDecibels(where.db(pointer->y())));
 }
 
-// A dragged handle changes one curve of several, so each curve is a picture of its own.
+void EQGraph::repaintCurves(const QRegion& changed) {
+    picture.outdate(changed);
+    update(changed);
+}
+
 void EQGraph::drawCurves(QPainter& painter) {
+    std::vector<EQCurve> list;
     for (std::size_t i = 0; i < curves.size(); ++i)
-        pictures[i].draw(painter, area(), [&](QPainter& canvas) {
-            drawEQCurve(canvas, plot(), curves[i].db, {curves[i].color, curves[i].fill});
-        });
+        list.push_back({drawn[i], curves[i].color, curves[i].fill});
+    if (!lone.empty()) list.push_back({lone, Theme::white(0.6), false, EQCurve::Line::thin});
+    picture.draw(painter, rect(), plot(), list);
 }
 
 void EQGraph::drawHandle(QPainter& painter, const Handle& handle) const {
     QRectF circle(0, 0, handleSize, handleSize);
     circle.moveCenter(placeOf(handle));
     const double radius = handleSize / 2;
+    constexpr double ringGap = 3;
+    const auto layered = [&](const Paint::Drawing& draw) {
+        Paint::layered(painter, circle.adjusted(-ringGap, -ringGap, ringGap, ringGap), draw);
+    };
     if (!handle.dimmed) Paint::dropShadow(painter, circle, radius, {Theme::faded(handle.color, 0.8), 5, 0});
-    Paint::fill(painter, circle, radius, handle.dimmed ? Theme::white(0.25) : handle.color);
-    Paint::edge(painter, circle, radius, Theme::white(0.5));
+    layered([&](QPainter& canvas) {
+        Paint::fill(canvas, circle, radius, handle.dimmed ? Theme::white(0.25) : handle.color);
+    });
+    layered([&](QPainter& canvas) { Paint::edge(canvas, circle, radius, Theme::white(0.5)); });
     const double ring = handle.id == selected                         ? (hasFocus() ? 0.9 : 0.6)
                         : handle.id == marked || handle.id == hovered ? 0.35
                                                                       : 0;
-    if (ring > 0) Paint::edge(painter, circle.adjusted(-3, -3, 3, 3), radius + 3, Theme::white(ring), 1.5);
+    if (ring > 0)
+        layered([&](QPainter& canvas) {
+            Paint::edge(canvas, circle.adjusted(-ringGap, -ringGap, ringGap, ringGap), radius + ringGap,
+                        Theme::white(ring), 1.5);
+        });
     Paint::text(painter, circle, Qt::AlignCenter, handle.label,
                 {Theme::font(9), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});
 }

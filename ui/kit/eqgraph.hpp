@@ -1,10 +1,10 @@
 #pragma once
 
 #include "ui/kit/control.hpp"
+#include "ui/kit/eqcurves.hpp"
 #include "ui/kit/eqplot.hpp"
 #include "ui/kit/notches.hpp"
 #include "ui/kit/parts.hpp"
-#include "ui/kit/pictures.hpp"
 #include "ui/kit/tag.hpp"
 
 #include <QBasicTimer>
@@ -96,6 +96,9 @@ public:
 
     EQPlot plot() const;
 
+    /// Its pixels are computed for its size: it becomes larger, but its labels and lines do not.
+    void setGrowth(double /*factor*/) override {}
+
     /// The centre of the handle in the widget.
     QPointF placeOf(const Handle& handle) const;
 
@@ -137,8 +140,6 @@ private:
         QPointF last = {};  // of the pointer
     };
 
-    void refresh(const QRegion& changed);  // repaints a part of the area
-    QPointF placeIn(QPointF widget) const { return widget / growth(); }
     QRect areaOf(const Handle& handle) const;
     bool isMovable() const { return onDrag && !handles.empty(); }
     const Handle* handleOf(std::optional<int> id) const;
@@ -157,11 +158,12 @@ private:
     void flatten(int id);
     bool hasCross() const;
     void drawCross(QPainter& painter) const;
+    void repaintCurves(const QRegion& changed);
     void drawCurves(QPainter& painter);
     void drawHandle(QPainter& painter, const Handle& handle) const;
 
     std::vector<Curve> curves;
-    std::vector<Paint::Picture> pictures;    // one for each curve
+    EQCurves picture;                        // of the curves and of `lone`
     std::vector<std::vector<double>> drawn;  // levels of each curve as they are on the screen
     std::vector<Handle> handles;
     std::optional<int> selected;

@@ -4,8 +4,6 @@
 
 #include "Wendril/filtermath.hpp"
 
-#include <QPainterPath>
-
 #include <algorithm>
 #include <cmath>
 
@@ -20,9 +18,6 @@ constexpr double labelSize = 9;
 
 const double logLow = std::log10(EQPlot::lowestHz);
 const double logHigh = std::log10(EQPlot::highestHz);
-
-constexpr double lineWidth = 2.2;
-constexpr double glowDeviation = 2.5;  // of the Gaussian of a blur of 5
 
 struct FrequencyLabel {
     double hz;
@@ -67,59 +62,6 @@ void drawLabels(QPainter& painter, const EQPlot& plot) {
     }
 }
 
-// The curve without the points that lie on a straight line between others. The time of a stroke grows
-// with the number of points.
-QPolygonF lineOf(const EQPlot& plot, const std::vector<double>& db) {
-    constexpr double tolerance = 0.05;
-    const std::size_t count = std::min(db.size(), EQPlot::freqs().size());
-    std::vector<QPointF> points;
-    for (std::size_t i = 0; i < count; ++i)
-        points.emplace_back(plot.x(EQPlot::freqs()[i]), plot.y(EQPlot::drawnLevel(db[i])));
-    const auto isStraight = [&points](std::size_t from, std::size_t to) {
-        const double slope = (points[to].y() - points[from].y()) / (points[to].x() - points[from].x());
-        for (std::size_t i = from + 1; i < to; ++i) {
-            const double straight = points[from].y() + slope * (points[i].x() - points[from].x());
-            if (std::abs(points[i].y() - straight) > tolerance) return false;
-        }
-        return true;
-    };
-    QPolygonF line;
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const bool needed = i == 0 || i + 1 == count || !isStraight(kept, i + 1);
-        if (!needed) continue;
-        line << points[i];
-        kept = i;
-    }
-    return line;
-}
-
-void shade(QPainter& painter, const EQPlot& plot, QPolygonF line, const QColor& color) {
-    line << QPointF(line.back().x(), plot.y(0)) << QPointF(line.front().x(), plot.y(0));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::faded(color, 0.16));
-    painter.drawPolygon(line);
-}
-
-// Opacity of a blurred line at a distance from its middle.
-double glowAt(double distance, double opacity) {
-    const double middle = std::erf(lineWidth / 2 / glowDeviation / std::sqrt(2));
-    return opacity * middle * std::exp(-distance * distance / (2 * glowDeviation * glowDeviation));
-}
-
-// The glow is built of strokes of decreasing width. Each adds the difference in opacity between its edge
-// and the edge of the next wider one.
-void drawGlow(QPainter& painter, const QPainterPath& path, QPen pen, double opacity) {
-    constexpr int strokes = 9;
-    constexpr double step = (3 * glowDeviation - lineWidth / 2) / strokes;
-    for (int i = strokes; i > 0; --i) {
-        const double radius = lineWidth / 2 + i * step;
-        pen.setWidthF(2 * radius);
-        pen.setColor(Theme::faded(pen.color(), glowAt(radius, opacity) - glowAt(radius + step, opacity)));
-        painter.strokePath(path, pen);
-    }
-}
-
 }  // namespace
 
 double EQPlot::reach(double height) { return beyond * height + 2; }
@@ -150,29 +92,6 @@ void drawEQGrid(QPainter& painter, const EQPlot& plot) {
     drawFrequencyLines(painter, plot);
     drawLevelLines(painter, plot);
     drawLabels(painter, plot);
-}
-
-void drawEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
-                 const EQCurveLook& look) {
-    const QPolygonF line = lineOf(plot, db);
-    if (line.isEmpty()) return;
-    QPainterPath path;
-    path.addPolygon(line);
-    QPen pen(look.color, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
-    painter.save();
-    // Antialiasing would take fifteen times as long, and on parts so faint nobody sees it.
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    if (look.fill) shade(painter, plot, line, look.color);
-    drawGlow(painter, path, pen, 0.9);
-    painter.restore();
-    painter.strokePath(path, pen);
-}
-
-void drawThinEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
-                     const QColor& color) {
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, 1));
-    painter.drawPolyline(lineOf(plot, db));
 }
 
 }  // namespace Kit

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColor>
 #include <QPainter>
 #include <QRectF>
 
@@ -38,18 +37,5 @@ struct EQPlot {
 
 /// Lines over the plot, and their labels at its left and under it.
 void drawEQGrid(QPainter& painter, const EQPlot& plot);
-
-struct EQCurveLook {
-    QColor color;
-    bool fill = false;  // shade the area between the curve and 0 dB
-};
-
-/// `db` holds a level for each of `EQPlot::freqs`.
-void drawEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
-                 const EQCurveLook& look);
-
-/// Without glow, for a curve beside the main ones.
-void drawThinEQCurve(QPainter& painter, const EQPlot& plot, const std::vector<double>& db,
-                     const QColor& color);
 
 }  // namespace Kit

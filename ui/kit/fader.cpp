@@ -45,28 +45,34 @@ Fader::Fader(const QString& title, Range range, double defaultValue, Format form
     setFixedWidth(controlWidth);
     setMinimumHeight(static_cast<int>(look.height) + labels);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
-    for (int i = 0; i < look.levels; ++i) {
-        bars.push_back(new MeterBar(barWidth, this));
-        bars.back()->setAccessibleName(QStringLiteral("%1, nível %2").arg(title).arg(i + 1));
-    }
+    if (look.levels == 0) return;
+    QStringList names;
+    for (int i = 1; i <= look.levels; ++i)
+        names << QStringLiteral("%1, nível %2").arg(title).arg(i);
+    bars = new MeterBars(
+        names, {barWidth, barPitch},
+        [this](QPainter& painter) {
+            painter.save();
+            painter.scale(growth(), growth());
+            drawSlider(painter);
+            painter.restore();
+        },
+        this);
 }
 
 QSize Fader::sizeHint() const { return minimumSize(); }
 
 void Fader::resizeEvent(QResizeEvent*) {
-    const QRect room = track().toRect().adjusted(0, barPadding, 0, -barPadding);
-    double centre = room.left() + centreOfBars - (look.levels - 1) / 2.0 * barPitch;
-    for (MeterBar* const bar : bars) {
-        bar->setGeometry(static_cast<int>(std::round(growth() * centre - bar->width() / 2.0)),
-                         static_cast<int>(std::round(growth() * (room.top() - MeterBar::glow))), bar->width(),
-                         static_cast<int>(std::round(growth() * (room.height() + 2 * MeterBar::glow))));
-        centre += barPitch;
-    }
+    if (!bars) return;
+    constexpr int glow = MeterBars::glow;
+    const QRect room = track().toRect().adjusted(0, barPadding - glow, 0, glow - barPadding);
+    const double left = growth() * (room.left() + centreOfBars) - bars->width() / 2.0;
+    const QRect place = grown(QRectF(0, room.top(), 0, room.height())).toRect();
+    bars->setGeometry(static_cast<int>(std::round(left)), place.top(), bars->width(), place.height());
 }
 
 void Fader::setLevels(const std::vector<float>& levels) {
-    for (std::size_t i = 0; i < std::min(levels.size(), bars.size()); ++i)
-        bars[i]->setLevel(levels[i]);
+    if (bars) bars->setLevels(levels);
 }
 
 double Fader::stepSize() const { return range.extent() > wideRange ? wideStep : quantum; }
@@ -83,9 +89,7 @@ QRectF Fader::readOut() const {
 
 Control::Outline Fader::outline() const { return {track(), trackRadius}; }
 
-double Fader::slotCentre() const {
-    return bars.empty() ? track().center().x() : track().left() + slotBesideBars;
-}
+double Fader::slotCentre() const { return bars ? track().left() + slotBesideBars : track().center().x(); }
 
 double Fader::placeOf(double value) const {
     const double travel = track().height() - outsideTravel;
@@ -94,22 +98,31 @@ double Fader::placeOf(double value) const {
 
 QRectF Fader::cap() const {
     const double middle = placeOf(range.lower + fraction() * range.extent());
-    const double width = bars.empty() ? capWidth : narrowCapWidth;
+    const double width = bars ? narrowCapWidth : capWidth;
     return {slotCentre() - width / 2, middle - capHeight / 2, width, capHeight};
 }
+
+bool Fader::isBright() const { return isHovered() || isDragging(); }
 
 double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) const {
     return start - range.extent() * translation.y() / growth() / (track().height() - outsideTravel);
 }
 
 void Fader::paint(QPainter& painter) {
-    const QString key = QStringLiteral("fader track %1 %2").arg(range.upper).arg(bars.size());
+    if (bars && (drawnCap != cap() || drawnBright != isBright())) bars->outdateGround();
+    drawnCap = cap();
+    drawnBright = isBright();
+    drawSlider(painter);
+    drawTexts(painter);
+}
+
+void Fader::drawSlider(QPainter& painter) const {
+    const QString key = QStringLiteral("fader track %1 %2").arg(range.upper).arg(look.levels);
     Paint::cached(painter, key, track(), [this](QPainter& canvas) {
         canvas.translate(-track().topLeft());
         drawTrack(canvas);
     });
     drawCap(painter);
-    drawTexts(painter);
 }
 
 void Fader::drawTrack(QPainter& painter) const {
@@ -139,7 +152,7 @@ void Fader::drawMark(QPainter& painter, double value) const {
 void Fader::drawCap(QPainter& painter) const {
     constexpr double room = 12;  // for the shadow around the cap
     const QRectF handle = cap();
-    const bool bright = isHovered() || isDragging();
+    const bool bright = isBright();
     painter.save();
     painter.setClipRect(Paint::snapped(painter, track()), Qt::IntersectClip);
     Paint::cached(

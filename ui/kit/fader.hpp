@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/kit/meterbar.hpp"
+#include "ui/kit/meterbars.hpp"
 #include "ui/kit/valuecontrol.hpp"
 
 #include <QString>
@@ -47,7 +47,9 @@ private:
     QRectF track() const;
     QRectF readOut() const;
     QRectF cap() const;
+    bool isBright() const;
     double slotCentre() const;
+    void drawSlider(QPainter& painter) const;
     void drawTrack(QPainter& painter) const;
     void drawMark(QPainter& painter, double value) const;
     void drawCap(QPainter& painter) const;
@@ -55,7 +57,9 @@ private:
 
     const QString title;
     const Look look;
-    std::vector<MeterBar*> bars;
+    MeterBars* bars = nullptr;  // where it has any
+    QRectF drawnCap;            // at the last repaint
+    bool drawnBright = false;
 };
 
 }  // namespace Kit

@@ -4,10 +4,12 @@
 #include "ui/kit/theme.hpp"
 
 #include <QBrush>
-#include <QImage>
+#include <QPaintEngine>
+#include <QRegion>
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <random>
 #include <vector>
 
@@ -27,6 +29,11 @@ std::array<NoiseRow, side> makeNoise() {
     std::array<NoiseRow, side> rows;
     for (std::size_t i = 0; i < all.size(); ++i)
         rows[i / side][i % side] = all[i];
+    return rows;
+}
+
+const std::array<NoiseRow, side>& noise() {
+    static const std::array<NoiseRow, side> rows = makeNoise();
     return rows;
 }
 
@@ -50,19 +57,108 @@ void fillRow(std::span<QRgb> pixels, const QColor& color, std::span<const float>
 }
 
 QImage filledImage(const QSize& size, const FineFill& filling) {
-    static const std::array<NoiseRow, side> noise = makeNoise();
     QImage image(size, QImage::Format_RGB32);
     const auto width = static_cast<std::size_t>(size.width());
     std::vector<float> light(width, 0);
     for (int y = 0; y < size.height(); ++y) {
         if (filling.light) filling.light(size, y, light);
         fillRow({reinterpret_cast<QRgb*>(image.scanLine(y)), width}, filling.color((y + 0.5) / size.height()),
-                light, noise[static_cast<std::size_t>(y % side)]);
+                light, noise()[static_cast<std::size_t>(y % side)]);
     }
     return image;
 }
 
+// A pixel of 10 bits for each of red, green and blue, of which the lowest two are below one level.
+constexpr int fineParts = 4;
+constexpr int fineBits = 10;
+
+std::uint32_t finePixel(const QColor& color, float white) {
+    const auto level = [white](float base) {
+        return static_cast<std::uint32_t>((base + white * (1 - base)) * 255 * fineParts + 0.5F);
+    };
+    return level(color.redF()) << 2 * fineBits | level(color.greenF()) << fineBits | level(color.blueF());
+}
+
+QImage finePicture(const QSize& size, const FineFill& filling) {
+    QImage image(size, QImage::Format_RGB30);
+    std::vector<float> light(static_cast<std::size_t>(size.width()), 0);
+    for (int y = 0; y < size.height(); ++y) {
+        if (filling.light) filling.light(size, y, light);
+        const QColor color = filling.color((y + 0.5) / size.height());
+        auto* const row = reinterpret_cast<std::uint32_t*>(image.scanLine(y));
+        std::ranges::transform(light, row, [&color](float white) { return finePixel(color, white); });
+    }
+    return image;
+}
+
+// The noise in parts of a level, the same for all three colours of a pixel.
+using FineNoiseRow = std::array<std::uint32_t, side>;
+
+std::array<FineNoiseRow, side> makeFineNoise() {
+    constexpr std::uint32_t everyColor = 1 << 2 * fineBits | 1 << fineBits | 1;
+    std::array<FineNoiseRow, side> rows;
+    for (std::size_t y = 0; y < side; ++y)
+        std::ranges::transform(noise()[y], rows[y].begin(), [](float threshold) {
+            return static_cast<std::uint32_t>(threshold * fineParts) * everyColor;
+        });
+    return rows;
+}
+
+// A row of pixels from one at half the resolution. `left` is the place of its first pixel.
+void enlargeRow(const std::uint32_t* half, int left, std::span<QRgb> pixels, const FineNoiseRow& noise) {
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        const std::size_t x = static_cast<std::size_t>(left) + i;
+        const std::uint32_t fine = half[x / 2] + noise[x % side];
+        pixels[i] = 0xff000000 | (fine >> 6 & 0xff0000) | (fine >> 4 & 0xff00) | (fine >> 2 & 0xff);
+    }
+}
+
 }  // namespace
+
+// In bands that are low enough for the toolkit to draw them without starting other threads.
+void FinePicture::draw(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling) {
+    constexpr int bandHeight = 32;
+    const QRect place = pixelsOf(painter, shape);
+    const QSize size = (place.size() + QSize(1, 1)) / 2;
+    if (place.isEmpty()) return;
+    if (half.size() != size) half = finePicture(size, filling);
+    const QPaintEngine& engine = *painter.paintEngine();
+    QRegion exposed = QRect(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height()) & place;
+    if (const QRegion clip = engine.systemClip(); !clip.isEmpty()) exposed &= clip;
+    const double corner = radius * ratioOf(painter);
+    painter.save();
+    painter.setTransform(painter.deviceTransform().inverted(), true);
+    for (const QRect& part : exposed)
+        for (int top = part.top(); top <= part.bottom(); top += bandHeight) {
+            const int height = std::min(bandHeight, part.bottom() + 1 - top);
+            drawBand(painter, place, {part.left(), top, part.width(), height}, corner);
+        }
+    painter.restore();
+}
+
+void FinePicture::drawBand(QPainter& painter, const QRect& place, const QRect& band, double corner) const {
+    static const std::array<FineNoiseRow, side> fineNoise = makeFineNoise();
+    QImage image(band.size(), QImage::Format_RGB32);
+    const QPoint offset = band.topLeft() - place.topLeft();
+    for (int y = 0; y < band.height(); ++y)
+        enlargeRow(reinterpret_cast<const std::uint32_t*>(half.constScanLine((offset.y() + y) / 2)),
+                   offset.x(),
+                   {reinterpret_cast<QRgb*>(image.scanLine(y)), static_cast<std::size_t>(band.width())},
+                   fineNoise[static_cast<std::size_t>((offset.y() + y) % side)]);
+    painter.save();
+    painter.setClipRect(band, Qt::IntersectClip);
+    const double depth = std::min(band.top() - place.top(), place.bottom() - band.bottom());
+    if (depth >= corner) {
+        painter.drawImage(band, image);
+    } else {
+        QBrush brush(image);
+        brush.setTransform(QTransform::fromTranslate(band.x(), band.y()));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(brush);
+        painter.drawRoundedRect(place, corner, corner);
+    }
+    painter.restore();
+}
 
 void fillFine(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling) {
     const QRect place = pixelsOf(painter, shape);

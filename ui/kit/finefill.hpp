@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPainter>
 #include <QRectF>
 #include <QSize>
@@ -22,6 +23,23 @@ struct FineFill {
 /// each, and fixed noise of one level is added, so that no contours show. Only while drawing a kept
 /// picture.
 void fillFine(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling);
+
+/// A large area in such colours, for its owner to keep. A quarter of the pixels is kept, with 10 bits for
+/// each colour; the noise is added when it is drawn, which takes no longer than copying a full picture.
+class FinePicture {
+public:
+    /// Fills a rounded rectangle. `filling` is asked again when the number of pixels has changed, and is
+    /// called for half of the rows and columns.
+    void draw(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling);
+
+    /// Gives the memory back; the next `draw` makes the picture anew.
+    void drop() { half = {}; }
+
+private:
+    void drawBand(QPainter& painter, const QRect& place, const QRect& band, double corner) const;
+
+    QImage half;
+};
 
 /// The colour between two.
 QColor mixed(const QColor& from, const QColor& to, double part);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace Kit {
 
@@ -16,55 +17,57 @@ namespace {
 constexpr int wellWidth = 64;
 constexpr int wellPadding = 18;
 constexpr int barWidth = 4;
+constexpr double silence = -std::numeric_limits<double>::infinity();
 
 }  // namespace
 
 OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
     : QWidget(parent)
-    , field(new Well(24, this)) {
+    , field(new Well(24, this))
+    , readOut(new Caption({}, Theme::font(13), Theme::secondary, this))
+    , peak(Animation::Kind::steps, silence, *this, [this] { showPeak(); }) {
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     field->setFixedWidth(wellWidth);
     field->setMinimumHeight(height);
-    for (int i = 0; i < outputs; ++i) {
-        bars.push_back(new MeterBar(barWidth, field));
-        bars.back()->setAccessibleName(QStringLiteral("Nível, Saída %1").arg(i + 1));
-    }
+    QStringList names;
+    for (int i = 1; i <= outputs; ++i)
+        names << QStringLiteral("Nível, Saída %1").arg(i);
+    const int pitch = (wellWidth - 2 * wellPadding - barWidth) / (outputs - 1);
+    bars = new MeterBars(
+        names, {barWidth, pitch}, [this](QPainter& painter) { field->draw(painter); }, field);
     auto* const title =
         new Caption(QStringLiteral("SAÍDAS"), Theme::font(12, QFont::Normal, 2), Theme::text, this);
-    peak = new Caption({}, Theme::font(13), Theme::secondary, this);
-    peak->setTabular(true);
-    peak->setAlignment(Qt::AlignCenter);
-    peak->reserveFor(QStringLiteral("-88.8 dB"));
+    readOut->setTabular(true);
+    readOut->setAlignment(Qt::AlignCenter);
+    readOut->reserveFor(QStringLiteral("-88.8 dB"));
     title->setFixedHeight(Fader::labelLine);
-    peak->setFixedHeight(Fader::labelLine);
+    readOut->setFixedHeight(Fader::labelLine);
     rows->addWidget(title, 0, Qt::AlignHCenter);
     rows->addSpacing(Fader::labelGap);
     rows->addWidget(field, 1, Qt::AlignHCenter);
     rows->addSpacing(Fader::labelGap);
-    rows->addWidget(peak, 0, Qt::AlignHCenter);
-    setLevels({});
+    rows->addWidget(readOut, 0, Qt::AlignHCenter);
+    showPeak();
 }
 
 void OutputMeters::resizeEvent(QResizeEvent*) {
-    const double pitch = (wellWidth - 2.0 * wellPadding - barWidth) / (static_cast<double>(bars.size()) - 1);
     const double growth = double(field->width()) / wellWidth;
-    const int inset = static_cast<int>(std::round(growth * (wellPadding - MeterBar::glow)));
-    double left = wellPadding - MeterBar::glow;
-    for (MeterBar* const bar : bars) {
-        bar->setGeometry(static_cast<int>(std::round(growth * left)), inset, bar->width(),
-                         field->height() - 2 * inset);
-        left += pitch;
-    }
+    const int inset = static_cast<int>(std::round(growth * (wellPadding - MeterBars::glow)));
+    bars->setGeometry(field->rect().adjusted(inset, inset, -inset, -inset));
+}
+
+void OutputMeters::showPeak() {
+    readOut->setText(std::isfinite(peak.position()) ? Formats::decibels(peak.position())
+                                                    : QStringLiteral("—"));
 }
 
 void OutputMeters::setLevels(const std::vector<float>& levels) {
-    for (std::size_t i = 0; i < std::min(levels.size(), bars.size()); ++i)
-        bars[i]->setLevel(levels[i]);
+    bars->setLevels(levels);
     const auto highest = std::ranges::max_element(levels);
     const bool known = highest != levels.end() && std::isfinite(*highest);
-    peak->setText(known ? Formats::decibels(*highest) : QStringLiteral("—"));
+    peak.moveTo(known ? *highest : silence);
 }
 
 }  // namespace Kit

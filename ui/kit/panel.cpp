@@ -35,21 +35,8 @@ void lightRow(double reach, int row, std::span<float> opacities) {
     }
 }
 
-void drawPlate(QPainter& painter, const QRectF& plate) {
-    constexpr double lightReach = 520;
-    const double reach = lightReach * Paint::ratioOf(painter);
-    Paint::fillFine(
-        painter, plate, cornerRadius,
-        {.color = [](double part) { return Paint::mixed(Theme::panelTop, Theme::panelBottom, part); },
-         .light = [reach](const QSize&, int row,
-                          std::span<float> opacities) { lightRow(reach, row, opacities); }});
-    Paint::innerShadow(painter, plate, cornerRadius, {Theme::white(0.10), 3, 2});
-    Paint::innerShadow(painter, plate, cornerRadius, {Theme::black(0.35), 14, -10});
-    Paint::edge(painter, plate, cornerRadius, Theme::rim(plate));
-}
-
 // The area in which the plate covers its shadows entirely: without its round corners and its outermost
-// pixel, whose edge is smoothed.
+// pixel, whose edge is smoothed and lined.
 QRegion hiddenBy(const QRect& plate) {
     constexpr int corner = static_cast<int>(cornerRadius);
     return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner);
@@ -85,12 +72,29 @@ void Panel::drawShadows(QPainter& painter, const QRectF& bounds) {
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.45), 4, 3});
 }
 
-void Panel::paintEvent(QPaintEvent*) {
+void Panel::paintEvent(QPaintEvent* event) {
+    constexpr double lightReach = 520;
+    constexpr int shaded = 35;  // width of the shaded edges
     QPainter painter(this);
-    const QRectF plate = rect();
-    Paint::cached(painter, QStringLiteral("panel"), plate,
-                  [&](QPainter& canvas) { drawPlate(canvas, plate); });
+    painter.setRenderHint(QPainter::Antialiasing);
+    surface.draw(
+        painter, rect(), cornerRadius,
+        {.color = [](double part) { return Paint::mixed(Theme::panelTop, Theme::panelBottom, part); },
+         .light =
+             [this](const QSize& size, int row, std::span<float> opacities) {
+                 lightRow(lightReach * size.width() / width(), row, opacities);
+             }});
+    Paint::fit(painter, rect());
+    if (!rect().adjusted(shaded, shaded, -shaded, -shaded).contains(event->rect())) {
+        Paint::innerShadow(painter, rect(), cornerRadius, {Theme::white(0.10), 3, 2});
+        Paint::innerShadow(painter, rect(), cornerRadius, {Theme::black(0.35), 14, -10});
+    }
+    if (!(event->region() - hiddenBy(rect())).isEmpty())
+        Paint::edge(painter, rect(), cornerRadius, Theme::rim(rect()));
 }
+
+// A plate is soon drawn again when its page is shown.
+void Panel::hideEvent(QHideEvent*) { surface.drop(); }
 
 // The surface draws the shadows, which move with the panel.
 void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/kit/finefill.hpp"
+
 #include <QBoxLayout>
 #include <QWidget>
 
@@ -27,8 +29,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
+    Paint::FinePicture surface;
     QHBoxLayout* header = nullptr;
     QVBoxLayout* body;
 };

@@ -3,7 +3,6 @@
 #include <QImage>
 #include <QPaintEngine>
 #include <QPixmapCache>
-#include <QTransform>
 
 #include <algorithm>
 #include <cmath>
@@ -86,6 +85,23 @@ void Picture::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawi
         if (pixmap.size() != place.size()) pixmap = QPixmap(place.size());
         size = bounds.size();
         drawInto(pixmap, size, drawing);
+        valid = true;
+    }
+    copyPicture(painter, place, pixmap, pixmap.rect());
+}
+
+void Ground::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing) {
+    const QRect place = pixelsOf(painter, bounds);
+    if (place.isEmpty()) return;
+    const QTransform now = painter.deviceTransform() * QTransform::fromTranslate(-place.x(), -place.y());
+    if (!valid || pixmap.size() != place.size() || transform != now) {
+        if (pixmap.size() != place.size()) pixmap = QPixmap(place.size());
+        pixmap.fill(Qt::black);
+        QPainter canvas(&pixmap);
+        canvas.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        canvas.setTransform(now);
+        drawing(canvas);
+        transform = now;
         valid = true;
     }
     copyPicture(painter, place, pixmap, pixmap.rect());

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QString>
+#include <QTransform>
 
 #include <functional>
 #include <initializer_list>
@@ -34,6 +35,22 @@ private:
     bool valid = false;
     QPixmap pixmap;
     QSizeF size;
+};
+
+/// What lies under things that move, as its owner keeps it. It is opaque, and its pixels are those that
+/// drawing it on the device itself would give.
+class Ground {
+public:
+    /// The next `draw` makes the picture anew.
+    void outdate() { valid = false; }
+
+    /// `drawing` is in the coordinates of the painter.
+    void draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing);
+
+private:
+    bool valid = false;
+    QPixmap pixmap;
+    QTransform transform;  // from the painter's coordinates to the picture's pixels
 };
 
 /// The cached picture for that key, made by `make` when it is not there.

@@ -96,15 +96,15 @@ void drawSoft(QPainter& painter, const QRectF& shape, double radius, double blur
     const QString key =
         keyOf("soft", {local.x(), local.y(), local.width(), local.height(), radius, blurRadius}, color);
     const QPixmap picture = kept(key, [&] {
-        QImage alpha(size + QSize(2 * margin, 2 * margin), QImage::Format_Alpha8);
-        alpha.fill(0);
+        // The toolkit fills this format without other threads; a dragged handle needs a few pictures.
+        QImage drawn(size + QSize(2 * margin, 2 * margin), QImage::Format_ARGB32_Premultiplied);
+        drawn.fill(Qt::transparent);
         {
-            QPainter canvas(&alpha);
+            QPainter canvas(&drawn);
             canvas.setRenderHint(QPainter::Antialiasing);
-            canvas.setPen(Qt::NoPen);
-            canvas.setBrush(Qt::black);
-            canvas.drawRoundedRect(local, radius, radius);
+            Paint::fill(canvas, local, radius, Qt::black);
         }
+        QImage alpha = drawn.convertToFormat(QImage::Format_Alpha8);
         if (blurRadius > 0) blur(alpha, blurRadius / 2);
         return QPixmap::fromImage(tinted(alpha, color));
     });

@@ -2,8 +2,6 @@
 
 #include "ui/kit/shadows.hpp"
 
-#include <QPainter>
-
 #include <algorithm>
 
 namespace Kit {
@@ -12,9 +10,11 @@ Well::Well(double radius, QWidget* parent)
     : QWidget(parent)
     , radius(radius) {}
 
+void Well::draw(QPainter& painter) const { Paint::well(painter, rect(), std::min(radius, height() / 2.0)); }
+
 void Well::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    Paint::well(painter, rect(), std::min(radius, height() / 2.0));
+    draw(painter);
 }
 
 }  // namespace Kit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPainter>
 #include <QWidget>
 
 namespace Kit {
@@ -8,6 +9,9 @@ namespace Kit {
 class Well : public QWidget {
 public:
     Well(double radius, QWidget* parent);
+
+    /// Draws the well in its own coordinates.
+    void draw(QPainter& painter) const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

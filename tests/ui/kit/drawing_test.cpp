@@ -2,7 +2,7 @@
 #include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/knob.hpp"
-#include "ui/kit/meterbar.hpp"
+#include "ui/kit/meterbars.hpp"
 #include "ui/kit/panel.hpp"
 #include "ui/kit/pillbutton.hpp"
 #include "ui/kit/polar.hpp"
@@ -103,9 +103,11 @@ TEST(PaintTest, NoSeamsShowWithinAShapeAtAnyRatio) {
              drawAt(painter, at, key);
          }},
         {"bar", {15, 143}, [&](QPainter& painter, QRect at) {
-             Kit::MeterBar bar(5, nullptr);
-             bar.setLevel(4);
-             drawAt(painter, at, bar);
+             Kit::MeterBars bars(
+                 {""}, {5, 0}, [](QPainter& ground) { ground.fillRect(0, 0, 99, 999, Theme::panelTop); },
+                 nullptr);
+             bars.setLevels({4});
+             drawAt(painter, at, bars);
          }}};
     for (const auto& [name, size, draw] : shapes)
         for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0})

@@ -1,12 +1,14 @@
+#include "tests/ui/kit/frames.hpp"
 #include "tests/ui/kit/hand.hpp"
 #include "ui/kit/analogvu.hpp"
 #include "ui/kit/animation.hpp"
+#include "ui/kit/fader.hpp"
+#include "ui/kit/formats.hpp"
 #include "ui/kit/outputmeters.hpp"
 #include "ui/kit/polar.hpp"
 
 #include <gtest/gtest.h>
 
-#include <QAnimationDriver>
 #include <QPaintEvent>
 #include <QScreen>
 
@@ -18,48 +20,51 @@ namespace {
 constexpr float silence = -std::numeric_limits<float>::infinity();
 constexpr float none = std::numeric_limits<float>::quiet_NaN();
 
-/// The frames of a screen, as fast as the test wants them.
-struct Frames : QAnimationDriver {
-    qint64 now = 0;
-
-    Frames() { install(); }
-    ~Frames() override { uninstall(); }
-    qint64 elapsed() const override { return now; }
-
-    void pass(int ms) {
-        for (const qint64 end = now + ms; now < end; advance())
-            QApplication::processEvents(), now += 10;
-        QApplication::processEvents();
-    }
-};
-
 int litRows(QWidget& bar) {
     const QImage image = Hand::picture(bar);
     int rows = 0;
     for (int y = 0; y < image.height(); ++y)
-        rows += qAlpha(image.pixel(image.width() / 2, y)) > 100 ? 1 : 0;
+        rows += qRed(image.pixel(image.width() / 2, y)) > 100 ? 1 : 0;
     return rows;
 }
 
-TEST(MeterBarTest, SpansMinus60To6JumpsWhileHiddenAndMovesEvenlyOnTheScreen) {
-    Kit::MeterBar bar(5, nullptr);
-    bar.resize(bar.width(), 100 + 2 * Kit::MeterBar::glow);
+TEST(MeterBarsTest, SpanMinus60To6JumpWhileHiddenAndMoveEvenlyOnTheScreen) {
+    QWidget window;
+    Kit::MeterBars bar(
+        {"Nível"}, {5, 0}, [](QPainter&) {}, &window);
+    bar.resize(bar.width(), 100 + 2 * Kit::MeterBars::glow);
     const std::pair<float, int> cases[] = {{-200, 0}, {silence, 0},  {none, 0},
                                            {40, 100}, {-silence, 0}, {-27, 50}};
     for (const auto& [level, rows] : cases) {
-        bar.setLevel(level);
+        bar.setLevels({level});
         EXPECT_NEAR(litRows(bar), rows, 1) << level;
     }
     EXPECT_GT(Hand::colorAt(bar, {7.5, 58}).green(), Hand::colorAt(bar, {7.5, 102}).green() + 50)
         << "lighter at its top";
     Frames frames;
-    Hand::showActive(bar);
-    bar.setLevel(6);
+    Hand::showActive(window);
+    bar.setLevels({6});
     frames.pass(50);
     EXPECT_NEAR(litRows(bar), 75, 20) << "on its way";
     frames.pass(70);
     EXPECT_NEAR(litRows(bar), 100, 1);
-    EXPECT_LE(Hand::opacityAtBorder(Hand::picture(bar, 2)), 4) << "its glow is cut off";
+    for (const QPointF border : {QPointF(0.5, 50.5), {14.5, 50.5}, {7.5, 0.5}, {7.5, 109.5}})
+        EXPECT_LE(Hand::colorAt(bar, border).red(), 4) << "its glow is cut off";
+}
+
+// The shadow of the cap reaches under the bars.
+TEST(MeterBarsTest, StandOnWhatTheirFaderDrawsNow) {
+    const auto pictureAt = [](std::initializer_list<double> values) {
+        Kit::Fader fader("Entrada", {-60, 6}, 0, Formats::decibels, {.levels = 2}, nullptr);
+        fader.resize(64, 400);
+        QImage last;
+        for (const double value : values) {
+            fader.setValue(value);
+            last = Hand::picture(fader);
+        }
+        return last;
+    };
+    EXPECT_EQ(pictureAt({0, -30}), pictureAt({-30}));
 }
 
 struct AnalogVUTest : testing::Test {
@@ -132,6 +137,8 @@ TEST(MeterTest, FramesRepaintTheMetersAloneAndAddUpToAWholeRepaint) {
     needle.setGeometry(10, 10, 300, 200);
     Kit::OutputMeters outputs(2, 300, &window);
     outputs.setGeometry(350, 10, 100, 360);
+    Kit::Fader fader("Entrada", {-60, 6}, 0, Formats::decibels, {.levels = 2}, &window);
+    fader.setGeometry(500, 10, 64, 360);
     Hand::showActive(window);
     Frames frames;
     for (const auto& [level, isNew] :
@@ -139,9 +146,11 @@ TEST(MeterTest, FramesRepaintTheMetersAloneAndAddUpToAWholeRepaint) {
         window.painted = {};
         needle.setLevel(level);
         outputs.setLevels({level, level});
+        fader.setLevels({level, level});
+        fader.setValue(level);
         frames.pass(1650);
         EXPECT_EQ(window.painted.isEmpty(), !isNew) << level;
-        EXPECT_TRUE((needle.geometry() | outputs.geometry()).contains(window.painted) || !isNew);
+        EXPECT_TRUE((needle.geometry() | fader.geometry()).contains(window.painted) || !isNew);
         const QImage screen = window.screen()->grabWindow(window.winId()).toImage();
         const QImage drawn = window.grab().toImage();
         int different = 0;

@@ -1,5 +1,6 @@
 #include "tests/ui/kit/hand.hpp"
 #include "ui/kit/analogvu.hpp"
+#include "ui/kit/eqgraph.hpp"
 #include "ui/kit/fader.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/knob.hpp"
@@ -79,6 +80,30 @@ TEST(MotionTest, NoMeterStartsAThread) {
         const auto level = float(-40 + number);
         needle.setLevel(level);
         outputs.setLevels({level, -level, level, level});
+    });
+}
+
+TEST(MotionTest, NoGraphStartsAThread) {
+    Kit::EQGraph graph(500, nullptr);
+    graph.resize(1200, graph.height());
+    Kit::EQGraph::Handle handle{.label = "1", .color = Theme::accent, .readOut = "1.00k"};
+    const auto show = [&](double fc, double gain) {
+        handle.fc = fc, handle.gain = gain;
+        std::vector<double> levels;
+        for (const double hz : Kit::EQPlot::freqs())
+            levels.push_back(gain * std::exp(-std::pow(4 * std::log10(hz / fc), 2)));
+        graph.setCurves(
+            {{"Out0", Theme::accent, levels, true}, {"Out1", Theme::good, {levels.rbegin(), levels.rend()}}});
+        graph.setHandles({handle});
+    };
+    show(1000, 0);
+    graph.onDrag = [&](int, double fc, double gain) { show(fc, gain); };
+    graph.curveOf = [&](int) { return graph.shownCurves().front().db; };
+    expectNoThreads(graph, [&](int number) {
+        const QPointF place = graph.placeOf(handle);
+        if (number % 40 == 0) Hand::mouse(graph, QEvent::MouseButtonPress, place);
+        if (number == 20) Hand::mouse(graph, QEvent::MouseButtonRelease, place);  // the cross appears
+        Hand::mouse(graph, QEvent::MouseMove, place + QPointF(number % 2 == 0 ? 30 : -20, 12 - number));
     });
 }
 

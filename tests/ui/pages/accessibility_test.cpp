@@ -1,3 +1,4 @@
+#include "tests/ui/kit/frames.hpp"
 #include "tests/ui/pages/desk.hpp"
 
 #include <gtest/gtest.h>
@@ -39,11 +40,13 @@ TEST(AccessibilityTest, EveryControlHasItsRoleAndEveryMeterTheValueOfItsChannel)
         {"OUT 1", "Banda 1", QAccessible::CheckBox},
         {"OUT 1", "Banda 1, Q", QAccessible::SpinBox, "3.00"},
     };
+    Frames frames;
     Desk desk("TOM");
     desk.set(ModuleKind::delay, "Out2", 0, {DelayValue{5, true}});
     for (const auto& c : cases) {
         desk.goTo(c.page);
         desk.model->meters = {-20, -15, -INFINITY, -20, -40, -50};
+        frames.pass(400);
         auto& control = desk.find<QWidget>(c.name);
         EXPECT_EQ(reader(control).role(), c.role) << c.name;
         EXPECT_EQ(reader(control).text(QAccessible::Value), c.value) << c.name;

@@ -111,3 +111,18 @@ TEST(StripTest, TodasAndEscapeTakeTheTargetAway) {
     desk.press(name, Qt::Key_Escape);
     EXPECT_EQ(desk.model->target.value(), 2) << "the key belongs to the field";
 }
+
+TEST(StripTest, AChipTellsThatItsSpeakerWasNotReadCompletely) {
+    Desk desk("TOM", 2);
+    const auto description = [&](int number) { return desk.find(desk.chip(number)).accessibleDescription(); };
+    const ModuleValues whole = desk.speaker(1)->values.value();
+    desk.port->swallow = [](const Sent& sent) { return sent.module == 40; };
+    for (const bool isWhole : {false, true}) {
+        ModuleValues values = whole;
+        if (!isWhole) values.erase(40);
+        desk.speaker(1)->values = values;
+        desk.settle();
+        EXPECT_EQ(description(1), "");
+        EXPECT_EQ(description(2), isWhole ? "" : "Leitura incompleta");
+    }
+}

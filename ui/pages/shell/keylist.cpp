@@ -113,6 +113,7 @@ KeyList::KeyList(std::function<void()> openManual, QWidget* parent)
     auto* const whole = new QVBoxLayout(this);
     whole->setContentsMargins(margin, margin, margin, margin);
     whole->addWidget(panel);
+    setFocus();  // Tab then goes to the button, which shows it
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, [this] { close(); });
     connect(new QShortcut(Qt::Key_F1, this), &QShortcut::activated, this, [this] { close(); });
 }

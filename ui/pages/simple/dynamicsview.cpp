@@ -11,7 +11,7 @@
 #include "ui/kit/accessibility.hpp"
 #include "ui/kit/caption.hpp"
 #include "ui/kit/formats.hpp"
-#include "ui/kit/meterbar.hpp"
+#include "ui/kit/meterbars.hpp"
 #include "ui/kit/theme.hpp"
 #include "ui/kit/timeknob.hpp"
 #include "ui/kit/well.hpp"
@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <vector>
 
 namespace Corvane {
 
@@ -167,25 +168,33 @@ bool DynamicsView::isChosen(std::string_view output) const {
 // It fills the height of the row, so that its title is on the line of the captions of the knobs.
 QWidget* DynamicsView::levelBlock(QWidget* parent) {
     constexpr int barHeight = 150;
-    constexpr float silence = -std::numeric_limits<float>::infinity();
+    constexpr int barWidth = 5;
+    constexpr int barPitch = 15;
+    static constexpr float silence = -std::numeric_limits<float>::infinity();
     auto* const block = new QWidget(parent);
     auto* const rows = new QVBoxLayout(block);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     auto* const well = new Kit::Well(14, block);
-    auto* const columns = new QHBoxLayout(well);
-    constexpr int glow = Kit::MeterBar::glow;
-    columns->setContentsMargins(14 - glow, 12 - glow, 14 - glow, 12 - glow);
-    columns->setSpacing(0);
-    for (const std::string_view output : K7Q::outputs) {
-        auto* const bar = new Kit::MeterBar(5, well);
-        bar->setAccessibleName(QStringLiteral("Nível, ") + nameOf(output));
-        bar->setMinimumHeight(barHeight + 2 * glow);
-        columns->addWidget(bar);
-        Corvane::bind(
-            *bar, [=, this] { return isChosen(output) ? model.meter(output) : silence; },
-            [bar](float level) { bar->setLevel(level); });
-    }
+    QStringList names;
+    for (const std::string_view output : K7Q::outputs)
+        names << QStringLiteral("Nível, ") + nameOf(output);
+    constexpr int glow = Kit::MeterBars::glow;
+    auto* const bars = new Kit::MeterBars(
+        names, {barWidth, barPitch}, [well](QPainter& painter) { well->draw(painter); }, well);
+    bars->setMinimumHeight(barHeight + 2 * glow);
+    auto* const inside = new QHBoxLayout(well);
+    inside->setContentsMargins(14 - glow, 12 - glow, 14 - glow, 12 - glow);
+    inside->addWidget(bars);
+    Corvane::bind(
+        *bars,
+        [this] {
+            std::vector<float> levels;
+            for (const std::string_view output : K7Q::outputs)
+                levels.push_back(isChosen(output) ? model.meter(output) : silence);
+            return levels;
+        },
+        [bars](const std::vector<float>& levels) { bars->setLevels(levels); });
     auto* const title = new Kit::Caption(QStringLiteral("NÍVEL"), Theme::font(11, QFont::DemiBold, 2),
                                          Theme::secondary, block);
     rows->addWidget(well, 1, Qt::AlignHCenter);

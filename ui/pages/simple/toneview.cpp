@@ -27,7 +27,6 @@ namespace {
 // Heights of the rows and the space between them, in the lowest window.
 constexpr int meterRow = 184;
 constexpr int controlRow = 212;
-constexpr int buttonRow = 44;
 constexpr int gap = 18;
 
 constexpr int faderTexts = 58;  // height of caption and read-out under a fader

@@ -1,0 +1,202 @@
+#include "ui/kit/meterbars.hpp"
+
+#include "ui/kit/animation.hpp"
+#include "ui/kit/control.hpp"
+#include "ui/kit/formats.hpp"
+#include "ui/kit/shadows.hpp"
+#include "ui/kit/theme.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <utility>
+
+namespace Kit {
+
+namespace {
+
+constexpr double emptyLevel = -60;
+constexpr double fullLevel = 6;
+constexpr double glowBlur = 3;
+constexpr int pictureHeight = 512;  // of the lit bar in the kept picture, in device pixels
+
+void drawLitBar(QPainter& painter, const QRectF& bar, double radius, double blur) {
+    Paint::dropShadow(painter, bar, radius, {Theme::faded(Theme::accent, 0.9), blur, 0});
+    QLinearGradient heat(bar.topLeft(), bar.bottomLeft());
+    heat.setColorAt(0, Theme::rgb(1.0, 0.75, 0.4));
+    heat.setColorAt(0.5, Theme::accent);
+    heat.setColorAt(1, Theme::faded(Theme::accent, 0.6));
+    Paint::fill(painter, bar, radius, heat);
+}
+
+}  // namespace
+
+// A widget for screen readers. The group, which covers it, draws it in the coordinates of their parent.
+class MeterBars::Bar final : public Control {
+public:
+    /// `moved` gets the height from the foot of the bar, glow included, up to which its look has changed.
+    Bar(double width, std::function<void(int)> moved, QWidget* parent)
+        : Control(parent)
+        , barWidth(width)
+        , moved(std::move(moved)) {
+        setFocusPolicy(Qt::NoFocus);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+    void setBarWidth(double width) { barWidth = width; }
+
+    void setLevel(float value) {
+        level = value;
+        fill.moveTo(fractionOf(value));
+    }
+
+    void drawTrack(QPainter& painter) const {
+        Paint::cached(painter, QStringLiteral("meter track"), track(), [this](QPainter& canvas) {
+            Paint::fill(canvas, QRectF(QPointF(), track().size()), barWidth / 2,
+                        Theme::faded(Theme::accent, 0.12));
+        });
+    }
+
+    // The toolkit fills tall shapes with several threads, which costs more than it saves. The lit part is
+    // therefore a kept picture whose middle is stretched to the height needed. All of it lies on whole
+    // device pixels, so that all bars are equally wide.
+    void drawLit(QPainter& painter) {
+        const QRect bar = Paint::pixelsOf(painter, track());
+        const int lit =
+            static_cast<int>(std::round(litHeight(fill.position()) / track().height() * bar.height()));
+        if (lit < 1) return;
+        const double ratio = Paint::ratioOf(painter);
+        const int end = std::min((bar.width() + 1) / 2, lit / 2);
+        const int margin = static_cast<int>(std::ceil(glow * ratio));
+        if (const PictureKind kind{bar.width(), end, ratio}; picture.isNull() || kind != pictured) {
+            picture = litPicture(kind, margin);
+            pictured = kind;
+        }
+        const QRect place(bar.left(), bar.bottom() + 1 - lit, bar.width(), lit);
+        Paint::drawStretched(painter, place.adjusted(-margin, -margin, margin, margin), picture,
+                             {margin, margin + end});
+    }
+
+    QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
+    QString valueText() const override {
+        return std::isfinite(level) ? Formats::decibels(level) : QStringLiteral("—");
+    }
+    std::optional<MeterLevel> meteredLevel() const override {
+        return MeterLevel{emptyLevel + fractionOf(level) * (fullLevel - emptyLevel), emptyLevel, fullLevel};
+    }
+
+protected:
+    void paint(QPainter&) override {}
+
+private:
+    struct PictureKind {
+        int width;
+        int end;  // height of the rounded ends
+        double ratio;
+
+        bool operator==(const PictureKind&) const = default;
+    };
+
+    static QPixmap litPicture(const PictureKind& kind, int margin) {
+        const QString key = Paint::keyOf("lit meter", {double(kind.width), double(kind.end), kind.ratio}, {});
+        return Paint::kept(key, [&] {
+            QPixmap pixmap(kind.width + 2 * margin, pictureHeight + 2 * margin);
+            pixmap.fill(Qt::transparent);
+            QPainter canvas(&pixmap);
+            canvas.setRenderHint(QPainter::Antialiasing);
+            drawLitBar(canvas, QRectF(margin, margin, kind.width, pictureHeight), kind.end,
+                       glowBlur * kind.ratio);
+            return pixmap;
+        });
+    }
+
+    QRectF track() const {
+        return {x() + (width() - barWidth) / 2, double(y() + glow), barWidth, double(height() - 2 * glow)};
+    }
+
+    double litHeight(double fraction) const { return std::round(fraction * (height() - 2 * glow)); }
+
+    // The gradient spans the lit part, so that all of it changes with its height. Above it nothing changes.
+    void showFill() {
+        const double before = litHeight(std::exchange(drawn, fill.position()));
+        const double now = litHeight(drawn);
+        if (now != before) moved(static_cast<int>(std::max(before, now)) + 2 * glow);
+    }
+
+    double barWidth;
+    const std::function<void(int)> moved;
+    float level = -std::numeric_limits<float>::infinity();
+    Animation fill{Animation::Kind::even, 0, *this, [this] { showFill(); }};
+    double drawn = 0;  // the fraction at the last repaint
+    QPixmap picture;   // of the lit part
+    PictureKind pictured{};
+};
+
+MeterBars::MeterBars(const QStringList& names, const Look& look, Paint::Drawing ground, QWidget* parent)
+    : QWidget(parent)
+    , look(look)
+    , drawGround(std::move(ground)) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    for (const QString& name : names) {
+        bars.push_back(new Bar(
+            look.width, [this](int changed) { update(0, height() - changed, width(), changed); }, parent));
+        bars.back()->setAccessibleName(name);
+    }
+    raise();
+    setFixedWidth(static_cast<int>(std::ceil(look.width)) + (static_cast<int>(bars.size()) - 1) * look.pitch +
+                  2 * glow);
+}
+
+double MeterBars::fractionOf(float level) {
+    if (!std::isfinite(level)) return 0;
+    return std::clamp((level - emptyLevel) / (fullLevel - emptyLevel), 0.0, 1.0);
+}
+
+void MeterBars::setLevels(const std::vector<float>& levels) {
+    for (std::size_t i = 0; i < std::min(levels.size(), bars.size()); ++i)
+        bars[i]->setLevel(levels[i]);
+}
+
+void MeterBars::setGrowth(double factor) {
+    growth = factor;
+    for (Bar* const bar : bars)
+        bar->setBarWidth(look.width * factor);
+    placeBars();
+    outdateGround();
+}
+
+void MeterBars::outdateGround() {
+    ground.outdate();
+    update();
+}
+
+void MeterBars::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    ground.draw(painter, rect(), [this](QPainter& canvas) {
+        canvas.translate(-pos());
+        drawGround(canvas);
+        for (const Bar* const bar : bars)
+            bar->drawTrack(canvas);
+    });
+    painter.translate(-pos());
+    for (Bar* const bar : bars)
+        bar->drawLit(painter);
+}
+
+void MeterBars::moveEvent(QMoveEvent*) { placeBars(); }
+
+void MeterBars::resizeEvent(QResizeEvent*) { placeBars(); }
+
+void MeterBars::placeBars() {
+    const double pitch = growth * look.pitch;
+    const int each = static_cast<int>(std::ceil(growth * look.width)) + 2 * glow;
+    double left = x() + (width() - each - pitch * (static_cast<double>(bars.size()) - 1)) / 2;
+    for (Bar* const bar : bars) {
+        bar->setGeometry(static_cast<int>(std::round(left)), y(), each, height());
+        left += pitch;
+    }
+}
+
+}  // namespace Kit
