@@ -207,6 +207,12 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
     setMinimumSize(200, 130);
 }
 
+// All of the face is in proportion to its size.
+void AnalogVU::setGrowth(double factor) {
+    captionGrowth = factor;
+    update();
+}
+
 double AnalogVU::needleAngle(double vu) {
     if (!std::isfinite(vu)) return restingAngle;
     const double part = std::pow(10, vu / 20) / std::pow(10, fullScale / 20);
@@ -231,7 +237,7 @@ void AnalogVU::setLevel(float value) {
 }
 
 QRectF AnalogVU::bezel() const {
-    const QRectF room = QRectF(rect()).adjusted(0, 0, 0, -captionHeight);
+    const QRectF room = QRectF(rect()).adjusted(0, 0, 0, -captionHeight * captionGrowth);
     const double tallest = (room.width() - 2 * bezelWidth) / leastAspect + 2 * bezelWidth;
     const double spare = std::max(0.0, std::floor((room.height() - tallest) / 2));
     return room.adjusted(0, spare, 0, -spare);
@@ -289,10 +295,14 @@ void AnalogVU::paint(QPainter& painter) {
     const bool peak = vu() > fullScale;
     if (peak) Paint::dropShadow(painter, peakLamp(), 3.5, {red(), 8, 0});
     Paint::fill(painter, peakLamp(), 3.5, peak ? Theme::rgb(1, 0.16, 0.1) : Theme::rgb(0.35, 0.12, 0.08));
-    const QRectF caption(0, bezel().bottom() + 6, width(), captionHeight - 6);
+    const QRectF caption(0, bezel().bottom() + 6, width(), captionHeight * captionGrowth - 6);
     Paint::cached(painter, label, caption, [&](QPainter& canvas) {
         Paint::text(canvas, QRectF(QPointF(), caption.size()), Qt::AlignCenter, label,
-                    {Theme::font(11, QFont::Normal, 2), Theme::secondary, {}, false, true});
+                    {Theme::font(11 * captionGrowth, QFont::Normal, 2 * captionGrowth),
+                     Theme::secondary,
+                     {},
+                     false,
+                     true});
     });
 }
 

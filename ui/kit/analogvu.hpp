@@ -20,6 +20,8 @@ public:
     /// Degrees from straight up, positive to the right: -50 for silence, 50 at +3 VU, at most 54.
     static double needleAngle(double vu);
 
+    void setGrowth(double factor) override;
+
     QAccessible::Role accessibleRole() const override { return QAccessible::ProgressBar; }
     QString valueText() const override;
 
@@ -40,6 +42,7 @@ private:
     const QString label;
     const float reference;
     float level;
+    double captionGrowth = 1;
     Animation needle;
     double drawnAngle;
     QWidget* needleArea;

@@ -13,6 +13,7 @@ namespace Kit {
 Caption::Caption(const QString& text, const QFont& font, const QColor& color, QWidget* parent)
     : QWidget(parent)
     , text(text)
+    , usualFont(font)
     , font(font)
     , color(color) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -35,6 +36,12 @@ void Caption::setColor(const QColor& value) {
 void Caption::reserveFor(const QString& value) {
     reserved = value;
     updateGeometry();
+}
+
+void Caption::setGrowth(double factor) {
+    font = Theme::grown(usualFont, factor);
+    updateGeometry();
+    update();
 }
 
 QSize Caption::sizeHint() const {

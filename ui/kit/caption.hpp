@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/kit/growing.hpp"
+
 #include <QColor>
 #include <QFont>
 #include <QString>
@@ -10,7 +12,7 @@
 namespace Kit {
 
 /// A line of text. Where its layout gives it less room than the text needs, the text is elided.
-class Caption : public QWidget {
+class Caption : public QWidget, public Growing {
 public:
     Caption(const QString& text, const QFont& font, const QColor& color, QWidget* parent);
 
@@ -25,6 +27,8 @@ public:
     /// Reserves the width of `text`, so that the layout does not move when a shorter one is shown.
     void reserveFor(const QString& text);
 
+    void setGrowth(double factor) override;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -34,7 +38,8 @@ protected:
 private:
     QString text;
     QString reserved;
-    const QFont font;
+    const QFont usualFont;
+    QFont font;
     QColor color;
     bool tabular = false;
     bool shadowed = false;

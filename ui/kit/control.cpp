@@ -13,7 +13,21 @@ Control::Control(QWidget* parent)
     setAttribute(Qt::WA_Hover, false);
 }
 
-Control::Outline Control::outline() const { return {rect(), 7}; }
+Control::Outline Control::outline() const { return {area(), 7}; }
+
+Control::Outline Control::grownOutline() const {
+    const Outline usual = outline();
+    return {grown(usual.shape), usual.radius * factor};
+}
+
+void Control::setGrowth(double value) {
+    if (factor == value) return;
+    factor = value;
+    updateGeometry();
+    update();
+}
+
+QRectF Control::grown(const QRectF& place) const { return {grown(place.topLeft()), place.size() * factor}; }
 
 void Control::stateChanged() {
     update();
@@ -36,6 +50,7 @@ void Control::paintEvent(QPaintEvent*) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const bool disabledAlone = !isEnabled() && (!parentWidget() || parentWidget()->isEnabled());
     painter.setOpacity(disabledAlone ? 0.4 * opacity : opacity);
+    painter.scale(factor, factor);
     paint(painter);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/kit/focusring.hpp"
+#include "ui/kit/growing.hpp"
 
 #include <QAccessible>
 #include <QWidget>
@@ -10,9 +11,14 @@ namespace Kit {
 /// What all controls share: a drawing step, hover, a focus ring for keyboard users, and a name,
 /// role and value for screen readers. A control does not change what it shows by itself: it reports
 /// what the user wants through its callbacks, and its owner sets the new state.
-class Control : public QWidget {
+///
+/// A control draws itself in `area`, in logical pixels of its usual size. When it has grown, the widget
+/// is larger than that by `growth`.
+class Control : public QWidget, public Growing {
 public:
     explicit Control(QWidget* parent);
+
+    void setGrowth(double factor) override;
 
     virtual QAccessible::Role accessibleRole() const = 0;
     virtual QString valueText() const { return {}; }
@@ -47,6 +53,13 @@ protected:
 
     virtual void paint(QPainter& painter) = 0;
 
+    double growth() const { return factor; }
+    QRectF area() const { return {0, 0, width() / factor, height() / factor}; }
+
+    /// From the area to the widget.
+    QRectF grown(const QRectF& place) const;
+    QPointF grown(QPointF place) const { return place * factor; }
+
     /// What the focus ring surrounds.
     virtual Outline outline() const;
 
@@ -64,10 +77,13 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    Outline grownOutline() const;
+
     bool hovered = false;
     bool reachedByKeyboard = false;
-    FocusRing ring{*this, [this] { return outline(); }};
+    FocusRing ring{*this, [this] { return grownOutline(); }};
     double opacity = 1;
+    double factor = 1;  // growth
 };
 
 }  // namespace Kit

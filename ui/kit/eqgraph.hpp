@@ -96,6 +96,9 @@ public:
 
     EQPlot plot() const;
 
+    /// Its pixels are computed for its size: it becomes larger, but its labels and lines do not.
+    void setGrowth(double /*factor*/) override {}
+
     /// The centre of the handle in the widget.
     QPointF placeOf(const Handle& handle) const;
 

@@ -50,7 +50,14 @@ Fader::Fader(const QString& title, Range range, double defaultValue, Format form
     for (int i = 1; i <= look.levels; ++i)
         names << QStringLiteral("%1, nível %2").arg(title).arg(i);
     bars = new MeterBars(
-        names, {barWidth, barPitch}, [this](QPainter& painter) { drawSlider(painter); }, this);
+        names, {barWidth, barPitch},
+        [this](QPainter& painter) {
+            painter.save();
+            painter.scale(growth(), growth());
+            drawSlider(painter);
+            painter.restore();
+        },
+        this);
 }
 
 QSize Fader::sizeHint() const { return minimumSize(); }
@@ -59,8 +66,9 @@ void Fader::resizeEvent(QResizeEvent*) {
     if (!bars) return;
     constexpr int glow = MeterBars::glow;
     const QRect room = track().toRect().adjusted(0, barPadding - glow, 0, glow - barPadding);
-    const double left = room.left() + centreOfBars - bars->width() / 2.0;
-    bars->setGeometry(static_cast<int>(std::round(left)), room.top(), bars->width(), room.height());
+    const double left = growth() * (room.left() + centreOfBars) - bars->width() / 2.0;
+    const QRect place = grown(QRectF(0, room.top(), 0, room.height())).toRect();
+    bars->setGeometry(static_cast<int>(std::round(left)), place.top(), bars->width(), place.height());
 }
 
 void Fader::setLevels(const std::vector<float>& levels) {
@@ -71,12 +79,12 @@ double Fader::stepSize() const { return range.extent() > wideRange ? wideStep : 
 
 QRectF Fader::track() const {
     const double top = look.labelsBelow ? 0 : labels;
-    return {0, top, controlWidth, double(height() - labels)};
+    return {0, top, controlWidth, area().height() - labels};
 }
 
 QRectF Fader::readOut() const {
     const double top = look.labelsBelow ? track().bottom() + labelGap : 0;
-    return {0, top + labelLine, double(width()), labelLine};
+    return {0, top + labelLine, controlWidth, labelLine};
 }
 
 Control::Outline Fader::outline() const { return {track(), trackRadius}; }
@@ -97,7 +105,7 @@ QRectF Fader::cap() const {
 bool Fader::isBright() const { return isHovered() || isDragging(); }
 
 double Fader::dragged(double start, QPointF translation, Qt::KeyboardModifiers) const {
-    return start - range.extent() * translation.y() / (track().height() - outsideTravel);
+    return start - range.extent() * translation.y() / growth() / (track().height() - outsideTravel);
 }
 
 void Fader::paint(QPainter& painter) {

@@ -29,7 +29,7 @@ public:
 
     void setLevels(const std::vector<float>& levels);
 
-    /// The height, in the fader, of the middle of the cap at that value.
+    /// The place of the middle of the cap at that value, below the top of a fader of its usual size.
     double placeOf(double value) const;
 
     double stepSize() const override;

@@ -1,10 +1,13 @@
 #include "ui/kit/housestyle.hpp"
 
+#include "ui/kit/compositing.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
 #include "ui/kit/text.hpp"
 
+#include <QEvent>
 #include <QMenu>
+#include <QPainterPath>
 #include <QStyleOption>
 
 namespace Kit {
@@ -22,11 +25,15 @@ constexpr double markSize = 11;
 
 bool isTip(const QWidget* widget) { return widget && widget->inherits("QTipLabel"); }
 
-void drawPanel(QPainter& painter, const QRectF& bounds) {
+QRectF panelIn(const QRectF& bounds) {
     constexpr int room = HouseStyle::shadowRoom;
+    return bounds.adjusted(room, room - 2, -room, -room - 2);
+}
+
+void drawPanel(QPainter& painter, const QRectF& bounds) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF panel = Paint::snapped(painter, bounds.adjusted(room, room - 2, -room, -room - 2));
+    const QRectF panel = Paint::snapped(painter, panelIn(bounds));
     Paint::dropShadow(painter, panel, cornerRadius, {Theme::black(0.6), 6, 3});
     Paint::fill(painter, panel, cornerRadius, Theme::vertical(panel, Theme::panelTop, Theme::panelBottom));
     Paint::edge(painter, panel, cornerRadius, Theme::rim(panel));
@@ -78,6 +85,18 @@ void HouseStyle::polish(QWidget* widget) {
     if (!isTip(widget) && !qobject_cast<QMenu*>(widget)) return;
     widget->setAttribute(Qt::WA_TranslucentBackground);
     widget->setFont(Theme::font(fontSize));
+    widget->installEventFilter(this);
+}
+
+bool HouseStyle::eventFilter(QObject* watched, QEvent* event) {
+    const bool changes = event->type() == QEvent::Show || event->type() == QEvent::Resize;
+    if (changes && !isComposited()) {
+        auto* const popup = static_cast<QWidget*>(watched);
+        QPainterPath shape;
+        shape.addRoundedRect(panelIn(popup->rect()), cornerRadius, cornerRadius);
+        popup->setMask(QRegion(shape.toFillPolygon().toPolygon()));
+    }
+    return QProxyStyle::eventFilter(watched, event);
 }
 
 int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {

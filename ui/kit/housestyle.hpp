@@ -19,6 +19,9 @@ public:
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
 
+    /// Without a compositor their windows end at the panel: there would be black around it.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
     /// Room for the shadow around the panel of a menu.
     static constexpr int shadowRoom = 10;
 

@@ -18,9 +18,9 @@ IconButton::IconButton(QString symbol, const QString& meaning, double iconSize, 
 
 void IconButton::paint(QPainter& painter) {
     if (isHovered() || isPressed())
-        Paint::fill(painter, Paint::snapped(painter, rect()), 7, Theme::white(isPressed() ? 0.10 : 0.06));
+        Paint::fill(painter, Paint::snapped(painter, area()), 7, Theme::white(isPressed() ? 0.10 : 0.06));
     QRectF icon(0, 0, iconSize, iconSize);
-    icon.moveCenter(QRectF(rect()).center());
+    icon.moveCenter(area().center());
     Symbols::draw(painter, symbol, icon, isHovered() || isPressed() ? Theme::text : Theme::secondary);
 }
 

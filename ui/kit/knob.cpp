@@ -46,8 +46,7 @@ Knob::Knob(QString title, Range range, double defaultValue, double step, Format 
            QWidget* parent)
     : ValueControl(range, defaultValue, step, std::move(format), parent)
     , title(std::move(title))
-    , look(std::move(look))
-    , usualSize(this->look.size) {
+    , look(std::move(look)) {
     setAccessibleName(this->title);
     setFixedSize(Knob::sizeHint());
 }
@@ -56,11 +55,6 @@ void Knob::setTitle(const QString& text) {
     if (title == text) return;
     title = text;
     update();
-}
-
-void Knob::setGrowth(double factor) {
-    look.size = usualSize * factor;
-    setFixedSize(Knob::sizeHint());
 }
 
 QSize Knob::sizeHint() const {
@@ -72,10 +66,10 @@ QSize Knob::sizeHint() const {
 }
 
 QRectF Knob::readOut() const {
-    return {0, dial().bottom() + 2, double(width()), readOutHeight(look.size) - 2};
+    return {0, dial().bottom() + 2, area().width(), readOutHeight(look.size) - 2};
 }
 
-QRectF Knob::dial() const { return {(width() - look.size) / 2, 2, look.size, look.size}; }
+QRectF Knob::dial() const { return {(area().width() - look.size) / 2, 2, look.size, look.size}; }
 
 // The ring lies in the recess around the cap.
 Control::Outline Knob::outline() const {
@@ -85,7 +79,7 @@ Control::Outline Knob::outline() const {
 
 QRect Knob::editorPlace() const {
     constexpr int editorHeight = 22;
-    QRect place(0, 0, width(), editorHeight);
+    QRect place(0, 0, static_cast<int>(area().width()), editorHeight);
     place.moveCenter(readOut().center().toPoint());
     return place;
 }
@@ -98,7 +92,7 @@ double Knob::dragged(double start, QPointF translation, Qt::KeyboardModifiers mo
 // for a while after the last key or notch.
 void Knob::showTag() {
     constexpr double aboveDial = 11;
-    tag.show(valueText(), dial().center() - QPointF(0, dial().height() / 2 - aboveDial));
+    tag.show(valueText(), grown(dial().center() - QPointF(0, dial().height() / 2 - aboveDial)));
 }
 
 void Knob::updateTag() {
@@ -296,7 +290,7 @@ void Knob::drawTexts(QPainter& painter) const {
     if (!isEditing())
         Paint::text(painter, number, Qt::AlignCenter, valueText(),
                     {Theme::font(readOutSize(look.size), QFont::Medium), Theme::text, {}, true});
-    const QRectF caption(0, number.bottom(), width(), captionHeight(look.size));
+    const QRectF caption(0, number.bottom(), area().width(), captionHeight(look.size));
     Paint::text(painter, caption, Qt::AlignCenter, title.toUpper(),
                 {Theme::font(captionSize(look.size), QFont::DemiBold, 2), Theme::secondary, {}, false, true});
 }

@@ -27,9 +27,6 @@ public:
     /// Changes the caption. Neither the size of the knob nor its accessible name changes.
     void setTitle(const QString& title);
 
-    /// Draws the knob larger than its look says.
-    void setGrowth(double factor);
-
     QSize sizeHint() const override;
 
 protected:
@@ -61,8 +58,7 @@ private:
     void linger();
 
     QString title;
-    Look look;
-    const double usualSize;
+    const Look look;
     Tag tag{this};
     QBasicTimer lingering;  // runs for a while after a key or a notch
 };

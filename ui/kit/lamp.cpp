@@ -33,7 +33,7 @@ void LampSwitch::setOn(bool value) {
 }
 
 void LampSwitch::paint(QPainter& painter) {
-    const QRectF body = Paint::snapped(painter, QRectF(rect()).adjusted(1, 1, -1, -1));
+    const QRectF body = Paint::snapped(painter, area().adjusted(1, 1, -1, -1));
     Paint::fill(painter, body, 4, isPressed() ? Theme::rgb(0.16, 0.17, 0.20) : Theme::rgb(0.20, 0.21, 0.25));
     Paint::edge(painter, body, 4, Theme::white(isHovered() ? 0.24 : 0.12));
     drawLamp(painter, body, Theme::accent, on);

@@ -44,6 +44,8 @@ public:
         setAttribute(Qt::WA_TransparentForMouseEvents);
     }
 
+    void setBarWidth(double width) { barWidth = width; }
+
     void setLevel(float value) {
         level = value;
         fill.moveTo(fractionOf(value));
@@ -119,7 +121,7 @@ private:
         if (now != before) moved(static_cast<int>(std::max(before, now)) + 2 * glow);
     }
 
-    const double barWidth;
+    double barWidth;
     const std::function<void(int)> moved;
     float level = -std::numeric_limits<float>::infinity();
     Animation fill{Animation::Kind::even, 0, *this, [this] { showFill(); }};
@@ -154,6 +156,14 @@ void MeterBars::setLevels(const std::vector<float>& levels) {
         bars[i]->setLevel(levels[i]);
 }
 
+void MeterBars::setGrowth(double factor) {
+    growth = factor;
+    for (Bar* const bar : bars)
+        bar->setBarWidth(look.width * factor);
+    placeBars();
+    outdateGround();
+}
+
 void MeterBars::outdateGround() {
     ground.outdate();
     update();
@@ -177,10 +187,12 @@ void MeterBars::moveEvent(QMoveEvent*) { placeBars(); }
 void MeterBars::resizeEvent(QResizeEvent*) { placeBars(); }
 
 void MeterBars::placeBars() {
-    QRect place(pos(), QSize(static_cast<int>(std::ceil(look.width)) + 2 * glow, height()));
+    const double pitch = growth * look.pitch;
+    const int each = static_cast<int>(std::ceil(growth * look.width)) + 2 * glow;
+    double left = x() + (width() - each - pitch * (static_cast<double>(bars.size()) - 1)) / 2;
     for (Bar* const bar : bars) {
-        bar->setGeometry(place);
-        place.translate(look.pitch, 0);
+        bar->setGeometry(static_cast<int>(std::round(left)), y(), each, height());
+        left += pitch;
     }
 }
 

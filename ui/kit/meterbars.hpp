@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/kit/growing.hpp"
 #include "ui/kit/pictures.hpp"
 
 #include <QStringList>
@@ -12,7 +13,7 @@ namespace Kit {
 /// Bars side by side, each from -60 dB (empty) to +6 dB (full). The widget is larger than the bars by
 /// `glow` on all sides, so that the glow of their lit parts is not cut off. It is opaque: when a level
 /// changes, the toolkit repaints this widget alone and nothing behind it.
-class MeterBars final : public QWidget {
+class MeterBars final : public QWidget, public Growing {
 public:
     static constexpr int glow = 5;
 
@@ -27,6 +28,8 @@ public:
 
     /// In dB. A level that is not finite means silence.
     void setLevels(const std::vector<float>& levels);
+
+    void setGrowth(double factor) override;
 
     /// What `ground` draws has changed. The toolkit does not repaint an opaque widget with its parent.
     void outdateGround();
@@ -47,6 +50,7 @@ private:
     const Look look;
     const Paint::Drawing drawGround;
     Paint::Ground ground;
+    double growth = 1;
     std::vector<Bar*> bars;
 };
 

@@ -21,7 +21,7 @@ NumberEditor::NumberEditor(ValueControl& control)
     , control(control)
     , tag(&control) {
     setFrame(false);
-    setFont(Theme::font(11));
+    setGrowth(1);
     setTextMargins(padding, 0, padding, 0);
     setAlignment(Qt::AlignCenter);
     setStyleSheet(QStringLiteral("background: transparent; color: %1; selection-background-color: %2;")
@@ -29,6 +29,8 @@ NumberEditor::NumberEditor(ValueControl& control)
     connect(this, &QLineEdit::textEdited, this, [this] { preview(); });
     hide();
 }
+
+void NumberEditor::setGrowth(double factor) { setFont(Theme::font(11 * factor)); }
 
 // A decimal comma is a point. Of what is no part of a number, only a k at the end counts, also before "Hz".
 std::optional<double> NumberEditor::parse(const QString& typed) {

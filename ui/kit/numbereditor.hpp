@@ -24,6 +24,7 @@ public:
     /// Covers `place` of the control. With `replaces`, typing replaces the text.
     void begin(const QString& text, const QRect& place, bool replaces);
     void end(bool commit);
+    void setGrowth(double factor);
     bool isActive() const { return active; }
 
     /// Tab or Shift+Tab has committed the text.

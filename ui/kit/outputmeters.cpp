@@ -53,7 +53,8 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
 }
 
 void OutputMeters::resizeEvent(QResizeEvent*) {
-    constexpr int inset = wellPadding - MeterBars::glow;
+    const double growth = double(field->width()) / wellWidth;
+    const int inset = static_cast<int>(std::round(growth * (wellPadding - MeterBars::glow)));
     bars->setGeometry(field->rect().adjusted(inset, inset, -inset, -inset));
 }
 

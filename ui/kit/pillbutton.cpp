@@ -77,18 +77,18 @@ QSize PillButton::sizeHint() const {
     for (const QString& other : reserved)
         width = std::max(width, labelWidth(other));
     const double lineHeight = std::round(m.font * 1.25);
-    return {static_cast<int>(std::ceil(width + 2 * (m.horizontal + bezelWidth))),
-            static_cast<int>(std::ceil(lineHeight + 2 * (m.vertical + bezelWidth)))};
+    return {static_cast<int>(std::ceil(growth() * (width + 2 * (m.horizontal + bezelWidth)))),
+            static_cast<int>(std::ceil(growth() * (lineHeight + 2 * (m.vertical + bezelWidth))))};
 }
 
-Control::Outline PillButton::outline() const { return {rect(), height() / 2.0}; }
+Control::Outline PillButton::outline() const { return {area(), area().height() / 2}; }
 
 void PillButton::paint(QPainter& painter) {
-    const QRectF outer = rect();
+    const QRectF outer = area();
     const bool pushed = on || isPressed();
     const QString state =
         QStringLiteral("pill %1%2%3").arg(int(on)).arg(int(isPressed())).arg(int(isHovered()));
-    Paint::cached(painter, state, rect(), [&](QPainter& canvas) {
+    Paint::cached(painter, state, outer, [&](QPainter& canvas) {
         Paint::fill(canvas, outer, outer.height() / 2, Theme::well);
         Paint::innerShadow(canvas, outer, outer.height() / 2, {Theme::black(0.75), 3, 2});
         const QRectF body = outer.adjusted(bezelWidth, bezelWidth, -bezelWidth, -bezelWidth);

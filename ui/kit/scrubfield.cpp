@@ -81,11 +81,11 @@ void ScrubField::keyPressEvent(QKeyEvent* event) {
 }
 
 void ScrubField::paint(QPainter& painter) {
-    const QRectF field = Paint::snapped(painter, rect());
+    const QRectF field = Paint::snapped(painter, area());
     Paint::well(painter, field, 7);
     if (isEditing()) return Paint::edge(painter, field, 7, Theme::faded(Theme::accent, 0.6));
     if (isHovered() || isDragging()) Paint::edge(painter, field, 7, Theme::white(0.14));
-    Paint::text(painter, QRectF(rect()).adjusted(padding, 0, -padding, 0), Qt::AlignCenter, valueText(),
+    Paint::text(painter, area().adjusted(padding, 0, -padding, 0), Qt::AlignCenter, valueText(),
                 {Theme::font(11), Theme::text, {}, true});
 }
 

@@ -35,10 +35,10 @@ void Tab::setSelected(bool value) {
     stateChanged();
 }
 
-Control::Outline Tab::outline() const { return {rect(), height() / 2.0}; }
+Control::Outline Tab::outline() const { return {area(), area().height() / 2}; }
 
 void Tab::paint(QPainter& painter) {
-    const QRectF capsule = Paint::snapped(painter, rect());
+    const QRectF capsule = Paint::snapped(painter, area());
     if (selected)
         Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.09));
     else if (isPressed())

@@ -58,7 +58,7 @@ void drawShadow(QPainter& painter, QPointF start, const QString& text, const Tex
 void drawShade(QPainter& painter, QPointF start, const QString& text, const TextStyle& style) {
     constexpr double broader = 1.5;
     const auto draw = [&](QPointF place, const QString& letters) {
-        drawShadow(painter, place, letters, style, {Theme::black(0.75), 5, 0},
+        drawShadow(painter, place, letters, style, {Theme::black(0.65), 5, 0},
                    {{-broader, 0}, {broader, 0}, {0, -broader}, {0, broader}, {}});
     };
     if (style.tabularDigits)

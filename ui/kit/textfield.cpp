@@ -12,12 +12,13 @@ constexpr double cornerRadius = 8;
 }  // namespace
 
 TextField::TextField(const QString& placeholder, QSize size, double fontSize, QWidget* parent)
-    : QLineEdit(parent) {
+    : QLineEdit(parent)
+    , usualFont(Theme::font(fontSize)) {
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
     setFixedSize(size);
     setFrame(false);
-    setFont(Theme::font(fontSize));
+    setFont(usualFont);
     setTextMargins(padding, 0, padding, 0);
     QPalette colors = palette();
     colors.setColor(QPalette::Base, Qt::transparent);
@@ -27,6 +28,8 @@ TextField::TextField(const QString& placeholder, QSize size, double fontSize, QW
     colors.setColor(QPalette::HighlightedText, Theme::well);
     setPalette(colors);
 }
+
+void TextField::setGrowth(double factor) { setFont(Theme::grown(usualFont, factor)); }
 
 void TextField::paintEvent(QPaintEvent* event) {
     {

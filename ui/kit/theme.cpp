@@ -47,6 +47,12 @@ QFont font(double size, QFont::Weight weight, double tracking) {
     return sized(family, size, weight, tracking);
 }
 
+QFont grown(QFont font, double factor) {
+    font.setPointSizeF(font.pointSizeF() * factor);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, font.letterSpacing() * factor);
+    return font;
+}
+
 QFont titleFont(double size, double tracking) {
     // Some systems list the font by its own name, others by that of its family.
     static const QString installed = [] {

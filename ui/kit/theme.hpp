@@ -30,7 +30,6 @@ inline const QColor tick = rgb(0.68, 0.70, 0.75);
 inline const QColor accent = rgb(1.0, 0.42, 0.10);
 inline const QColor accentSoft = faded(accent, 0.16);
 inline const QColor legible = black(0.42);  // on the backdrop: a ground on which `secondary` can be read
-inline const QColor strip = black(0.24);    // the same on the lower part of a panel
 inline const QColor good = rgb(0.35, 0.85, 0.45);
 inline const QColor error = rgb(1.0, 0.27, 0.23);
 
@@ -43,6 +42,8 @@ QLinearGradient vertical(const QRectF& bounds, const QColor& top, const QColor& 
 
 /// The font of all texts; `tracking` is added between letters.
 QFont font(double size, QFont::Weight weight = QFont::Normal, double tracking = 0);
+
+QFont grown(QFont font, double factor);
 
 /// The title's own font where it is installed, else the font of all texts, widened.
 QFont titleFont(double size, double tracking);

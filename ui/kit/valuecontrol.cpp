@@ -142,7 +142,8 @@ void ValueControl::beginEditing(const QString& text, bool replaces) {
         editor = new NumberEditor(*this);
         editor->onTab = [this](bool forward) { leaveEditor(forward); };
     }
-    editor->begin(text, editorPlace(), replaces);
+    editor->setGrowth(growth());
+    editor->begin(text, grown(QRectF(editorPlace())).toRect(), replaces);
 }
 
 void ValueControl::leaveEditor(bool forward) { focusNextPrevChild(forward); }

@@ -100,7 +100,7 @@ void MenuButton::keyPressEvent(QKeyEvent* event) {
 }
 
 void MenuButton::paint(QPainter& painter) {
-    const QRectF field = Paint::snapped(painter, rect());
+    const QRectF field = Paint::snapped(painter, area());
     Paint::well(painter, field, 8);
     if (isHovered()) Paint::edge(painter, field, 8, Theme::white(0.14));
     const QRectF arrow(field.right() - horizontalPadding - arrowSize, field.center().y() - arrowSize / 2,

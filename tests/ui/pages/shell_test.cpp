@@ -1,5 +1,6 @@
 #include "tests/ui/pages/desk.hpp"
 
+#include "ui/kit/fader.hpp"
 #include "ui/kit/panel.hpp"
 #include "ui/kit/textfield.hpp"
 #include "ui/pages/shared/room.hpp"
@@ -105,6 +106,11 @@ TEST(ShellTest, TheContentGrowsAndStaysInTheMiddleOfALargeWindow) {
     EXPECT_EQ(panel.bottomRight(), QPoint(2560, 1440) - QPoint(free.width() + 33, free.height() + 25));
     EXPECT_EQ(placeOf(*desk.all<LogoTitle>().at(0)).topLeft() + QPoint(LogoTitle::bleed, LogoTitle::bleed),
               QPoint(free.width() + 32, free.height() + 34));
+    QWidget& fader = *desk.all<Kit::Fader>().at(0);
+    EXPECT_EQ(fader.width(), 100) << "25/16 of its usual width";
+    desk.view.resize(Room::usual);
+    EXPECT_EQ(fader.width(), 64);
+    EXPECT_EQ(desk.all<Kit::Panel>().at(0)->size(), usual);
 }
 
 TEST(ShellTest, AClickOnTheLogoWithAltAndControlTogglesTheTechnicalMode) {

@@ -1,8 +1,8 @@
 #include "ui/pages/shared/pageview.hpp"
 
-#include "ui/kit/knob.hpp"
-
+#include <algorithm>
 #include <cmath>
+#include <ranges>
 
 namespace Corvane {
 
@@ -40,6 +40,7 @@ void PageView::resizeEvent(QResizeEvent* event) {
             remember(&panel->content());
         }
     }
+    growth.undo();
     const Room room = Room::in(window()->size());
     const auto eased = [&room](int gap) {
         return room.between(static_cast<int>(std::lround(tightShare * gap)), gap);
@@ -49,13 +50,17 @@ void PageView::resizeEvent(QResizeEvent* event) {
                                    eased(margins.bottom()));
         layout->setSpacing(layout->direction() == QBoxLayout::TopToBottom ? eased(spacing) : spacing);
     }
-    rows->setContentsMargins(rows->contentsMargins() + QMargins(room.beside, 0, room.beside, room.above));
-    spend(room.taller);
-    for (QWidget* const each : findChildren<QWidget*>())
-        if (auto* const knob = dynamic_cast<Kit::Knob*>(each)) knob->setGrowth(room.growth);
+    const int head = window()->height() - height() - room.above;
+    const double tall = (height() - room.above) / room.growth;
+    spend(std::max(0, static_cast<int>(tall) - (Room::usual.height() - head)));
+    // The margins of the page are those of the header.
+    const QMargins margins = rows->contentsMargins();
+    growth.apply(room.growth);
+    rows->setContentsMargins(margins + QMargins(room.beside, 0, room.beside, room.above));
     // From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
-    for (Kit::Panel* const panel : panelsOfPage())
-        panel->layout()->activate();
+    const QList<QWidget*> inside = findChildren<QWidget*>();
+    for (QWidget* const each : inside | std::views::reverse)
+        if (each->layout()) each->layout()->activate();
     rows->activate();
     Surface::resizeEvent(event);
 }

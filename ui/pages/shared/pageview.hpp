@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/pages/shared/growth.hpp"
 #include "ui/pages/shared/room.hpp"
 
 #include "ui/kit/panel.hpp"
@@ -21,8 +22,8 @@ protected:
     QBoxLayout& panels() { return *rows; }
     void resizeEvent(QResizeEvent* event) override;
 
-    /// Called at each new size with what the window is higher than usual: the page gives it to its graph
-    /// and to the tracks of its faders.
+    /// Called at each new size with what the page is higher than usual, before it grows: it gives this to
+    /// its graph and to the tracks of its faders.
     virtual void spend(int /*height*/) {}
 
 private:
@@ -37,6 +38,7 @@ private:
 
     QBoxLayout* rows;
     std::vector<Gaps> usual;  // of page and panels
+    Growth growth{*this};
 };
 
 }  // namespace Corvane

@@ -7,7 +7,9 @@ namespace Corvane {
 
 namespace {
 
-constexpr QSize largest{1440, 860};  // window in which knobs have their usual size
+constexpr QSize largest{1440, 860};  // window in which a page has its usual size
+constexpr double mostGrowth = 1.6;
+constexpr double steps = 16;
 
 }  // namespace
 
@@ -19,8 +21,7 @@ Room Room::in(QSize window) {
     return {.ease = std::clamp((window.height() - lowest) / (least.height() - lowest), 0.0, 1.0),
             .beside = (window.width() - content.width()) / 2,
             .above = (window.height() - content.height()) / 2,
-            .growth = std::max(std::floor(ratio * 8) / 8, 1.0),
-            .taller = std::max(content.height() - usual.height(), 0)};
+            .growth = std::clamp(std::floor(ratio * steps) / steps, 1.0, mostGrowth)};
 }
 
 int Room::between(int tight, int usual) const {

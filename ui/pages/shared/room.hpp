@@ -12,14 +12,13 @@ struct Room {
     static constexpr QSize leastOnSmallScreen{1240, 700};
     static constexpr QSize usual{1280, 820};
 
-    /// The content grows with the window up to this size, and stays in the middle of a larger one.
-    static constexpr QSize most{1800, 1076};
+    /// The content spreads with the window up to this size, and stays in the middle of a larger one.
+    static constexpr QSize most{2304, 1376};
 
     double ease = 1;    // 1 from the least height on, 0 at the least height on a small screen
     int beside = 0;     // free at the left and at the right of the content
     int above = 0;      // free above and below the content
-    double growth = 1;  // of knobs, in steps of an eighth: each size needs pictures of its own
-    int taller = 0;     // than the usual window
+    double growth = 1;  // of all on a page, in steps of a sixteenth: each needs pictures of its own
 
     static Room in(QSize window);
 

@@ -56,7 +56,8 @@ DelayBay::DelayBay(AppModel& model, int output, QWidget* parent)
 
 void DelayBay::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const QRectF bay = rect();
+    painter.scale(growth, growth);
+    const QRectF bay(QPointF(), QSizeF(size()) / growth);
     Paint::cached(painter, QStringLiteral("delay bay"), bay, [&](QPainter& canvas) {
         Paint::recess(canvas, bay, cornerRadius, 0.36, 0.14);
         drawScales(canvas);
@@ -71,7 +72,7 @@ void DelayBay::drawScales(QPainter& painter) const {
 
 // `text`: the side of its ticks at which a label is aligned; the fader is on the other side of it.
 void DelayBay::drawScale(QPainter& painter, Qt::Alignment text, const Scale& scale) const {
-    const QRectF frame = fader->geometry();
+    const QRectF frame(QPointF(fader->pos()) / growth, QSizeF(fader->size()) / growth);
     const bool isLeft = text == Qt::AlignRight;
     const double outward = isLeft ? -1 : 1;
     const double start = isLeft ? frame.left() - tickGap : frame.right() + tickGap;

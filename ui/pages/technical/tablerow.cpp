@@ -36,7 +36,7 @@ void TableRow::setTint(const QColor& color) {
 void TableRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    Paint::fill(painter, rect(), cornerRadius, Theme::strip);
+    Paint::fill(painter, rect(), cornerRadius, Theme::black(0.32));
     if (tint.isValid()) Paint::fill(painter, rect(), cornerRadius, tint);
 }
 

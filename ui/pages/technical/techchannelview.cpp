@@ -149,10 +149,8 @@ void TechChannelView::buildGraph(QWidget* parent) {
 void TechChannelView::spend(int height) {
     strip->setMinimumHeight(strip->sizeHint().height() + height);
     const bool menusFit = isInput(channel) || height >= forMenus;
-    for (Kit::MenuButton* const menu : menus) {
+    for (Kit::MenuButton* const menu : menus)
         menu->setFixedHeight(menusFit ? usualMenu : lowMenu);
-        menu->parentWidget()->layout()->activate();
-    }
     const int toGraph = isInput(channel) || !menusFit ? height : height - forMenus;
     graph->setMaximumHeight(graphHeight + toGraph + bleed.top() + bleed.bottom());
 }

@@ -66,7 +66,8 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        Kit::drawLamp(painter, rect(), color, true);
+        painter.scale(double(width()) / dotSize, double(height()) / dotSize);
+        Kit::drawLamp(painter, {0, 0, dotSize, dotSize}, color, true);
     }
 
 private:
