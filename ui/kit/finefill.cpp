@@ -72,21 +72,23 @@ QImage filledImage(const QSize& size, const FineFill& filling) {
 constexpr int fineParts = 4;
 constexpr int fineBits = 10;
 
-std::uint32_t finePixel(const QColor& color, float white) {
-    const auto level = [white](float base) {
-        return static_cast<std::uint32_t>((base + white * (1 - base)) * 255 * fineParts + 0.5F);
-    };
-    return level(color.redF()) << 2 * fineBits | level(color.greenF()) << fineBits | level(color.blueF());
-}
-
+// The rows are longer than `size` asks for: whole tiles of noise are drawn of them.
 QImage finePicture(const QSize& size, const FineFill& filling) {
-    QImage image(size, QImage::Format_RGB30);
+    constexpr int tile = side / 2;
+    QImage image((size.width() + tile - 1) / tile * tile, size.height(), QImage::Format_RGB30);
     std::vector<float> light(static_cast<std::size_t>(size.width()), 0);
     for (int y = 0; y < size.height(); ++y) {
         if (filling.light) filling.light(size, y, light);
         const QColor color = filling.color((y + 0.5) / size.height());
-        auto* const row = reinterpret_cast<std::uint32_t*>(image.scanLine(y));
-        std::ranges::transform(light, row, [&color](float white) { return finePixel(color, white); });
+        constexpr float full = 255 * fineParts;
+        const auto pixel = [red = color.redF() * full, green = color.greenF() * full,
+                            blue = color.blueF() * full](float white) {
+            const auto level = [white](float base) {
+                return static_cast<std::uint32_t>(static_cast<int>(base + white * (full - base) + 0.5F));
+            };
+            return level(red) << 2 * fineBits | level(green) << fineBits | level(blue);
+        };
+        std::ranges::transform(light, reinterpret_cast<std::uint32_t*>(image.scanLine(y)), pixel);
     }
     return image;
 }
@@ -104,12 +106,14 @@ std::array<FineNoiseRow, side> makeFineNoise() {
     return rows;
 }
 
-// A row of pixels from one at half the resolution. `left` is the place of its first pixel.
-void enlargeRow(const std::uint32_t* half, int left, std::span<QRgb> pixels, const FineNoiseRow& noise) {
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const std::size_t x = static_cast<std::size_t>(left) + i;
-        const std::uint32_t fine = half[x / 2] + noise[x % side];
-        pixels[i] = 0xff000000 | (fine >> 6 & 0xff0000) | (fine >> 4 & 0xff00) | (fine >> 2 & 0xff);
+// One tile of a row from half as many pixels.
+void enlarge(const std::uint32_t* half, const FineNoiseRow& noise, QRgb* pixels) {
+    FineNoiseRow fine;
+    for (std::size_t i = 0; i < side; ++i)
+        fine[i] = half[i / 2];
+    for (std::size_t i = 0; i < side; ++i) {
+        const std::uint32_t sum = fine[i] + noise[i];
+        pixels[i] = 0xff000000 | (sum >> 6 & 0xff0000) | (sum >> 4 & 0xff00) | (sum >> 2 & 0xff);
     }
 }
 
@@ -121,10 +125,13 @@ void FinePicture::draw(QPainter& painter, const QRectF& shape, double radius, co
     const QRect place = pixelsOf(painter, shape);
     const QSize size = (place.size() + QSize(1, 1)) / 2;
     if (place.isEmpty()) return;
-    if (half.size() != size) half = finePicture(size, filling);
+    if (size != drawnSize) half = finePicture(size, filling);
+    drawnSize = size;
     const QPaintEngine& engine = *painter.paintEngine();
     QRegion exposed = QRect(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height()) & place;
     if (const QRegion clip = engine.systemClip(); !clip.isEmpty()) exposed &= clip;
+    if (painter.hasClipping())
+        exposed &= painter.deviceTransform().mapRect(painter.clipBoundingRect()).toAlignedRect();
     const double corner = radius * ratioOf(painter);
     painter.save();
     painter.setTransform(painter.deviceTransform().inverted(), true);
@@ -138,21 +145,26 @@ void FinePicture::draw(QPainter& painter, const QRectF& shape, double radius, co
 
 void FinePicture::drawBand(QPainter& painter, const QRect& place, const QRect& band, double corner) const {
     static const std::array<FineNoiseRow, side> fineNoise = makeFineNoise();
-    QImage image(band.size(), QImage::Format_RGB32);
     const QPoint offset = band.topLeft() - place.topLeft();
-    for (int y = 0; y < band.height(); ++y)
-        enlargeRow(reinterpret_cast<const std::uint32_t*>(half.constScanLine((offset.y() + y) / 2)),
-                   offset.x(),
-                   {reinterpret_cast<QRgb*>(image.scanLine(y)), static_cast<std::size_t>(band.width())},
-                   fineNoise[static_cast<std::size_t>((offset.y() + y) % side)]);
+    const int tile = offset.x() / side;
+    const int tiles = (offset.x() + band.width() - 1) / side + 1 - tile;
+    const QRect tiled(place.x() + tile * side, band.y(), tiles * side, band.height());
+    QImage image(tiled.size(), QImage::Format_RGB32);
+    for (int y = 0; y < band.height(); ++y) {
+        const auto* row = reinterpret_cast<const std::uint32_t*>(half.constScanLine((offset.y() + y) / 2));
+        auto* pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
+        row += tile * side / 2;
+        for (int i = 0; i < tiles; ++i, row += side / 2, pixels += side)
+            enlarge(row, fineNoise[static_cast<std::size_t>((offset.y() + y) % side)], pixels);
+    }
     painter.save();
     painter.setClipRect(band, Qt::IntersectClip);
     const double depth = std::min(band.top() - place.top(), place.bottom() - band.bottom());
     if (depth >= corner) {
-        painter.drawImage(band, image);
+        painter.drawImage(tiled.topLeft(), image);
     } else {
         QBrush brush(image);
-        brush.setTransform(QTransform::fromTranslate(band.x(), band.y()));
+        brush.setTransform(QTransform::fromTranslate(tiled.x(), tiled.y()));
         painter.setPen(Qt::NoPen);
         painter.setBrush(brush);
         painter.drawRoundedRect(place, corner, corner);

@@ -33,12 +33,16 @@ public:
     void draw(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling);
 
     /// Gives the memory back; the next `draw` makes the picture anew.
-    void drop() { half = {}; }
+    void drop() {
+        half = {};
+        drawnSize = {};
+    }
 
 private:
     void drawBand(QPainter& painter, const QRect& place, const QRect& band, double corner) const;
 
     QImage half;
+    QSize drawnSize;  // of the part of `half` that is drawn
 };
 
 /// The colour between two.

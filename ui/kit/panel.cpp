@@ -89,6 +89,14 @@ void Panel::setTrailing(QWidget* view) { header->addWidget(view, 0, Qt::AlignRig
 
 void Panel::reserveTitleRow(int height) { header->addStrut(height); }
 
+QRegion Panel::covered(const QWidget& window) {
+    QRegion area;
+    for (const QWidget* const each : window.findChildren<QWidget*>())
+        if (dynamic_cast<const Panel*>(each) && each->isVisibleTo(&window))
+            area += hiddenBy(QRect(each->mapTo(&window, QPoint()), each->size()));
+    return area;
+}
+
 void Panel::drawShadows(QPainter& painter, const QRectF& bounds) {
     const QRectF plate = Paint::snapped(painter, bounds);
     Paint::dropShadow(painter, plate, cornerRadius, {Theme::black(0.55), farBlur, farOffset});

@@ -23,6 +23,9 @@ public:
 
     QBoxLayout& content() { return *body; }
 
+    /// The area of `window` that plates cover entirely.
+    static QRegion covered(const QWidget& window);
+
     static void drawShadows(QPainter& painter, const QRectF& plate);
 
 protected:

@@ -12,8 +12,9 @@ namespace Paint {
 
 namespace {
 
-// Enough for all pictures of a window on a large screen with two device pixels per logical pixel.
-constexpr int cacheKilobytes = 96 * 1024;
+// Enough for the pictures of all pages at two device pixels per logical pixel. Those of other sizes,
+// which no page shows any longer, are the first to go.
+constexpr int cacheKilobytes = 32 * 1024;
 
 // Draws a part of a picture over `target`, which is in device pixels, without smoothing. Meters repaint
 // many small rectangles of a window at once. With all of them as the clip, or with smoothing on, the

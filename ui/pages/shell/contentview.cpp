@@ -20,6 +20,7 @@
 #include "ui/kit/control.hpp"
 
 #include <QApplication>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -145,9 +146,13 @@ void ContentView::showPage() {
     pages->setCurrentWidget(shown);
 }
 
-void ContentView::paintEvent(QPaintEvent*) {
+// Only where no plate covers it.
+void ContentView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    Kit::drawBackdrop(painter, rect());
+    for (const QRect& part : event->region() - Kit::Panel::covered(*this)) {
+        painter.setClipRect(part);
+        Kit::drawBackdrop(painter, rect());
+    }
 }
 
 void ContentView::resizeEvent(QResizeEvent*) {
