@@ -32,4 +32,6 @@ QString formatHz(double hz) {
     return QString::asprintf(hz < 10000 ? "%.2fk" : "%.1fk", hz / 1000);
 }
 
+QString spokenHz(double hz) { return QString::asprintf("%.0f Hz", hz); }
+
 }  // namespace Formats

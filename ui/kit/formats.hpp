@@ -20,5 +20,6 @@ QString spokenDelay(double ms);     // both: "2.50 ms, 85.8 cm"
 QString time(std::uint32_t ms);     // "45 ms", "1.24 s"
 QString percent(double fraction);   // "45%"
 QString formatHz(double hz);        // "999 Hz", "1.00k", "12.5k"
+QString spokenHz(double hz);        // "12500 Hz"
 
 }  // namespace Formats

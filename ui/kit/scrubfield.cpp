@@ -1,5 +1,6 @@
 #include "ui/kit/scrubfield.hpp"
 
+#include "ui/kit/formats.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
 
@@ -25,6 +26,7 @@ ScrubField::ScrubField(const QString& name, Range range, Format format, const Lo
     : ValueControl(range, range.lower, look.step, std::move(format), parent)
     , logarithmic(look.logarithmic) {
     setAccessibleName(name);
+    if (logarithmic) spokenFormat = Formats::spokenHz;
     setFixedSize(look.width, fieldHeight);
     setCursor(Qt::SizeHorCursor);
 }
@@ -47,7 +49,7 @@ double ScrubField::fineArrow() const { return logarithmic ? fineFactor : ValueCo
 void ScrubField::editValue() { beginEditing(QString::asprintf(logarithmic ? "%.0f" : "%g", base()), true); }
 
 QString ScrubField::typedText(double value) const {
-    return logarithmic ? QString::asprintf("%.0f Hz", value) : format(value);
+    return logarithmic ? Formats::spokenHz(value) : format(value);
 }
 
 // In the order of the keyboard, past the keys and menus between the fields.

@@ -38,6 +38,7 @@ TEST(AccessibilityTest, EveryControlHasItsRoleAndEveryMeterTheValueOfItsChannel)
         {"MAIN", "Preset", QAccessible::ComboBox, "1 · vazio"},
         {"MAIN", "Atualizar portas", QAccessible::Button},
         {"OUT 1", "Banda 1", QAccessible::CheckBox},
+        {"OUT 1", "LPF, frequência", QAccessible::SpinBox, "22000 Hz"},
         {"OUT 1", "Banda 1, Q", QAccessible::SpinBox, "3.00"},
     };
     Frames frames;

@@ -35,6 +35,9 @@ constexpr ColumnLook columns[] = {
 
 std::uint8_t raw(PeqType type) { return static_cast<std::uint8_t>(type); }
 
+QString gainText(const PeqValue& band) { return Formats::signedDecibels(band.gain); }
+QString qualityText(const PeqValue& band) { return QStringLiteral("Q ") + Formats::quality(band.q); }
+
 }  // namespace
 
 void editBand(AppModel& model, std::string_view channel, int band,
@@ -45,10 +48,14 @@ void editBand(AppModel& model, std::string_view channel, int band,
     });
 }
 
-QString bandText(const PeqValue& band, const QString& separator) {
-    return QStringList{Formats::formatHz(band.fc), Formats::signedDecibels(band.gain),
-                       QStringLiteral("Q ") + Formats::quality(band.q)}
-        .join(separator);
+QString bandText(const PeqValue& band) {
+    return QStringList{Formats::formatHz(band.fc), gainText(band), qualityText(band)}.join(
+        QStringLiteral(" · "));
+}
+
+QString spokenBandText(const PeqValue& band) {
+    return QStringList{Formats::spokenHz(band.fc), gainText(band), qualityText(band)}.join(
+        QStringLiteral(", "));
 }
 
 QString bandName(int band) { return QStringLiteral("Banda %1").arg(band + 1); }

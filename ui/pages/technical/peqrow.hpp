@@ -18,8 +18,8 @@ namespace Corvane {
 void editBand(AppModel& model, std::string_view channel, int band,
               const std::function<void(Wendril::PeqValue&)>& change);
 
-/// "160 Hz · +7.8 dB · Q 1.78"
-QString bandText(const Wendril::PeqValue& band, const QString& separator = QStringLiteral(" · "));
+QString bandText(const Wendril::PeqValue& band);        // "2.50k · +7.8 dB · Q 1.78"
+QString spokenBandText(const Wendril::PeqValue& band);  // "2500 Hz, +7.8 dB, Q 1.78"
 
 QString bandName(int band);  // "Banda 1" for 0
 

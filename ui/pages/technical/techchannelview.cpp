@@ -73,7 +73,7 @@ Kit::EQGraph::Handle handleOf(int band, const PeqValue& value) {
             .color = Theme::accent,
             .dimmed = value.bypass,
             .name = name,
-            .description = QStringLiteral("%1: %2%3").arg(name, bandText(value, QStringLiteral(", ")), state),
+            .description = QStringLiteral("%1: %2%3").arg(name, spokenBandText(value), state),
             .readOut = bandText(value)};
 }
 
