@@ -472,7 +472,7 @@ void EQGraph::drawCross(QPainter& painter) const {
     const QRectF area = where.area;
     const auto drawLine = [&](QPointF from, QPointF to) {
         Paint::layered(painter, QRectF(from, to).adjusted(-1, -1, 1, 1), [&](QPainter& canvas) {
-            canvas.setPen(QPen(Theme::white(0.28), 1));
+            canvas.setPen(QPen(Theme::white(0.28), 1, Qt::SolidLine, Qt::FlatCap));
             canvas.drawLine(from, to);
         });
     };
