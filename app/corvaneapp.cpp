@@ -81,6 +81,7 @@ void CorvaneApp::start() {
     motion = std::make_unique<Motion>();
     window = std::make_unique<MainWindow>(*model, true);
     window->show();
+    window->activateWindow();  // on a display without a window manager nobody else does
     awake = std::make_unique<Awake>(*model);
     portWatch = std::make_unique<PortWatch>([this] { model->refreshPorts(); });
     endSignals = std::make_unique<EndSignals>([this] { window->close(); });

@@ -25,7 +25,7 @@ std::vector<Widget*> all(const QWidget& window) {
 
 /// A caption's name is its text.
 inline QString nameOf(const QWidget& widget) {
-    if (dynamic_cast<const Kit::Announcer*>(&widget)) return {};  // it is not seen
+    if (dynamic_cast<const Kit::Announcement*>(&widget)) return {};  // it is not seen
     const auto* const caption = dynamic_cast<const Kit::Caption*>(&widget);
     return caption && widget.accessibleName().isEmpty() ? caption->shownText() : widget.accessibleName();
 }

@@ -23,6 +23,7 @@ namespace Kit {
 namespace {
 
 constexpr const char* contextProperty = "spokenContext";
+constexpr const char* roleProperty = "spokenRole";
 
 bool isTab(const Control& control) { return control.accessibleRole() == QAccessible::PageTab; }
 
@@ -44,7 +45,8 @@ public:
         if (kind == QAccessible::Name) return fullName(*control);
         const bool isValue = kind == QAccessible::Value ||
                              (kind == QAccessible::Description && !control->spokenText().isEmpty());
-        return isValue ? control->spokenText() : QAccessibleWidget::text(kind);
+        const QString text = isValue ? control->spokenText() : QAccessibleWidget::text(kind);
+        return text == control->accessibleName() ? QString() : text;
     }
 
     QAccessible::State state() const override {
@@ -67,6 +69,7 @@ protected:
     virtual QStringList ownActions() const {
         switch (control->accessibleRole()) {
         case QAccessible::Graphic:
+        case QAccessible::ProgressBar:
         case QAccessible::StaticText:
             return {};
         default:
@@ -110,31 +113,6 @@ protected:
 
 private:
     ValueControl* const control;
-};
-
-// A level is read, and cannot be set.
-class AccessibleMeter final : public AccessibleControl, public QAccessibleValueInterface {
-public:
-    explicit AccessibleMeter(Control* meter)
-        : AccessibleControl(meter)
-        , meter(meter) {}
-
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
-        return AccessibleControl::interface_cast(type);
-    }
-
-    QVariant currentValue() const override { return meter->meteredLevel().value_or(MeterLevel{}).level; }
-    void setCurrentValue(const QVariant&) override {}
-    QVariant maximumValue() const override { return meter->meteredLevel().value_or(MeterLevel{}).highest; }
-    QVariant minimumValue() const override { return meter->meteredLevel().value_or(MeterLevel{}).lowest; }
-    QVariant minimumStepSize() const override { return {}; }
-
-protected:
-    QStringList ownActions() const override { return {}; }
-
-private:
-    Control* const meter;
 };
 
 // A band of a graph or an entry of a menu.
@@ -356,11 +334,21 @@ private:
     PageStack* const stack;
 };
 
-QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
+// Screen readers look for a frame or a dialog around all that they read.
+QAccessibleInterface* plainWidget(QObject* object) {
+    auto* const widget = qobject_cast<QWidget*>(object);
+    if (!widget) return nullptr;
+    if (const QVariant role = widget->property(roleProperty); role.isValid())
+        return new QAccessibleWidget(widget, static_cast<QAccessible::Role>(role.toInt()));
+    if (!widget->isWindow()) return nullptr;
+    const bool isDialog = widget->windowType() == Qt::Dialog;
+    return new QAccessibleWidget(widget, isDialog ? QAccessible::Dialog : QAccessible::Window);
+}
+
+QAccessibleInterface* interfaceOf(const QString& kind, QObject* object) {
     if (auto* const value = dynamic_cast<ValueControl*>(object)) return new AccessibleValueControl(value);
     if (auto* const control = dynamic_cast<Control*>(object)) {
         if (auto* const parts = dynamic_cast<Parts*>(object)) return new AccessibleWithParts(control, parts);
-        if (control->meteredLevel()) return new AccessibleMeter(control);
         return new AccessibleControl(control);
     }
     if (auto* const tabs = dynamic_cast<Tabs*>(object))
@@ -372,10 +360,10 @@ QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
         return new QAccessibleWidget(panel, QAccessible::Grouping);
     if (auto* const group = dynamic_cast<Group*>(object))
         return new QAccessibleWidget(group, QAccessible::Grouping);
-    if (auto* const announcer = dynamic_cast<Announcer*>(object))
-        return new QAccessibleWidget(announcer, QAccessible::Notification);
+    if (auto* const announcement = dynamic_cast<Announcement*>(object))
+        return new QAccessibleWidget(announcement, QAccessible::Notification);
     if (auto* const stack = dynamic_cast<PageStack*>(object)) return new AccessiblePageStack(stack);
-    return nullptr;
+    return kind == QStringLiteral("QWidget") ? plainWidget(object) : nullptr;
 }
 
 bool isTold(const Control& control) { return QAccessible::isActive() && control.isVisible(); }
@@ -394,6 +382,10 @@ QAccessibleInterface* partOf(Control& control, int part) {
 
 void installAccessibility() { QAccessible::installFactory(interfaceOf); }
 
+void setRole(QWidget& widget, QAccessible::Role role) {
+    widget.setProperty(roleProperty, static_cast<int>(role));
+}
+
 void setContext(QWidget& part, const QStringList& context) { part.setProperty(contextProperty, context); }
 
 QString fullName(const QWidget& widget) {
@@ -406,16 +398,31 @@ QString fullName(const QWidget& widget) {
     return names.join(QStringLiteral(", "));
 }
 
+// The toolkit passes on a change of "selected" only as an event of its own.
 void notifyValueChanged(Control& control) {
     if (!isTold(control)) return;
-    if (isCheckable(control) || isTab(control)) {
+    switch (control.accessibleRole()) {
+    case QAccessible::CheckBox:
+    case QAccessible::RadioButton: {
         QAccessible::State changed;
-        changed.checked = isCheckable(control);
-        changed.selected = isTab(control);
+        changed.checked = true;
         return tellState(control, changed);
     }
-    QAccessibleValueChangeEvent event(&control, control.spokenText());
-    QAccessible::updateAccessibility(&event);
+    case QAccessible::PageTab: {
+        QAccessibleEvent event(&control,
+                               control.isChecked() ? QAccessible::Selection : QAccessible::SelectionRemove);
+        return QAccessible::updateAccessibility(&event);
+    }
+    case QAccessible::Dial:
+    case QAccessible::Slider:
+    case QAccessible::SpinBox:
+    case QAccessible::ComboBox: {
+        QAccessibleValueChangeEvent event(&control, control.spokenText());
+        return QAccessible::updateAccessibility(&event);
+    }
+    default:
+        return;
+    }
 }
 
 void notifyPartChanged(Control& control, int part) {

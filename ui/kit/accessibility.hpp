@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAccessible>
 #include <QString>
 #include <QStringList>
 
@@ -12,6 +13,9 @@ class Control;
 /// Makes the controls known to screen readers. To be called once, after the application object exists and
 /// before the first widget does: what the toolkit has made by itself is never replaced.
 void installAccessibility();
+
+/// Of a widget that is no control. To be called before the widget has a name.
+void setRole(QWidget& widget, QAccessible::Role role);
 
 /// What the names of all controls within `part` begin with for screen readers: "Compressor". Contexts
 /// add up from the outside in.

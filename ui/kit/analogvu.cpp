@@ -225,11 +225,6 @@ double AnalogVU::vu() const {
 
 QString AnalogVU::valueText() const { return QString::asprintf("%.0f VU", vu()); }
 
-std::optional<MeterLevel> AnalogVU::meteredLevel() const {
-    return MeterLevel{std::isfinite(vu()) ? std::clamp(vu(), marks.front(), marks.back()) : marks.front(),
-                      marks.front(), marks.back()};
-}
-
 void AnalogVU::setLevel(float value) {
     const bool peaked = vu() > fullScale;
     level = value;

@@ -22,9 +22,8 @@ public:
 
     void setGrowth(double factor) override;
 
-    QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
+    QAccessible::Role accessibleRole() const override { return QAccessible::ProgressBar; }
     QString valueText() const override;
-    std::optional<MeterLevel> meteredLevel() const override;
 
 protected:
     void paint(QPainter& painter) override;

@@ -2,7 +2,7 @@
 
 namespace Kit {
 
-Announcer::Announcer(QWidget* window)
+Announcement::Announcement(QWidget* window)
     : QWidget(window) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_NoSystemBackground);
@@ -10,17 +10,28 @@ Announcer::Announcer(QWidget* window)
     hide();
 }
 
-// Screen readers speak a notification when it appears, so it is hidden before it says anything else.
-void Announcer::say(const QString& text) {
-    if (text.isEmpty()) return;
+// It is spoken when it appears, so it is hidden before it says anything else.
+void Announcement::say(const QString& text) {
     hide();
     setAccessibleName(text);
     show();
 }
 
+Announcer::Announcer(QWidget* window)
+    : QObject(window) {
+    for (Announcement*& each : announcements)
+        each = new Announcement(window);
+}
+
+void Announcer::say(const QString& text) {
+    if (text.isEmpty()) return;
+    announcements.at(next)->say(text);
+    next = (next + 1) % announcements.size();
+}
+
 void announce(const QWidget& from, const QString& text) {
-    for (QWidget* const child : from.window()->findChildren<QWidget*>())
-        if (auto* const announcer = dynamic_cast<Announcer*>(child)) return announcer->say(text);
+    for (QObject* const each : from.window()->findChildren<QObject*>())
+        if (auto* const announcer = dynamic_cast<Announcer*>(each)) return announcer->say(text);
 }
 
 }  // namespace Kit

@@ -6,16 +6,7 @@
 #include <QAccessible>
 #include <QWidget>
 
-#include <optional>
-
 namespace Kit {
-
-/// A level and the ends of its scale, for screen readers.
-struct MeterLevel {
-    double level = 0;
-    double lowest = 0;
-    double highest = 0;
-};
 
 /// What all controls share: a drawing step, hover, a focus ring for keyboard users, and a name,
 /// role and value for screen readers. A control does not change what it shows by itself: it reports
@@ -40,9 +31,6 @@ public:
 
     /// Whether its list is open.
     virtual bool isExpanded() const { return false; }
-
-    /// Of a control that only shows a level.
-    virtual std::optional<MeterLevel> meteredLevel() const { return std::nullopt; }
 
     /// What a click does.
     virtual void activate() {}

@@ -78,12 +78,9 @@ public:
                              {margin, margin + end});
     }
 
-    QAccessible::Role accessibleRole() const override { return QAccessible::Indicator; }
+    QAccessible::Role accessibleRole() const override { return QAccessible::ProgressBar; }
     QString valueText() const override {
         return std::isfinite(level) ? Formats::decibels(level) : QStringLiteral("—");
-    }
-    std::optional<MeterLevel> meteredLevel() const override {
-        return MeterLevel{emptyLevel + fractionOf(level) * (fullLevel - emptyLevel), emptyLevel, fullLevel};
     }
 
 protected:

@@ -44,8 +44,31 @@ QRegion hiddenBy(const QRect& plate) {
 
 }  // namespace
 
+// The plate within its round corners, as an opaque widget under all others. When something in the panel
+// changes, the toolkit repaints this widget behind it, and not the panel, the page and the window too.
+class Panel::Inside final : public QWidget {
+public:
+    explicit Inside(Panel& panel)
+        : QWidget(&panel)
+        , panel(panel) {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QPainter painter(this);
+        painter.translate(-pos());
+        panel.drawPlate(painter, event->region().translated(pos()));
+    }
+
+private:
+    Panel& panel;
+};
+
 Panel::Panel(const QString& title, QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent)
+    , inside(new Inside(*this)) {
     setAccessibleName(title);
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(padding, padding, padding, padding);
@@ -73,9 +96,13 @@ void Panel::drawShadows(QPainter& painter, const QRectF& bounds) {
 }
 
 void Panel::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    drawPlate(painter, event->region());
+}
+
+void Panel::drawPlate(QPainter& painter, const QRegion& exposed) {
     constexpr double lightReach = 520;
     constexpr int shaded = 35;  // width of the shaded edges
-    QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     surface.draw(
         painter, rect(), cornerRadius,
@@ -85,11 +112,11 @@ void Panel::paintEvent(QPaintEvent* event) {
                  lightRow(lightReach * size.width() / width(), row, opacities);
              }});
     Paint::fit(painter, rect());
-    if (!rect().adjusted(shaded, shaded, -shaded, -shaded).contains(event->rect())) {
+    if (!rect().adjusted(shaded, shaded, -shaded, -shaded).contains(exposed.boundingRect())) {
         Paint::innerShadow(painter, rect(), cornerRadius, {Theme::white(0.10), 3, 2});
         Paint::innerShadow(painter, rect(), cornerRadius, {Theme::black(0.35), 14, -10});
     }
-    if (!(event->region() - hiddenBy(rect())).isEmpty())
+    if (!(exposed - hiddenBy(rect())).isEmpty())
         Paint::edge(painter, rect(), cornerRadius, Theme::rim(rect()));
 }
 
@@ -99,7 +126,11 @@ void Panel::hideEvent(QHideEvent*) { surface.drop(); }
 // The surface draws the shadows, which move with the panel.
 void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
 
-void Panel::resizeEvent(QResizeEvent*) { parentWidget()->update(); }
+void Panel::resizeEvent(QResizeEvent*) {
+    constexpr int corner = 10;  // that far in, the round corners and the edge have ended
+    inside->setGeometry(rect().adjusted(corner, corner, -corner, -corner));
+    parentWidget()->update();
+}
 
 // Meters and graphs inside of panels repaint the surface behind them many times a second. The plates
 // cover the shadows there, so they are drawn only where they show.

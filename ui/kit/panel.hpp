@@ -32,7 +32,12 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    class Inside;
+
+    void drawPlate(QPainter& painter, const QRegion& exposed);
+
     Paint::FinePicture surface;
+    QWidget* inside;
     QHBoxLayout* header = nullptr;
     QVBoxLayout* body;
 };

@@ -1,5 +1,6 @@
 #include "ui/kit/tag.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/text.hpp"
@@ -25,6 +26,7 @@ public:
     explicit Label(QWidget* window)
         : QWidget(window) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
+        setRole(*this, QAccessible::ToolTip);
     }
 
     void setText(const QString& text, bool accent) {

@@ -1,6 +1,7 @@
 #include "ui/kit/wellmenu.hpp"
 
 #include "ui/kit/accessibility.hpp"
+#include "ui/kit/announcer.hpp"
 #include "ui/kit/housestyle.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
@@ -37,10 +38,13 @@ void MenuButton::setTitles(const QStringList& list) {
     update();
 }
 
+// Screen readers say nothing of a closed list that changes.
 void MenuButton::setCurrent(std::optional<int> index) {
     const QString before = std::exchange(shown, index ? titles.at(*index) : QString());
     current = index;
-    if (shown != before) stateChanged();
+    if (shown == before) return;
+    stateChanged();
+    if (hasFocus()) announce(*this, shown);
 }
 
 Parts::Part MenuButton::part(int index) const {

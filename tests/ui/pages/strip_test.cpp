@@ -122,7 +122,7 @@ TEST(StripTest, AChipTellsThatItsSpeakerWasNotReadCompletely) {
         if (!isWhole) values.erase(40);
         desk.speaker(1)->values = values;
         desk.settle();
-        EXPECT_EQ(description(1), "");
-        EXPECT_EQ(description(2), isWhole ? "" : "Leitura incompleta");
+        EXPECT_EQ(description(1), "Alt+1");
+        EXPECT_EQ(description(2), isWhole ? "Alt+2" : "Alt+2, Leitura incompleta");
     }
 }

@@ -131,11 +131,8 @@ void Keyboard::giveFirst(QWidget& section) const {
 bool Keyboard::moveFocus(bool forward) {
     if (QWidget* const lost = QApplication::focusWidget();
         lost && (!lost->isVisible() || !lost->isEnabled())) {
-        const bool fromPage = isIn(sections.pages, lost);
-        if (fromPage) beforeLock = lost;
         lost->clearFocus();
-        const bool byStatus = !model.status.value().isOnline();
-        if (!fromPage && !byStatus && isIn(sections.strip, lost)) giveFirst(sections.strip);
+        if (model.status.value().isOnline() && isIn(sections.strip, lost)) giveFirst(sections.strip);
         return true;
     }
     std::vector<QWidget*> order = Kit::tabOrder(sections.header);
@@ -149,7 +146,7 @@ void Keyboard::leavePage() {
     if (!isIn(sections.pages, focused)) return;
     const bool isEditor =
         qobject_cast<QLineEdit*>(focused) && dynamic_cast<Kit::Control*>(focused->parentWidget());
-    beforeLock = isEditor ? focused->parentWidget() : focused;
+    if (choices.locked.value()) beforeLock = isEditor ? focused->parentWidget() : focused;
     focused->clearFocus();
     if (QWidget* const control = QApplication::focusWidget(); isIn(sections.pages, control))
         control->clearFocus();

@@ -23,7 +23,7 @@ SpeakerChip::SpeakerChip(const QString& title, const QString& name, QWidget* par
     , labelWidth(textWidth(label)) {
     setUse(Use::choice);
     setAccessibleName(label);
-    setToolTip(tip);
+    describe();
 }
 
 void SpeakerChip::setSelected(bool value) {
@@ -39,14 +39,21 @@ void SpeakerChip::setOnline(bool value) {
 
 void SpeakerChip::setIncomplete(bool value) {
     incomplete = value;
-    setAccessibleDescription(value ? QStringLiteral("Leitura incompleta") : QString());
-    setToolTip(tip + (value ? QStringLiteral("\nLeitura incompleta") : QString()));
+    describe();
     update();
 }
 
-void SpeakerChip::setKeys(const QString& keys) {
-    tip = QStringLiteral("%1 (%2)").arg(label, keys);
-    setToolTip(tip);
+void SpeakerChip::describe() {
+    QStringList facts;
+    if (!keys.isEmpty()) facts << keys;
+    if (incomplete) facts << QStringLiteral("Leitura incompleta");
+    setAccessibleDescription(facts.join(QStringLiteral(", ")));
+    setToolTip((QStringList(label) + facts).join(u'\n'));
+}
+
+void SpeakerChip::setKeys(const QString& value) {
+    keys = value;
+    describe();
 }
 
 // Rounded up as a whole: the widths of title and name are not rounded by themselves.

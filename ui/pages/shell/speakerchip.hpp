@@ -25,7 +25,7 @@ public:
     void setIncomplete(bool value);
 
     /// The keys that do what a click does, for the tooltip.
-    void setKeys(const QString& keys);
+    void setKeys(const QString& value);
 
     /// Of the name with the dot before it, and of the chip whose name has that width at most.
     int nameWidth() const;
@@ -44,13 +44,14 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
 
 private:
+    void describe();
     Paint::TextStyle style() const;
     double textWidth(const QString& text) const;
 
     bool selected = false;
     const QString title;
     const QString label;  // title and name
-    QString tip = label;
+    QString keys;
     const double titleWidth;
     const double labelWidth;
     std::optional<bool> online;

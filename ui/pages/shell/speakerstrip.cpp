@@ -25,10 +25,10 @@ int positionIn(const List& list, const Value& value) {
     return static_cast<int>(std::ranges::find(list, value) - list.begin());
 }
 
-QStringList keysOf(const QStringList& titles) {
+QStringList keysOf(qsizetype pages) {
     QStringList keys;
-    for (const QString& title : titles)
-        keys << QStringLiteral("%1 (Ctrl+%2)").arg(title).arg(keys.size() + 1);
+    while (keys.size() < pages)
+        keys << QStringLiteral("Ctrl+%1").arg(keys.size() + 1);
     return keys;
 }
 
@@ -136,7 +136,7 @@ void SpeakerStrip::addSimpleTabs(QHBoxLayout& row) {
     for (const Page each : simplePages)
         titles << titleOf(each);
     auto* const tabs = new Kit::Tabs(titles, Theme::text, 18, this);
-    tabs->setTips(keysOf(titles));
+    tabs->setTips(keysOf(titles.size()));
     tabs->onSelect = [this](int index) { choices.page = simplePages.at(static_cast<std::size_t>(index)); };
     Corvane::bind(
         *tabs, [this] { return positionIn(simplePages, choices.page.value()); },
@@ -152,7 +152,7 @@ void SpeakerStrip::addTechnicalTabs(QHBoxLayout& row) {
     for (const TechPage& each : TechPage::all)
         titles << each.title();
     auto* const tabs = new Kit::Tabs(titles, Theme::secondary, 11, this);
-    tabs->setTips(keysOf(titles));
+    tabs->setTips(keysOf(titles.size()));
     tabs->onSelect = [this](int index) {
         choices.techPage = TechPage::all.at(static_cast<std::size_t>(index));
     };
