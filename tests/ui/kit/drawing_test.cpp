@@ -103,9 +103,10 @@ TEST(PaintTest, NoSeamsShowWithinAShapeAtAnyRatio) {
              drawAt(painter, at, key);
          }},
         {"bar", {15, 143}, [&](QPainter& painter, QRect at) {
+             QWidget parent;
              Kit::MeterBars bars(
                  {""}, {5, 0}, [](QPainter& ground) { ground.fillRect(0, 0, 99, 999, Theme::panelTop); },
-                 nullptr);
+                 &parent);
              bars.setLevels({4});
              drawAt(painter, at, bars);
          }}};
