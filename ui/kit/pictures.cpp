@@ -78,19 +78,6 @@ void cached(QPainter& painter, const QString& key, const QRectF& bounds, const D
     copyPicture(painter, place, picture, picture.rect());
 }
 
-void Picture::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing) {
-    if (isClippedAway(painter, bounds)) return;
-    const QRect place = pixelsOf(painter, bounds);
-    if (place.isEmpty()) return;
-    if (!valid || pixmap.size() != place.size() || size != bounds.size()) {
-        if (pixmap.size() != place.size()) pixmap = QPixmap(place.size());
-        size = bounds.size();
-        drawInto(pixmap, size, drawing);
-        valid = true;
-    }
-    copyPicture(painter, place, pixmap, pixmap.rect());
-}
-
 void Ground::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing) {
     const QRect place = pixelsOf(painter, bounds);
     if (place.isEmpty()) return;

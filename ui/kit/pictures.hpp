@@ -20,23 +20,6 @@ using Drawing = std::function<void(QPainter&)>;
 /// covers whole device pixels: what `draw` draws along the edges of `bounds` is crisp at every ratio.
 void cached(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw);
 
-/// A picture that its owner keeps. For content that changes too often to be worth a place in the
-/// cache.
-class Picture {
-public:
-    /// The next `draw` makes the picture anew.
-    void outdate() { valid = false; }
-
-    /// As `cached`. The picture is made anew when it is outdated, or when its size in logical or in
-    /// device pixels differs from the last time.
-    void draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing);
-
-private:
-    bool valid = false;
-    QPixmap pixmap;
-    QSizeF size;
-};
-
 /// What lies under things that move, as its owner keeps it. It is opaque, and its pixels are those that
 /// drawing it on the device itself would give.
 class Ground {
