@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ranges>
 
 namespace Corvane {
 
@@ -59,8 +58,8 @@ void PageView::resizeEvent(QResizeEvent* event) {
     rows->setContentsMargins(margins + QMargins(room.beside, 0, room.beside, room.above));
     // From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
     const QList<QWidget*> inside = findChildren<QWidget*>();
-    for (QWidget* const each : inside | std::views::reverse)
-        if (each->layout()) each->layout()->activate();
+    for (auto each = inside.rbegin(); each != inside.rend(); ++each)
+        if (QLayout* const layout = (*each)->layout()) layout->activate();
     rows->activate();
     Surface::resizeEvent(event);
 }
