@@ -106,13 +106,14 @@ std::array<const ModuleRef*, 256> indexed(const std::vector<ModuleRef>& modules)
 namespace K7Q {
 
 const std::vector<ModuleRef>& modules() {
-    static const std::vector<ModuleRef> list = [] {
-        std::vector<ModuleRef> refs;
+    // Never destroyed: the thread of a dropped line may still read it while the process ends.
+    static const auto* const list = [] {
+        auto* const refs = new std::vector<ModuleRef>;
         for (const std::string_view entry : split(moduleMap, " \n"))
-            refs.push_back(parsed(entry));
+            refs->push_back(parsed(entry));
         return refs;
     }();
-    return list;
+    return *list;
 }
 
 std::optional<ModuleRef> module(std::uint8_t index) {

@@ -99,7 +99,8 @@ void Link::open() {
     try {
         run(bus->open());
     } catch (const TransportError& error) {
-        throw Failure(ExitStatus::cannotOpen, std::string(error.what()) + "; " + adviceOn(error.code(), name));
+        throw Failure(ExitStatus::cannotOpen,
+                      std::string(error.what()) + "; " + adviceOn(error.code(), name));
     } catch (const std::system_error& error) {
         throw Failure(ExitStatus::cannotOpen, "Não foi possível conectar à ponte " + name + ": " +
                                                   error.what() + "; confira o endereço e a rede");

@@ -1,4 +1,5 @@
-// The headers of the platform that most sources include, compiled once for each target of a sanitizer's build.
+// The headers of the platform that most sources include, compiled once for each target of a sanitizer's
+// build.
 #include <algorithm>
 #include <array>
 #include <chrono>

@@ -12,6 +12,8 @@ using namespace Tests;
 
 namespace {
 
+constexpr const char* tabs[] = {"TOM", "DINÂMICA", "DELAY", "MAIN", "X-OVER", "OUT 1", "IN 1"};
+
 /// Where the screen differs from a whole repaint. Where a point is no whole number of pixels, the toolkit
 /// rounds the edges of a part otherwise, which makes a difference of one level.
 QRect stale(QWidget& window) {
@@ -86,7 +88,6 @@ TEST(RepaintTest, NothingOnTheScreenIsStaleWhateverTheUserDoes) {
          [&] {
              release();
              desk.until([&] { return !desk.model->status.value().isWorking(); });
-             constexpr const char* tabs[] = {"TOM", "DINÂMICA", "DELAY", "MAIN", "X-OVER", "OUT 1", "IN 1"};
              desk.goTo(tabs[below(std::size(tabs))]);
          }},
         {"lock", [&] { desk.view.locked = below(3) == 0; }},

@@ -29,7 +29,8 @@ void Growth::remember() {
     gaps.clear();
     spacers.clear();
     for (QWidget* const each : page.findChildren<QWidget*>())
-        if (each->minimumSize() != QSize(0, 0) || each->maximumSize() != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
+        if (each->minimumSize() != QSize(0, 0) ||
+            each->maximumSize() != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
             extents.push_back({each, each->minimumSize(), each->maximumSize()});
     for (QBoxLayout* const layout : page.findChildren<QBoxLayout*>()) {
         gaps.push_back({layout, layout->contentsMargins(), layout->spacing()});
