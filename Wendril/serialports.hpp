@@ -3,10 +3,8 @@
 #include <optional>
 #include <string>
 
-namespace Wendril {
-
 /// What the system knows of serial ports, by their paths.
-namespace SerialPorts {
+namespace Wendril::SerialPorts {
 
 /// The path that a user's name for a port means: a path is itself, and a name without a directory is
 /// that of an entry of /dev or of /dev/serial/by-id. Names of nothing come back as they are.
@@ -28,5 +26,4 @@ std::optional<Holder> holderOf(const std::string& path);
 /// "em uso por NAME, processo NUMBER"; empty when no holder is found.
 std::string inUseBy(const std::string& path);
 
-}  // namespace SerialPorts
-}  // namespace Wendril
+}  // namespace Wendril::SerialPorts

@@ -1,5 +1,6 @@
 #include "app/awake.hpp"
 #include "app/model/uiexecutor.hpp"
+#include "tests/simulatorprocess.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +9,6 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QDeadlineTimer>
-#include <QProcess>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -20,27 +20,14 @@ namespace {
 using Corvane::Status;
 
 // A bus of its own that stands for the session's and the system's.
-class PrivateBus {
-public:
+struct PrivateBus {
+    Tests::Process daemon{{"/bin/sh", "-c", "exec dbus-daemon --session --nofork --print-address"}};
+    const QString address = QString::fromStdString(daemon.line());
+
     PrivateBus() {
-        daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                                     QStringLiteral("--print-address")});
-        daemon.waitForReadyRead();
-        address = QString::fromUtf8(daemon.readLine()).trimmed();
         for (const char* const variable : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
             qputenv(variable, address.toUtf8());
     }
-    ~PrivateBus() {
-        daemon.kill();
-        daemon.waitForFinished();
-    }
-    PrivateBus(const PrivateBus&) = delete;
-    PrivateBus& operator=(const PrivateBus&) = delete;
-
-    QString address;
-
-private:
-    QProcess daemon;
 };
 
 // Keeps the screen on and the system awake, for as long as it is asked to.

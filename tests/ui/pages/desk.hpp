@@ -34,7 +34,7 @@ struct Desk : Rig {
     std::vector<Widget*> all() {
         return OnScreen::all<Widget>(view);
     }
-    bool shows(const QString& name) { return OnScreen::shows(view, name); }
+    bool shows(const QString& name) const { return OnScreen::shows(view, name); }
 
     void click(QWidget& control) {
         QTest::mouseClick(&control, Qt::LeftButton);
