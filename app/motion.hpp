@@ -26,7 +26,7 @@ public:
 private slots:
     void change(const QDBusMessage& told);
 
-private:
+private:  // NOLINT(readability-redundant-access-specifiers)
     void ask();
     void apply() const;
 

@@ -1,3 +1,4 @@
+#include "tests/ui/kit/frames.hpp"
 #include "tests/ui/pages/desk.hpp"
 
 #include <gtest/gtest.h>
@@ -41,6 +42,7 @@ QRect stale(QWidget& window) {
 
 // Only what has changed is repainted. Together it must be what a whole repaint draws.
 TEST(RepaintTest, NothingOnTheScreenIsStaleWhateverTheUserDoes) {
+    Frames frames;
     Desk desk("TOM", 3);
     std::mt19937 random(1);
     const auto below = [&random](std::size_t count) { return std::size_t(random() % count); };
@@ -103,8 +105,7 @@ TEST(RepaintTest, NothingOnTheScreenIsStaleWhateverTheUserDoes) {
     for (int step = 0; step < 60; ++step) {
         const auto& [name, act] = acts[below(std::size(acts))];
         act();
-        QApplication::processEvents();
-        QApplication::processEvents();     // for layouts that others have changed
+        frames.pass(400);
         QApplication::sendPostedEvents();  // for what timers have changed
         const QRect places = stale(desk.view);
         ASSERT_TRUE(places.isEmpty()) << "after " << step << ", " << name << ": " << places.x() << ' '
