@@ -2,6 +2,7 @@
 
 #include "bench/measuring.hpp"
 #include "bench/openwindow.hpp"
+#include "tests/ui/kit/pool.hpp"
 
 #include "app/corvaneapp.hpp"
 #include "ui/kit/analogvu.hpp"
@@ -52,7 +53,7 @@ void leaveScene(Live& live, const std::string& folder) {
 void measureTone(Live& live) {
     emptyPool();
     print("tone_percent", coreShare());
-    print("tone_pool_threads", pooledThreads());
+    print("tone_pool_threads", Tests::threadsOfThePool());
     print("tone_paints", paintEventsPerSecond());
     live.opened.window.resize(large);
     wait(still);
@@ -158,7 +159,7 @@ void measureDrags() {
                         for (; number < 40 + frames; ++number)
                             frame(number);
                     }) / frames);
-        print(std::string(name) + "_pool_threads", pooledThreads());
+        print(std::string(name) + "_pool_threads", Tests::threadsOfThePool());
     };
     const auto drag = [&](const char* name, QWidget& control, QPointF at) {
         Drag drag(control, at);

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <utility>
 
@@ -95,17 +94,6 @@ void awaitPaint() {
 }
 
 void emptyPool() { QThreadPool::globalInstance()->waitForDone(); }
-
-double pooledThreads() {
-    double count = 0;
-    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream file(thread.path() / "comm");
-        std::string name;
-        std::getline(file, name);
-        count += name == "Thread (pooled)" ? 1 : 0;
-    }
-    return count;
-}
 
 void traced(const std::string& name, const std::function<void()>& action) {
     const double start = seconds(CLOCK_REALTIME);

@@ -30,9 +30,6 @@ void awaitPaint();
 /// Ends the threads of the pool that the toolkit gives large fills to.
 void emptyPool();
 
-/// Threads that the pool has.
-double pooledThreads();
-
 /// Prints in Unix time when `action` begins and ends, for a tracer.
 void traced(const std::string& name, const std::function<void()>& action);
 

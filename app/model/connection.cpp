@@ -24,14 +24,16 @@ void AppModel::refreshPorts() {
     ports = list;
     if (!stillThere && !chosen.empty()) pulled = {stableNames[chosen], first};
     stableNames.clear();
-    for (const std::string& port : list) {
+    for (const std::string& port : list)
         stableNames[port] = surroundings.stablePortName ? surroundings.stablePortName(port) : port;
-        // Plugged in again, maybe as another path, and the user has not chosen another since.
-        if (pulled && stableNames[port] == pulled->name && pulled->instead == chosen) {
-            pulled = std::nullopt;
-            portChoice = port;
-            return;
-        }
+    // Plugged in again, maybe as another path, and the user has not chosen another since.
+    const auto again = std::ranges::find_if(list, [&](const std::string& port) {
+        return pulled && stableNames[port] == pulled->name && pulled->instead == chosen;
+    });
+    if (again != list.end()) {
+        pulled = std::nullopt;
+        portChoice = *again;
+        return;
     }
     if (chosen.empty() || !stillThere) portChoice = first;
 }

@@ -2,6 +2,7 @@
 
 #include "ui/kit/finefill.hpp"
 #include "ui/kit/layer.hpp"
+#include "ui/kit/opaquepart.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/polar.hpp"
 #include "ui/kit/shadows.hpp"
@@ -166,29 +167,6 @@ void drawGlass(QPainter& painter, const QRectF& face) {
 
 }  // namespace
 
-// The part of the face in which the needle moves, as an opaque widget of its own. When the needle moves
-// the toolkit repaints this widget alone; without it, the panel and the window behind the meter too.
-class AnalogVU::NeedleArea final : public QWidget {
-public:
-    explicit NeedleArea(AnalogVU& meter)
-        : QWidget(&meter)
-        , meter(meter) {
-        setAttribute(Qt::WA_OpaquePaintEvent);
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        painter.translate(-pos());
-        meter.paint(painter);
-    }
-
-private:
-    AnalogVU& meter;
-};
-
 AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
     : Control(parent)
     , label(label)
@@ -201,7 +179,7 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
                  drawnAngle = needle.position();
              })
     , drawnAngle(restingAngle)
-    , needleArea(new NeedleArea(*this)) {
+    , needleArea(new OpaquePart(*this, [this](QPainter& painter, const QRegion&) { paint(painter); })) {
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(label);
     setMinimumSize(200, 130);

@@ -30,8 +30,6 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    class NeedleArea;
-
     double vu() const;
     QRectF bezel() const;
     QRectF face() const;
@@ -45,7 +43,7 @@ private:
     double captionGrowth = 1;
     Animation needle;
     double drawnAngle;
-    QWidget* needleArea;
+    QWidget* needleArea;  // the part of the face in which the needle moves
 };
 
 }  // namespace Kit

@@ -16,7 +16,7 @@ struct Free {
     void operator()(void* reply) const { std::free(reply); }
 };
 
-// A compositor owns the selection of its screen. Ours is the first: servers with several are extinct.
+// A compositor owns the selection of its screen, and today a server has one screen.
 bool hasCompositor(xcb_connection_t* server) {
     const QByteArray name = "_NET_WM_CM_S0";
     const auto asked = xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.constData());

@@ -280,7 +280,7 @@ void EQCurves::draw(QPainter& painter, const QRectF& bounds, const EQPlot& plot,
             for (std::size_t i = 0; i < curves.size(); ++i) {
                 const auto& [line, shades] = prepared[i];
                 Opacities opacities(area);
-                opacities.stroke(line, profileOf(curves[i].line, toPixels.m11()));
+                opacities.stroke(line, profileOf(curves[i].line, Paint::ratioOf(painter)));
                 if (curves[i].fill) opacities.shade(line, toPixels.map(QPointF(0, plot.y(0))).y());
                 opacities.blend(image, shades);
             }

@@ -2,6 +2,7 @@
 
 #include "ui/kit/caption.hpp"
 #include "ui/kit/finefill.hpp"
+#include "ui/kit/opaquepart.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 
@@ -44,31 +45,10 @@ QRegion hiddenBy(const QRect& plate) {
 
 }  // namespace
 
-// The plate within its round corners, as an opaque widget under all others. When something in the panel
-// changes, the toolkit repaints this widget behind it, and not the panel, the page and the window too.
-class Panel::Inside final : public QWidget {
-public:
-    explicit Inside(Panel& panel)
-        : QWidget(&panel)
-        , panel(panel) {
-        setAttribute(Qt::WA_OpaquePaintEvent);
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-    }
-
-protected:
-    void paintEvent(QPaintEvent* event) override {
-        QPainter painter(this);
-        painter.translate(-pos());
-        panel.drawPlate(painter, event->region().translated(pos()));
-    }
-
-private:
-    Panel& panel;
-};
-
 Panel::Panel(const QString& title, QWidget* parent)
     : QWidget(parent)
-    , inside(new Inside(*this)) {
+    , inside(new OpaquePart(
+          *this, [this](QPainter& painter, const QRegion& exposed) { drawPlate(painter, exposed); })) {
     setAccessibleName(title);
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(padding, padding, padding, padding);
@@ -88,14 +68,6 @@ Panel::Panel(const QString& title, QWidget* parent)
 void Panel::setTrailing(QWidget* view) { header->addWidget(view, 0, Qt::AlignRight | Qt::AlignVCenter); }
 
 void Panel::reserveTitleRow(int height) { header->addStrut(height); }
-
-QRegion Panel::covered(const QWidget& window) {
-    QRegion area;
-    for (const QWidget* const each : window.findChildren<QWidget*>())
-        if (dynamic_cast<const Panel*>(each) && each->isVisibleTo(&window))
-            area += hiddenBy(QRect(each->mapTo(&window, QPoint()), each->size()));
-    return area;
-}
 
 void Panel::drawShadows(QPainter& painter, const QRectF& bounds) {
     const QRectF plate = Paint::snapped(painter, bounds);

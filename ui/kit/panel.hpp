@@ -23,9 +23,6 @@ public:
 
     QBoxLayout& content() { return *body; }
 
-    /// The area of `window` that plates cover entirely.
-    static QRegion covered(const QWidget& window);
-
     static void drawShadows(QPainter& painter, const QRectF& plate);
 
 protected:
@@ -35,12 +32,10 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    class Inside;
-
     void drawPlate(QPainter& painter, const QRegion& exposed);
 
     Paint::FinePicture surface;
-    QWidget* inside;
+    QWidget* inside;  // of the round corners
     QHBoxLayout* header = nullptr;
     QVBoxLayout* body;
 };

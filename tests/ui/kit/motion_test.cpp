@@ -1,4 +1,5 @@
 #include "tests/ui/kit/hand.hpp"
+#include "tests/ui/kit/pool.hpp"
 #include "ui/kit/analogvu.hpp"
 #include "ui/kit/eqgraph.hpp"
 #include "ui/kit/fader.hpp"
@@ -12,22 +13,9 @@
 #include <QThreadPool>
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <thread>
 
 namespace {
-
-int threadsOfThePool() {
-    int count = 0;
-    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream file(thread.path() / "comm");
-        std::string name;
-        std::getline(file, name);
-        count += name == "Thread (pooled)" ? 1 : 0;
-    }
-    return count;
-}
 
 /// Draws `frame` 0 to 40 at each ratio, once for the kept pictures and once more. The toolkit gives tall
 /// fills to its thread pool, which costs more CPU time than it saves in a window's frame.
@@ -37,13 +25,13 @@ void expectNoThreads(QWidget& control, const std::function<void(int)>& frame) {
         screen.setDevicePixelRatio(ratio);
         for (const bool again : {false, true}) {
             QThreadPool::globalInstance()->waitForDone();
-            while (threadsOfThePool() > 0)
+            while (Tests::threadsOfThePool() > 0)
                 std::this_thread::yield();  // they end a little later
             for (int number = 0; number <= 40; ++number) {
                 frame(number);
                 control.render(&screen, {}, {}, QWidget::DrawChildren);
                 if (!again) continue;
-                ASSERT_EQ(threadsOfThePool(), 0) << "ratio " << ratio << ", frame " << number;
+                ASSERT_EQ(Tests::threadsOfThePool(), 0) << "ratio " << ratio << ", frame " << number;
             }
         }
     }

@@ -105,7 +105,7 @@ TEST(RepaintTest, NothingOnTheScreenIsStaleWhateverTheUserDoes) {
     for (int step = 0; step < 60; ++step) {
         const auto& [name, act] = acts[below(std::size(acts))];
         act();
-        frames.pass(400);
+        frames.pass(40);
         QApplication::sendPostedEvents();  // for what timers have changed
         const QRect places = stale(desk.view);
         ASSERT_TRUE(places.isEmpty()) << "after " << step << ", " << name << ": " << places.x() << ' '

@@ -146,10 +146,9 @@ void ContentView::showPage() {
     pages->setCurrentWidget(shown);
 }
 
-// Only where no plate covers it.
 void ContentView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    for (const QRect& part : event->region() - Kit::Panel::covered(*this)) {
+    for (const QRect& part : event->region()) {
         painter.setClipRect(part);
         Kit::drawBackdrop(painter, rect());
     }
