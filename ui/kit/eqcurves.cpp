@@ -243,7 +243,7 @@ QPolygonF lineOf(const EQPlot& plot, std::span<const double> db, const QTransfor
         }
         last = point;
     }
-    if (line.size() > 0 && last != line.back()) line << last;
+    if (!line.empty() && last != line.back()) line << last;
     return line;
 }
 

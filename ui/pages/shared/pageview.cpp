@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Corvane {
 
@@ -57,9 +58,10 @@ void PageView::resizeEvent(QResizeEvent* event) {
     growth.apply(room.growth);
     rows->setContentsMargins(margins + QMargins(room.beside, 0, room.beside, room.above));
     // From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
-    const QList<QWidget*> inside = findChildren<QWidget*>();
-    for (auto each = inside.rbegin(); each != inside.rend(); ++each)
-        if (QLayout* const layout = (*each)->layout()) layout->activate();
+    QList<QWidget*> inside = findChildren<QWidget*>();
+    std::ranges::reverse(inside);
+    for (const QWidget* const each : std::as_const(inside))
+        if (QLayout* const layout = each->layout()) layout->activate();
     rows->activate();
     Surface::resizeEvent(event);
 }
