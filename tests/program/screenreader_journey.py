@@ -31,8 +31,9 @@ def on_own_bus():
         if not shutil.which(tool):
             skip(tool + " is not installed")
     read, write = os.pipe()
+    # Without -noreset the server starts anew when its only client leaves, and drops whoever comes meanwhile.
     screen = subprocess.Popen(
-        ["Xvfb", "-displayfd", str(write), "-screen", "0", "1600x1200x24", "-nolisten", "tcp"],
+        ["Xvfb", "-displayfd", str(write), "-screen", "0", "1600x1200x24", "-nolisten", "tcp", "-noreset"],
         pass_fds=[write], stderr=subprocess.DEVNULL)
     os.close(write)
     try:
