@@ -178,8 +178,10 @@ Task<bool> holdsAddressing(K7QClient client, std::vector<DeviceInfo> found) {
         co_return false;
     }
     const auto next = static_cast<std::uint8_t>(found.size() + 1);
-    const bool isTaken = co_await client.ping(next, scanTimeout);
-    co_return !isTaken;
+    if (co_await client.ping(next, scanTimeout)) co_return false;
+    // A board that was passed over has no address and still answers.
+    const auto passedOver = co_await identify(client);
+    co_return !passedOver;
 }
 
 Task<K7QClient::Addressing> assignVerifiedOf(K7QClient client, int maxDevices) {

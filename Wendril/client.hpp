@@ -64,8 +64,8 @@ public:
 
     /// Assigns addresses, and checks them when a step was sent twice: when only its acknowledgement was
     /// lost, the next speaker has taken the same address. Then each address must answer with the
-    /// serial code that it was given to, and the next address must be silent; else all speakers are
-    /// addressed again, twice at most.
+    /// serial code that it was given to, the next address must be silent, and so must be speakers without
+    /// an address; else all speakers are addressed again, twice at most.
     Task<Addressing> assignVerified(int maxDevices) const;
 
     /// The value of one module. Throws `rejected` for a reply that is no value of the module's kind.

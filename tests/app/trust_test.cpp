@@ -96,7 +96,7 @@ TEST(HealingTest, ReadingAgainTakesOverWhatTheTargetedSpeakersHold) {
     EXPECT_EQ(rig.model->report.value().text, "Lida: caixa 02");
 }
 
-TEST(StalledLineTest, AnAdapterThatTakesNoDataForThreeSecondsIsTold) {
+TEST(StalledLineTest, AnAdapterThatTakesNoDataForThreeSecondsIsToldOnce) {
     for (const Duration stall : {2s, 5s}) {
         Rig rig;
         rig.goOnline();
@@ -105,7 +105,10 @@ TEST(StalledLineTest, AnAdapterThatTakesNoDataForThreeSecondsIsTold) {
             return false;
         };
         rig.time.advance(1s);
-        EXPECT_EQ(rig.notice(), stall > 3s ? "O adaptador não aceita dados. Confira o cabo USB." : "");
+        const std::string text = "O adaptador não aceita dados. Confira o cabo USB.";
+        EXPECT_EQ(rig.notice(), stall > 3s ? text : "");
+        const auto tells = [&](const auto& event) { return event.text == text; };
+        EXPECT_EQ(std::ranges::count_if(rig.model->events.all(), tells), stall > 3s ? 1 : 0);
     }
 }
 
@@ -182,6 +185,39 @@ TEST(AddressingTest, OnABadLineAllSpeakersAreFoundOrTheUserIsTold) {
         EXPECT_TRUE(isComplete || told) << seed;
     }
     EXPECT_GE(complete, 24);
+}
+
+TEST(AddressingTest, OneThatCannotBeConfirmedIsRepeatedTwiceAndThenTold) {
+    auto options = chainOf(3);
+    options.addressed = false;
+    Rig rig(options);
+    int rounds = 0;
+    int lost = 0;
+    rig.port->swallow = [&](const Sent& sent) {
+        if (sent.is(Fun::netStart)) ++rounds;
+        if (sent.is(Fun::netAddressSet) && lost < rounds) return ++lost > 0;
+        return sent.is(Fun::devInfo) && sent.address == 2;
+    };
+    rig.run(rig.model->connect());
+    EXPECT_EQ(rounds, 3);
+    EXPECT_EQ(rig.model->speakers.value().size(), 3U);
+    EXPECT_EQ(rig.notice(),
+              "O endereçamento não pôde ser confirmado. Confira os cabos e procure as caixas de novo.");
+}
+
+TEST(AddressingTest, ASpeakerThatWasPassedOverIsAddressedInASecondRound) {
+    auto options = chainOf(3);
+    options.addressed = false;
+    Rig rig(options);
+    int set = 0;
+    int asked = 0;
+    rig.port->swallow = [&](const Sent& sent) {
+        if (sent.is(Fun::netAddressSet)) return ++set == 1;
+        return sent.is(Fun::devInfo) && sent.address > 16 && (++asked == 3 || asked == 4);
+    };
+    rig.run(rig.model->connect());
+    EXPECT_EQ(rig.model->speakers.value().size(), 3U);
+    EXPECT_EQ(rig.sentOf(Fun::netStart).size(), 2U);
 }
 
 TEST(AddressingTest, TwoAtATimeRunOneAfterTheOther) {
