@@ -31,10 +31,11 @@ constexpr int deepestNesting = 8;
 
 // The member of an object, which must be of that type.
 const Json& member(const Json& object, const char* name, bool (Json::*isType)() const noexcept,
-                   const std::string& where) {
+                   std::string_view where) {
     const auto found = object.find(name);
-    if (found == object.end()) refuse("falta \"" + std::string(name) + "\" em " + where);
-    if (!((*found).*isType)()) refuse("\"" + std::string(name) + "\" em " + where + " tem o tipo errado");
+    const std::string which = "\"" + std::string(name) + "\" em " + std::string(where);
+    if (found == object.end()) refuse("falta " + which);
+    if (!((*found).*isType)()) refuse(which + " tem o tipo errado");
     return *found;
 }
 
