@@ -154,7 +154,8 @@ private:
                                     [this] { writeModule(session, a.addresses, a.module, a.assignments); });
         addresses(write);
         argument(write, "MÓDULO", a.module, moduleHelp);
-        argument(write, "CAMPO=VALOR", a.assignments, "por exemplo db=-6, fc=2,5k ou type=linkwitz24");
+        argument(write, "AJUSTE", a.assignments,
+                 "campo=valor, por exemplo db=-6, fc=2,5k ou type=linkwitz24");
 
         CLI::App* const response = add("response", "curvas de resposta, com fase",
                                        [this] { showResponse(session, a.addresses, a.response); });
