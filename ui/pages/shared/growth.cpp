@@ -2,7 +2,7 @@
 
 #include "ui/kit/growing.hpp"
 
-#include <QBoxLayout>
+#include <QLayout>
 #include <QWidget>
 
 #include <cmath>
@@ -32,7 +32,7 @@ void Growth::remember() {
         if (each->minimumSize() != QSize(0, 0) ||
             each->maximumSize() != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
             extents.push_back({each, each->minimumSize(), each->maximumSize()});
-    for (QBoxLayout* const layout : page.findChildren<QBoxLayout*>()) {
+    for (QLayout* const layout : page.findChildren<QLayout*>()) {
         gaps.push_back({layout, layout->contentsMargins(), layout->spacing()});
         for (int i = 0; i < layout->count(); ++i)
             if (QSpacerItem* const item = layout->itemAt(i)->spacerItem())

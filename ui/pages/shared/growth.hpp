@@ -7,7 +7,7 @@
 
 #include <vector>
 
-class QBoxLayout;
+class QLayout;
 class QSpacerItem;
 class QWidget;
 
@@ -32,7 +32,7 @@ private:
         QSize most;
     };
     struct Gaps {
-        QBoxLayout* layout;
+        QLayout* layout;
         QMargins margins;
         int spacing;
     };
