@@ -37,7 +37,7 @@ void TableRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = cornerRadius * growth;
-    Paint::fill(painter, rect(), radius, Theme::black(0.32));
+    Paint::fill(painter, rect(), radius, Theme::black(0.38));
     if (tint.isValid()) Paint::fill(painter, rect(), radius, tint);
 }
 
