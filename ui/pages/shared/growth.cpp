@@ -5,7 +5,9 @@
 #include <QLayout>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Corvane {
 
@@ -57,6 +59,14 @@ void Growth::apply(double factor) {
     for (const auto& [item, size, policy] : spacers)
         item->changeSize(grown(size.width(), factor), grown(size.height(), factor), policy.horizontalPolicy(),
                          policy.verticalPolicy());
+}
+
+// From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
+void Growth::settle() const {
+    QList<QWidget*> inside = page.findChildren<QWidget*>();
+    std::ranges::reverse(inside);
+    for (const QWidget* const each : std::as_const(inside))
+        if (QLayout* const layout = each->layout()) layout->activate();
 }
 
 void Growth::undo() {

@@ -22,6 +22,9 @@ public:
     /// From the usual sizes on, whatever was applied before.
     void apply(double factor);
 
+    /// Lays out what has got new sizes.
+    void settle() const;
+
     /// Back to the usual sizes.
     void undo();
 

@@ -59,6 +59,7 @@ protected:
     // The card grows as the page under it does.
     void resizeEvent(QResizeEvent* event) override {
         growth.apply(Room::in(window()->size()).growth);
+        growth.settle();
         Surface::resizeEvent(event);
     }
 
