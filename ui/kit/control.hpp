@@ -19,6 +19,7 @@ public:
     explicit Control(QWidget* parent);
 
     void setGrowth(double factor) override;
+    double growth() const { return factor; }
 
     virtual QAccessible::Role accessibleRole() const = 0;
     virtual QString valueText() const { return {}; }
@@ -53,12 +54,12 @@ protected:
 
     virtual void paint(QPainter& painter) = 0;
 
-    double growth() const { return factor; }
     QRectF area() const { return {0, 0, width() / factor, height() / factor}; }
 
-    /// From the area to the widget.
+    /// From the area to the widget, and back.
     QRectF grown(const QRectF& place) const;
     QPointF grown(QPointF place) const { return place * factor; }
+    QPointF inArea(QPointF place) const { return place / factor; }
 
     /// What the focus ring surrounds.
     virtual Outline outline() const;

@@ -247,12 +247,41 @@ QPolygonF lineOf(const EQPlot& plot, std::span<const double> db, const QTransfor
     return line;
 }
 
+// Those of one ratio are in use at a time, on two screens those of two. Others come and go as a window is
+// resized.
 const Profile& profileOf(EQCurve::Line line, double ratio) {
+    constexpr std::size_t most = 8;
     static std::map<std::pair<EQCurve::Line, double>, Profile> profiles;
+    if (profiles.size() >= most && !profiles.contains({line, ratio})) profiles.clear();
     return profiles.try_emplace({line, ratio}, line, ratio).first->second;
 }
 
 }  // namespace
+
+QRegion moveEQCurve(const EQPlot& plot, std::vector<double>& drawn, const std::vector<double>& after,
+                    bool fill) {
+    constexpr double glow = 9;
+    constexpr double visible = 0.005;  // dB
+    constexpr std::size_t strip = 20;  // frequencies
+    QRegion changed;
+    const std::size_t count = std::min(drawn.size(), EQPlot::freqs().size());
+    const std::vector<double> before = drawn;
+    for (std::size_t from = 0; from < count; from += strip) {
+        QRectF area;
+        for (std::size_t i = from; i < std::min(from + strip, count); ++i) {
+            if (std::abs(before[i] - after[i]) < visible) continue;
+            drawn[i] = after[i];
+            for (std::size_t j = i == 0 ? 0 : i - 1; j < std::min(i + 2, count); ++j) {
+                const auto [lowest, highest] = std::minmax({fill ? 0.0 : before[j], before[j], after[j]});
+                const double x = plot.x(EQPlot::freqs()[j]);
+                area |= QRectF(QPointF(x, plot.y(EQPlot::drawnLevel(highest))),
+                               QPointF(x, plot.y(EQPlot::drawnLevel(lowest))));
+            }
+        }
+        if (!area.isNull()) changed += area.adjusted(-glow, -glow, glow, glow).toAlignedRect();
+    }
+    return changed;
+}
 
 void EQCurves::draw(QPainter& painter, const QRectF& bounds, const EQPlot& plot,
                     std::span<const EQCurve> curves) {

@@ -1,11 +1,9 @@
 #include "ui/kit/eqgraph.hpp"
 
 #include "ui/kit/accessibility.hpp"
-#include "ui/kit/formats.hpp"
-#include "ui/kit/layer.hpp"
+#include "ui/kit/eqmarks.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
-#include "ui/kit/text.hpp"
 
 #include "Wendril/limits.hpp"
 
@@ -30,7 +28,6 @@ constexpr Wendril::Limits bandFrequency = Wendril::limitsOf(Wendril::ModuleKind:
 constexpr Wendril::Limits bandGain = Wendril::limitsOf(Wendril::ModuleKind::peq, "gain", {});
 
 constexpr double cornerRadius = 14;
-constexpr double handleSize = 18;
 constexpr double reach = 12;  // from a handle's centre
 constexpr double dragThreshold = 10;
 constexpr double spotSize = 4;
@@ -50,41 +47,6 @@ double movedByOctaves(double fc, double octaves) {
                       EQPlot::highestHz);
 }
 
-// Of the cross. Its background covers the label of the scale behind it.
-void drawCrossLabel(QPainter& painter, const QRectF& place, const QString& text) {
-    Paint::fill(painter, place, 4, Theme::well);
-    Paint::layered(painter, place,
-                   [&](QPainter& canvas) { Paint::edge(canvas, place, 4, Theme::white(0.2)); });
-    Paint::text(painter, place, Qt::AlignCenter, text, {Theme::font(9), Theme::text, {}, true});
-}
-
-// Moves `drawn`, the levels of a curve on the screen, to `after`, and returns the part to repaint, in upright
-// strips. Levels that differ too little to be seen are left as drawn. Many small changes thus add up until
-// they show.
-QRegion redraw(const EQPlot& plot, std::vector<double>& drawn, const std::vector<double>& after, bool fill) {
-    constexpr double glow = 9;
-    constexpr double visible = 0.005;  // dB
-    constexpr std::size_t strip = 20;  // frequencies
-    QRegion changed;
-    const std::size_t count = std::min(drawn.size(), EQPlot::freqs().size());
-    const std::vector<double> before = drawn;
-    for (std::size_t from = 0; from < count; from += strip) {
-        QRectF area;
-        for (std::size_t i = from; i < std::min(from + strip, count); ++i) {
-            if (std::abs(before[i] - after[i]) < visible) continue;
-            drawn[i] = after[i];
-            for (std::size_t j = i == 0 ? 0 : i - 1; j < std::min(i + 2, count); ++j) {
-                const auto [lowest, highest] = std::minmax({fill ? 0.0 : before[j], before[j], after[j]});
-                const double x = plot.x(EQPlot::freqs()[j]);
-                area |= QRectF(QPointF(x, plot.y(EQPlot::drawnLevel(highest))),
-                               QPointF(x, plot.y(EQPlot::drawnLevel(lowest))));
-            }
-        }
-        if (!area.isNull()) changed += area.adjusted(-glow, -glow, glow, glow).toAlignedRect();
-    }
-    return changed;
-}
-
 }  // namespace
 
 EQGraph::EQGraph(int height, QWidget* parent)
@@ -97,13 +59,14 @@ EQGraph::EQGraph(int height, QWidget* parent)
 void EQGraph::setCurves(std::vector<Curve> list) {
     if (curves == list) return;
     drawn.resize(list.size());
-    QRegion changed = list.size() == curves.size() ? QRect() : rect();
+    QRegion changed = list.size() == curves.size() ? QRect() : area().toAlignedRect();
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (i < curves.size() && curves[i] == list[i]) continue;
         const bool onlyMoves = i < curves.size() && curves[i].color == list[i].color &&
                                curves[i].fill == list[i].fill && drawn[i].size() == list[i].db.size();
         if (!onlyMoves) drawn[i] = list[i].db;
-        changed += onlyMoves ? redraw(plot(), drawn[i], list[i].db, list[i].fill) : rect();
+        changed +=
+            onlyMoves ? moveEQCurve(plot(), drawn[i], list[i].db, list[i].fill) : area().toAlignedRect();
     }
     curves = std::move(list);
     repaintCurves(changed);
@@ -133,23 +96,26 @@ void EQGraph::setHandles(std::vector<Handle> list) {
 // What a curve runs beyond the plot grows with its height. A low graph has no room for that above its plot.
 EQPlot EQGraph::plot() const {
     constexpr double low = 240;
-    const QRectF usual = rect().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels));
-    const double withRoom = std::floor((height() - 2 * EQPlot::reach(0)) / (1 + 2 * EQPlot::beyond));
+    const QRectF usual = area().marginsRemoved(bleed + QMargins(levelLabels, 0, 0, frequencyLabels));
+    const double height = area().height();
+    const double withRoom = std::floor((height - 2 * EQPlot::reach(0)) / (1 + 2 * EQPlot::beyond));
     const double high = std::min(usual.height(), std::max(low, withRoom));
-    const double below = std::max(height() - usual.bottom(), std::ceil(EQPlot::reach(high)));
-    return {{usual.left(), height() - below - high, usual.width(), high}};
+    const double below = std::max(height - usual.bottom(), std::ceil(EQPlot::reach(high)));
+    return {{usual.left(), height - below - high, usual.width(), high}};
 }
 
 // A handle above the graph's highest frequency stands just outside of the plot.
-QPointF EQGraph::placeOf(const Handle& handle) const {
+QPointF EQGraph::centreOf(const Handle& handle) const {
     return {plot().x(std::clamp(handle.fc, EQPlot::lowestHz, bandFrequency.highest)),
             plot().y(EQPlot::drawnLevel(handle.gain))};
 }
 
-// With its glow and the focus ring.
+QPointF EQGraph::placeOf(const Handle& handle) const { return grown(centreOf(handle)); }
+
 QRect EQGraph::areaOf(const Handle& handle) const {
-    constexpr double extent = 20;
-    return QRectF(placeOf(handle), QSizeF()).adjusted(-extent, -extent, extent, extent).toAlignedRect();
+    constexpr double extent = EQMark::extent;
+    return grown(QRectF(centreOf(handle), QSizeF()).adjusted(-extent, -extent, extent, extent))
+        .toAlignedRect();
 }
 
 QAccessible::Role EQGraph::accessibleRole() const {
@@ -193,13 +159,13 @@ const EQGraph::Handle* EQGraph::handleOf(std::optional<int> id) const {
 std::vector<int> EQGraph::handlesAt(QPointF point) const {
     std::vector<std::pair<double, int>> near;
     for (const Handle& handle : handles)
-        if (const double away = distance(placeOf(handle), point); away <= reach)
-            near.insert(near.begin(), {std::max(away, handleSize / 2), handle.id});
+        if (const double away = distance(centreOf(handle), point); away <= reach)
+            near.insert(near.begin(), {std::max(away, EQMark::size / 2), handle.id});
     std::ranges::stable_sort(near, {}, &std::pair<double, int>::first);
-    const bool covered = !near.empty() && near.front().first <= handleSize / 2;
+    const bool covered = !near.empty() && near.front().first <= EQMark::size / 2;
     std::vector<int> ids;
     for (const auto& [away, id] : near)
-        if (!covered || away <= handleSize / 2) ids.push_back(id);
+        if (!covered || away <= EQMark::size / 2) ids.push_back(id);
     return ids;
 }
 
@@ -235,12 +201,13 @@ bool EQGraph::hasCross() const {
 
 void EQGraph::repaintCross() {
     if (!pointer) return;
-    const QRectF area = plot().area;
-    QRegion changed(0, 0, levelLabels + 8, height());
-    changed += QRectF(0, area.bottom(), width(), height() - area.bottom()).toAlignedRect();
-    changed += QRectF(area.left(), pointer->y() - 2, area.width(), 4).toAlignedRect();
-    changed += QRectF(pointer->x() - 2, area.top(), 4, area.height()).toAlignedRect();
-    update(changed);
+    const QRectF lines = plot().area;
+    const QSizeF whole = area().size();
+    for (const QRectF& part : {QRectF(0, 0, levelLabels + 8, whole.height()),
+                               QRectF(0, lines.bottom(), whole.width(), whole.height() - lines.bottom()),
+                               QRectF(lines.left(), pointer->y() - 2, lines.width(), 4),
+                               QRectF(pointer->x() - 2, lines.top(), 4, lines.height())})
+        update(grown(part).toAlignedRect());
 }
 
 void EQGraph::pointAt(std::optional<QPointF> point) {
@@ -271,7 +238,7 @@ void EQGraph::showUse() {
     std::vector<double> after = handle && curveOf ? curveOf(handle->id) : std::vector<double>();
     if (after == lone) return;
     if (after.size() == lone.size()) {
-        repaintCurves(redraw(plot(), lone, after, false));
+        repaintCurves(moveEQCurve(plot(), lone, after, false));
     } else {
         lone = std::move(after);
         repaintCurves(plot().area.toAlignedRect());
@@ -288,25 +255,26 @@ void EQGraph::selectNext(const std::vector<int>& among, int by) {
 
 void EQGraph::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isMovable()) return;
-    const std::optional<int> top = topmostAt(event->position());
+    const QPointF point = inArea(event->position());
+    const std::optional<int> top = topmostAt(point);
     if (!top) return;
-    const bool sameSpot = lastClick && distance(*lastClick, event->position()) <= spotSize && selected == top;
+    const bool sameSpot = lastClick && distance(*lastClick, point) <= spotSize && selected == top;
     select(top);
-    press = Press{.at = event->position(), .sameSpot = sameSpot};
+    press = Press{.at = point, .sameSpot = sameSpot};
 }
 
 void EQGraph::mouseMoveEvent(QMouseEvent* event) {
-    const QPointF point = event->position();
+    const QPointF point = inArea(event->position());
     keyed.stop();
     if (!press || !(event->buttons() & Qt::LeftButton)) return pointAt(point);
     const bool fine = isFine(event->modifiers());
-    if (!press->dragging && distance(point, press->at) >= dragThreshold) {
+    if (!press->dragging && growth() * distance(point, press->at) >= dragThreshold) {
         repaintCross();
         press->dragging = true;
         press->fine = fine;
         press->from = press->last = press->at;
         const Handle* const handle = handleOf(selected);
-        press->place = fine && handle ? placeOf(*handle) : press->at;
+        press->place = fine && handle ? centreOf(*handle) : press->at;
     }
     if (press->dragging) dragTo(point, fine);
     pointer = point;
@@ -317,12 +285,12 @@ void EQGraph::mouseReleaseEvent(QMouseEvent* event) {
     const Press ended = *std::exchange(press, std::nullopt);
     lastClick = ended.dragging ? std::nullopt : std::optional(ended.at);
     if (ended.sameSpot && !ended.dragging) selectNext(handlesAt(ended.at), 1);
-    pointAt(event->position());
+    pointAt(inArea(event->position()));
 }
 
 void EQGraph::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isMovable()) return;
-    const std::vector<int> under = handlesAt(event->position());
+    const std::vector<int> under = handlesAt(inArea(event->position()));
     if (under.size() != 1) return mousePressEvent(event);
     select(under.front());
     flatten(under.front());
@@ -354,7 +322,7 @@ void EQGraph::dragTo(QPointF point, bool fine) {
 
 void EQGraph::enterEvent(QEnterEvent* event) {
     Control::enterEvent(event);
-    pointAt(event->position());
+    pointAt(inArea(event->position()));
 }
 
 void EQGraph::leaveEvent(QEvent* event) {
@@ -375,7 +343,7 @@ void EQGraph::cancelInteraction() {
 }
 
 void EQGraph::wheelEvent(QWheelEvent* event) {
-    const std::optional<int> top = topmostAt(event->position());
+    const std::optional<int> top = topmostAt(inArea(event->position()));
     if (!top || !onTurn || !hasFocus()) return event->ignore();
     select(top);
     if (const int turned = notches.take(*event)) onTurn(*top, turned);
@@ -453,43 +421,33 @@ Control::Outline EQGraph::outline() const { return {plot().area, 3}; }
 void EQGraph::paint(QPainter& painter) {
     const EQPlot where = plot();
     if (where.area.width() < 1) return;
-    Paint::cached(painter, QStringLiteral("eq grid"), rect(), [&](QPainter& canvas) {
-        Paint::recess(canvas, rect(), cornerRadius, 0.42, 0.4);
+    Paint::cached(painter, QStringLiteral("eq grid"), area(), [&](QPainter& canvas) {
+        Paint::recess(canvas, area(), cornerRadius, 0.42, 0.4);
         canvas.save();
-        canvas.setClipRect(QRectF(rect()).adjusted(0, where.area.bottom(), 0, 0));
-        Paint::fill(canvas, rect(), cornerRadius, Theme::black(0.5));
+        canvas.setClipRect(area().adjusted(0, where.area.bottom(), 0, 0));
+        Paint::fill(canvas, area(), cornerRadius, Theme::black(0.5));
         canvas.restore();
         drawEQGrid(canvas, where);
     });
     drawCurves(painter);
-    if (hasCross()) drawCross(painter);
+    if (hasCross()) drawEQCross(painter, where, *pointer, area().width());
     for (const Handle& handle : handles)
-        drawHandle(painter, handle);
+        drawEQMark(painter, {.centre = centreOf(handle),
+                             .label = handle.label,
+                             .color = handle.color,
+                             .dimmed = handle.dimmed,
+                             .ring = ringOf(handle)});
 }
 
-void EQGraph::drawCross(QPainter& painter) const {
-    const EQPlot where = plot();
-    const QRectF area = where.area;
-    const auto drawLine = [&](QPointF from, QPointF to) {
-        Paint::layered(painter, QRectF(from, to).adjusted(-1, -1, 1, 1), [&](QPainter& canvas) {
-            canvas.setPen(QPen(Theme::white(0.28), 1, Qt::SolidLine, Qt::FlatCap));
-            canvas.drawLine(from, to);
-        });
-    };
-    drawLine({pointer->x(), area.top()}, {pointer->x(), area.bottom()});
-    drawLine({area.left(), pointer->y()}, {area.right(), pointer->y()});
-    constexpr QSizeF labelSize(46, 14);
-    QRectF frequency(QPointF(0, area.bottom() + 5), labelSize);
-    frequency.moveLeft(std::clamp(pointer->x() - labelSize.width() / 2, 0.0, width() - labelSize.width()));
-    drawCrossLabel(painter, frequency, Formats::formatHz(where.hz(pointer->x())));
-    QRectF level(QPointF(), labelSize);
-    level.moveCenter({level.center().x(), pointer->y()});
-    drawCrossLabel(painter, level, Formats::signedDecibels(where.db(pointer->y())));
+double EQGraph::ringOf(const Handle& handle) const {
+    if (handle.id == selected) return hasFocus() ? 0.9 : 0.6;
+    return handle.id == marked || handle.id == hovered ? 0.35 : 0;
 }
 
 void EQGraph::repaintCurves(const QRegion& changed) {
     picture.outdate(changed);
-    update(changed);
+    for (const QRect& part : changed)
+        update(grown(QRectF(part)).toAlignedRect());
 }
 
 void EQGraph::drawCurves(QPainter& painter) {
@@ -497,32 +455,7 @@ void EQGraph::drawCurves(QPainter& painter) {
     for (std::size_t i = 0; i < curves.size(); ++i)
         list.push_back({drawn[i], curves[i].color, curves[i].fill});
     if (!lone.empty()) list.push_back({lone, Theme::white(0.6), false, EQCurve::Line::thin});
-    picture.draw(painter, rect(), plot(), list);
-}
-
-void EQGraph::drawHandle(QPainter& painter, const Handle& handle) const {
-    QRectF circle(0, 0, handleSize, handleSize);
-    circle.moveCenter(placeOf(handle));
-    const double radius = handleSize / 2;
-    constexpr double ringGap = 3;
-    const auto layered = [&](const Paint::Drawing& draw) {
-        Paint::layered(painter, circle.adjusted(-ringGap, -ringGap, ringGap, ringGap), draw);
-    };
-    if (!handle.dimmed) Paint::dropShadow(painter, circle, radius, {Theme::faded(handle.color, 0.8), 5, 0});
-    layered([&](QPainter& canvas) {
-        Paint::fill(canvas, circle, radius, handle.dimmed ? Theme::white(0.25) : handle.color);
-    });
-    layered([&](QPainter& canvas) { Paint::edge(canvas, circle, radius, Theme::white(0.5)); });
-    const double ring = handle.id == selected                         ? (hasFocus() ? 0.9 : 0.6)
-                        : handle.id == marked || handle.id == hovered ? 0.35
-                                                                      : 0;
-    if (ring > 0)
-        layered([&](QPainter& canvas) {
-            Paint::edge(canvas, circle.adjusted(-ringGap, -ringGap, ringGap, ringGap), radius + ringGap,
-                        Theme::white(ring), 1.5);
-        });
-    Paint::text(painter, circle, Qt::AlignCenter, handle.label,
-                {Theme::font(9), handle.dimmed ? Theme::secondary : Theme::black(0.8), {}, false});
+    picture.draw(painter, area(), plot(), list);
 }
 
 }  // namespace Kit

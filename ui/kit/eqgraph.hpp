@@ -94,10 +94,8 @@ public:
     /// something else that stands for it.
     void mark(std::optional<int> id);
 
+    /// In the graph's area.
     EQPlot plot() const;
-
-    /// Its pixels are computed for its size: it becomes larger, but its labels and lines do not.
-    void setGrowth(double /*factor*/) override {}
 
     /// The centre of the handle in the widget.
     QPointF placeOf(const Handle& handle) const;
@@ -128,6 +126,7 @@ protected:
     void cancelInteraction() override;
 
 private:
+    // Points lie in the area of the control.
     struct Press {
         QPointF at;
         bool sameSpot;  // where the last click was
@@ -140,7 +139,9 @@ private:
         QPointF last = {};  // of the pointer
     };
 
-    QRect areaOf(const Handle& handle) const;
+    QPointF centreOf(const Handle& handle) const;
+    QRect areaOf(const Handle& handle) const;  // in the widget, with glow and ring
+    double ringOf(const Handle& handle) const;
     bool isMovable() const { return onDrag && !handles.empty(); }
     const Handle* handleOf(std::optional<int> id) const;
     std::vector<int> handlesAt(QPointF point) const;
@@ -157,10 +158,8 @@ private:
     void dragTo(QPointF point, bool fine);
     void flatten(int id);
     bool hasCross() const;
-    void drawCross(QPainter& painter) const;
     void repaintCurves(const QRegion& changed);
     void drawCurves(QPainter& painter);
-    void drawHandle(QPainter& painter, const Handle& handle) const;
 
     std::vector<Curve> curves;
     EQCurves picture;                        // of the curves and of `lone`
@@ -169,7 +168,7 @@ private:
     std::optional<int> selected;
     std::optional<Press> press;
     std::optional<QPointF> lastClick;
-    std::optional<QPointF> pointer;  // while it is over the graph
+    std::optional<QPointF> pointer;  // in the area, while it is over the graph
     std::optional<int> hovered;
     std::optional<int> marked;  // from outside
     QBasicTimer keyed;          // runs for a while after a key has changed the selected handle

@@ -1,5 +1,6 @@
 #include "ui/kit/eqplot.hpp"
 
+#include "ui/kit/pictures.hpp"
 #include "ui/kit/text.hpp"
 
 #include "Wendril/filtermath.hpp"
@@ -34,17 +35,17 @@ void drawFrequencyLines(QPainter& painter, const EQPlot& plot) {
         for (int multiple = 1; multiple <= 9; ++multiple) {
             const int hz = decade * multiple;
             if (hz < EQPlot::lowestHz || hz > EQPlot::highestHz) continue;
-            painter.setPen(QPen(Theme::white(multiple == 1 ? 0.14 : 0.05), 1));
             const double x = plot.x(hz);
-            painter.drawLine(QPointF(x, plot.area.top()), QPointF(x, plot.area.bottom()));
+            drawEQLine(painter, {x, plot.area.top()}, {x, plot.area.bottom()},
+                       Theme::white(multiple == 1 ? 0.14 : 0.05));
         }
 }
 
 void drawLevelLines(QPainter& painter, const EQPlot& plot) {
     for (int db = -highestLine; db <= highestLine; db += lineSpacing) {
-        painter.setPen(QPen(Theme::white(db == 0 ? 0.22 : 0.06), 1));
         const double y = plot.y(db);
-        painter.drawLine(QPointF(plot.area.left(), y), QPointF(plot.area.right(), y));
+        drawEQLine(painter, {plot.area.left(), y}, {plot.area.right(), y},
+                   Theme::white(db == 0 ? 0.22 : 0.06));
     }
 }
 
@@ -86,6 +87,18 @@ double EQPlot::drawnLevel(double db) { return std::isnan(db) ? 0 : std::clamp(db
 const std::vector<double>& EQPlot::freqs() {
     static const std::vector<double> list = Wendril::FilterMath::frequencies(samples, lowestHz, highestHz);
     return list;
+}
+
+void drawEQLine(QPainter& painter, QPointF from, QPointF to, const QColor& color) {
+    const QTransform device = painter.deviceTransform();
+    const double width = std::max(1.0, std::round(Paint::ratioOf(painter)));
+    QRectF line(device.map(from), device.map(to));
+    const QPointF half(line.width() == 0 ? width / 2 : 0, line.height() == 0 ? width / 2 : 0);
+    line.adjust(-half.x(), -half.y(), half.x(), half.y());
+    painter.save();
+    painter.setTransform(device.inverted(), true);
+    painter.fillRect(QRect(line.topLeft().toPoint(), line.size().toSize()), color);
+    painter.restore();
 }
 
 void drawEQGrid(QPainter& painter, const EQPlot& plot) {

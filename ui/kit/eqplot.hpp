@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QPainter>
 #include <QRectF>
 
@@ -37,5 +38,9 @@ struct EQPlot {
 
 /// Lines over the plot, and their labels at its left and under it.
 void drawEQGrid(QPainter& painter, const EQPlot& plot);
+
+/// An upright or a level line, 1 wide. It covers whole device pixels: lines of one kind are equally wide
+/// and bright wherever they lie.
+void drawEQLine(QPainter& painter, QPointF from, QPointF to, const QColor& color);
 
 }  // namespace Kit

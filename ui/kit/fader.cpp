@@ -25,6 +25,7 @@ constexpr int barPadding = 18;
 constexpr double capWidth = 44;
 constexpr double narrowCapWidth = 32;
 constexpr double slotBesideBars = 19;
+constexpr double besideSlot = 4.5;  // between its middle and the scale
 constexpr double centreOfBars = 50;
 
 // Arrow keys and the wheel move by `wideStep` on a range of more than `wideRange` (gains in dB), and by
@@ -122,6 +123,7 @@ void Fader::drawSlider(QPainter& painter) const {
         canvas.translate(-track().topLeft());
         drawTrack(canvas);
     });
+    drawNumbers(painter);
     drawCap(painter);
 }
 
@@ -130,23 +132,30 @@ void Fader::drawTrack(QPainter& painter) const {
     const QRectF slot(slotCentre() - 2, track().top() + 14, 4, track().height() - 28);
     Paint::fill(painter, slot, 2, Theme::black(0.55));
     Paint::edge(painter, slot, 2, Theme::recessRim(slot), 0.6);
-    if (!look.hasScale) return;
-    for (const double value : {range.upper, 0.0, -10.0, -20.0, -40.0, range.lower})
-        drawMark(painter, value);
+    painter.setPen(QPen(Theme::faded(Theme::tick, 0.6), 1));
+    for (const double value : marks()) {
+        constexpr double length = 4;
+        const double y = placeOf(value);
+        const double right = slotCentre() - besideSlot;
+        painter.drawLine(QPointF(right - length, y), QPointF(right, y));
+    }
 }
 
-// A line at the left of the slot, and its value at the right.
-void Fader::drawMark(QPainter& painter, double value) const {
-    constexpr double fromSlot = 4.5;
-    constexpr double length = 4;
-    constexpr double numberSize = 8;
-    const double y = placeOf(value);
-    const double left = slotCentre() - fromSlot;
-    painter.setPen(QPen(Theme::faded(Theme::tick, 0.6), 1));
-    painter.drawLine(QPointF(left - length, y), QPointF(left, y));
-    const QRectF place(slotCentre() + fromSlot + 2, y - numberSize, controlWidth, 2 * numberSize);
-    Paint::text(painter, place, Qt::AlignLeft, QString::asprintf(value > 0 ? "+%.0f" : "%.0f", value),
-                {Theme::font(numberSize, QFont::Medium), Theme::secondary, {}, true});
+std::vector<double> Fader::marks() const {
+    if (!look.hasScale) return {};
+    return {range.upper, 0, -10, -20, -40, range.lower};
+}
+
+// At the right of the slot. One that the cap would cover in part is left out: the end of "-10" reads as 0.
+void Fader::drawNumbers(QPainter& painter) const {
+    constexpr double size = 8;
+    for (const double value : marks()) {
+        const double y = placeOf(value);
+        if (std::abs(y - cap().center().y()) < (capHeight + size) / 2) continue;
+        const QRectF place(slotCentre() + besideSlot + 2, y - size, controlWidth, 2 * size);
+        Paint::text(painter, place, Qt::AlignLeft, QString::asprintf(value > 0 ? "+%.0f" : "%.0f", value),
+                    {Theme::font(size, QFont::Medium), Theme::secondary, {}, true});
+    }
 }
 
 void Fader::drawCap(QPainter& painter) const {

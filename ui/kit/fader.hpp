@@ -51,7 +51,8 @@ private:
     double slotCentre() const;
     void drawSlider(QPainter& painter) const;
     void drawTrack(QPainter& painter) const;
-    void drawMark(QPainter& painter, double value) const;
+    std::vector<double> marks() const;
+    void drawNumbers(QPainter& painter) const;
     void drawCap(QPainter& painter) const;
     void drawTexts(QPainter& painter) const;
 

@@ -1,6 +1,7 @@
 #include "ui/kit/housestyle.hpp"
 
 #include "ui/kit/compositing.hpp"
+#include "ui/kit/control.hpp"
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/symbols.hpp"
 #include "ui/kit/text.hpp"
@@ -10,10 +11,13 @@
 #include <QPainterPath>
 #include <QStyleOption>
 
+#include <cmath>
+
 namespace Kit {
 
 namespace {
 
+// In the usual size.
 constexpr double cornerRadius = 10;
 constexpr int menuPadding = 5;
 constexpr int tipPadding = 6;
@@ -25,31 +29,42 @@ constexpr double markSize = 11;
 
 bool isTip(const QWidget* widget) { return widget && widget->inherits("QTipLabel"); }
 
+// The owner of a menu is its parent, as is the widget that a tip explains.
+double growthOfOwner(const QWidget& popup) {
+    const auto* const owner = dynamic_cast<const Control*>(popup.parentWidget());
+    return owner ? owner->growth() : 1;
+}
+
+// Menus and tips are as large as their font has grown.
+double growthOf(const QWidget* popup) {
+    return popup ? popup->font().pointSizeF() / Theme::font(HouseStyle::fontSize).pointSizeF() : 1;
+}
+
+int grown(double length, const QWidget* popup) {
+    return static_cast<int>(std::lround(length * growthOf(popup)));
+}
+
 QRectF panelIn(const QRectF& bounds) {
     constexpr int room = HouseStyle::shadowRoom;
     return bounds.adjusted(room, room - 2, -room, -room - 2);
 }
 
+QRectF usual(const QRectF& bounds, double growth) {
+    return {bounds.topLeft() / growth, bounds.size() / growth};
+}
+
 void drawPanel(QPainter& painter, const QRectF& bounds) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
     const QRectF panel = Paint::snapped(painter, panelIn(bounds));
     Paint::dropShadow(painter, panel, cornerRadius, {Theme::black(0.6), 6, 3});
     Paint::fill(painter, panel, cornerRadius, Theme::vertical(panel, Theme::panelTop, Theme::panelBottom));
     Paint::edge(painter, panel, cornerRadius, Theme::rim(panel));
-    painter.restore();
 }
 
-void drawEntry(QPainter& painter, const QStyleOptionMenuItem& entry) {
-    const QRectF place = entry.rect;
+void drawEntry(QPainter& painter, const QRectF& place, const QStyleOptionMenuItem& entry) {
     const bool enabled = entry.state & QStyle::State_Enabled;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (entry.menuItemType == QStyleOptionMenuItem::Separator) {
-        painter.fillRect(QRectF(place.left() + 8, place.center().y(), place.width() - 16, 1),
-                         Theme::white(0.1));
-        return painter.restore();
-    }
+    if (entry.menuItemType == QStyleOptionMenuItem::Separator)
+        return painter.fillRect(QRectF(place.left() + 8, place.center().y(), place.width() - 16, 1),
+                                Theme::white(0.1));
     if (enabled && (entry.state & QStyle::State_Selected)) {
         const QRectF bar = Paint::snapped(painter, place);
         Paint::fill(painter, bar, 6, Theme::accentSoft);
@@ -72,6 +87,16 @@ void drawEntry(QPainter& painter, const QStyleOptionMenuItem& entry) {
         mark.moveRight(place.right() - 4);
         Symbols::draw(painter, QStringLiteral("chevron.right"), mark, Theme::secondary);
     }
+}
+
+// `draw` gets the rectangle in the usual size.
+template <class Draw>
+void drawGrown(QPainter& painter, const QWidget* popup, const QRectF& bounds, Draw draw) {
+    const double growth = growthOf(popup);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(growth, growth);
+    draw(usual(bounds, growth));
     painter.restore();
 }
 
@@ -84,7 +109,7 @@ void HouseStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (!isTip(widget) && !qobject_cast<QMenu*>(widget)) return;
     widget->setAttribute(Qt::WA_TranslucentBackground);
-    widget->setFont(Theme::font(fontSize));
+    widget->setFont(Theme::grown(Theme::font(fontSize), growthOfOwner(*widget)));
     widget->installEventFilter(this);
 }
 
@@ -92,9 +117,11 @@ bool HouseStyle::eventFilter(QObject* watched, QEvent* event) {
     const bool changes = event->type() == QEvent::Show || event->type() == QEvent::Resize;
     if (changes && !isComposited()) {
         auto* const popup = static_cast<QWidget*>(watched);
+        const double growth = growthOf(popup);
         QPainterPath shape;
-        shape.addRoundedRect(panelIn(popup->rect()), cornerRadius, cornerRadius);
-        popup->setMask(QRegion(shape.toFillPolygon().toPolygon()));
+        shape.addRoundedRect(panelIn(usual(popup->rect(), growth)), cornerRadius, cornerRadius);
+        const QPolygonF outline = QTransform::fromScale(growth, growth).map(shape.toFillPolygon());
+        popup->setMask(QRegion(outline.toPolygon()));
     }
     return QProxyStyle::eventFilter(watched, event);
 }
@@ -105,9 +132,9 @@ int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, cons
         return 0;
     case PM_MenuHMargin:
     case PM_MenuVMargin:
-        return shadowRoom + menuPadding;
+        return grown(shadowRoom + menuPadding, widget);
     case PM_ToolTipLabelFrameWidth:
-        return shadowRoom + tipPadding;
+        return grown(shadowRoom + tipPadding, widget);
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -117,9 +144,11 @@ QSize HouseStyle::sizeFromContents(ContentsType type, const QStyleOption* option
                                    const QWidget* widget) const {
     const auto* const entry = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
     if (type != CT_MenuItem || !entry) return QProxyStyle::sizeFromContents(type, option, size, widget);
-    if (entry->menuItemType == QStyleOptionMenuItem::Separator) return {size.width(), separatorHeight};
+    if (entry->menuItemType == QStyleOptionMenuItem::Separator)
+        return {size.width(), grown(separatorHeight, widget)};
     const bool hasShortcut = entry->text.contains(u'\t');
-    return {size.width() + markRoom + endRoom + (hasShortcut ? 2 * endRoom : 0), entryHeight};
+    const int besideText = markRoom + endRoom + (hasShortcut ? 2 * endRoom : 0);
+    return {size.width() + grown(besideText, widget), grown(entryHeight, widget)};
 }
 
 void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -127,7 +156,8 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     switch (element) {
     case PE_PanelMenu:
     case PE_PanelTipLabel:
-        return drawPanel(*painter, option->rect);
+        return drawGrown(*painter, widget, option->rect,
+                         [painter](const QRectF& bounds) { drawPanel(*painter, bounds); });
     case PE_FrameMenu:
         return;
     default:
@@ -138,7 +168,9 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
 void HouseStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                              const QWidget* widget) const {
     const auto* const entry = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-    if (element == CE_MenuItem && entry) return drawEntry(*painter, *entry);
+    if (element == CE_MenuItem && entry)
+        return drawGrown(*painter, widget, option->rect,
+                         [painter, entry](const QRectF& place) { drawEntry(*painter, place, *entry); });
     if (element == CE_MenuEmptyArea) return;
     QProxyStyle::drawControl(element, option, painter, widget);
 }

@@ -4,7 +4,8 @@
 
 namespace Kit {
 
-/// Draws the menus and tooltips of the toolkit as small raised panels.
+/// Draws the menus and tooltips of the toolkit as small raised panels, as large as the control that they
+/// belong to has grown.
 class HouseStyle final : public QProxyStyle {
 public:
     HouseStyle();
@@ -22,7 +23,7 @@ public:
     /// Without a compositor their windows end at the panel: there would be black around it.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-    /// Room for the shadow around the panel of a menu.
+    /// Room for the shadow around the panel of a menu, in its usual size.
     static constexpr int shadowRoom = 10;
 
     static constexpr double fontSize = 11;

@@ -14,9 +14,9 @@ namespace Kit {
 
 namespace {
 
-constexpr int tagHeight = 22;
-constexpr int padding = 9;
-constexpr int shadowMargin = 6;
+constexpr double tagHeight = 22;
+constexpr double padding = 9;
+constexpr double shadowMargin = 6;
 constexpr double gap = 15;  // between the anchor and the tag: a handle with its ring fits in
 
 }  // namespace
@@ -29,31 +29,35 @@ public:
         setRole(*this, QAccessible::ToolTip);
     }
 
-    void setText(const QString& text, bool accent) {
-        if (text == accessibleName() && accent == accented) return;
+    void setText(const QString& text, double growth, bool accent) {
+        if (text == accessibleName() && growth == factor && accent == accented) return;
         setAccessibleName(text);
+        factor = growth;
         accented = accent;
-        const int width = static_cast<int>(std::ceil(Paint::textWidth(text, style()))) + 2 * padding;
-        resize(width + 2 * shadowMargin, tagHeight + 2 * shadowMargin);
+        const double width = std::ceil(Paint::textWidth(text, style())) + 2 * padding;
+        resize((QSizeF(width + 2 * shadowMargin, tagHeight + 2 * shadowMargin) * factor).toSize());
         update();
     }
 
     void standAt(QPointF anchor) {
         const QRectF window = parentWidget()->rect();
-        QRectF tag = QRectF(rect()).adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin);
+        const double margin = shadowMargin * factor;
+        QRectF tag = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
         tag.moveCenter(anchor);
-        tag.moveBottom(anchor.y() - gap);
-        if (tag.top() < window.top()) tag.moveTop(anchor.y() + gap);
+        tag.moveBottom(anchor.y() - gap * factor);
+        if (tag.top() < window.top()) tag.moveTop(anchor.y() + gap * factor);
         tag.moveLeft(std::max(std::min(tag.left(), window.right() - tag.width()), window.left()));
-        move((tag.topLeft() - QPointF(shadowMargin, shadowMargin)).toPoint());
+        move((tag.topLeft() - QPointF(margin, margin)).toPoint());
     }
 
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        const QRectF shape = Paint::snapped(
-            painter, QRectF(rect()).adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin));
+        painter.scale(factor, factor);
+        const QRectF area(QPointF(), QSizeF(size()) / factor);
+        const QRectF shape =
+            Paint::snapped(painter, area.adjusted(shadowMargin, shadowMargin, -shadowMargin, -shadowMargin));
         constexpr double radius = 7;
         Paint::dropShadow(painter, shape, radius, {Theme::black(0.5), 4, 1});
         Paint::cached(painter, accented ? QStringLiteral("accented tag") : QStringLiteral("tag"), shape,
@@ -71,6 +75,7 @@ private:
         return {Theme::font(12, QFont::Medium), accented ? Theme::accent : Theme::text, {}, true};
     }
 
+    double factor = 1;
     bool accented = false;
 };
 
@@ -81,7 +86,7 @@ void Tag::show(const QString& text, QPointF anchor, bool accent) {
     if (label && label->parentWidget() != window) delete label;
     if (!label) label = new Label(window);
     auto* const shown = static_cast<Label*>(label.data());
-    shown->setText(text, accent);
+    shown->setText(text, owner->growth(), accent);
     shown->standAt(owner->mapTo(window, anchor));
     shown->raise();
     shown->show();

@@ -1,17 +1,18 @@
 #pragma once
 
+#include "ui/kit/control.hpp"
+
 #include <QPointF>
 #include <QPointer>
 #include <QString>
-#include <QWidget>
 
 namespace Kit {
 
-/// A small read-out that floats over the window of its owner. It takes neither the focus nor the mouse.
-/// It is on the screen only between `show` and `hide`.
+/// A small read-out that floats over the window of its owner, and is as large as that has grown. It takes
+/// neither the focus nor the mouse. It is on the screen only between `show` and `hide`.
 class Tag final {
 public:
-    explicit Tag(QWidget* owner)
+    explicit Tag(Control* owner)
         : owner(owner) {}
     ~Tag();
     Tag(const Tag&) = delete;
@@ -25,7 +26,7 @@ public:
 private:
     class Label;
 
-    QWidget* const owner;
+    Control* const owner;
     QPointer<QWidget> label;  // a child of the window, which may be destroyed before the tag
 };
 

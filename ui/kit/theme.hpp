@@ -29,7 +29,7 @@ inline const QColor secondary = rgb(0.56, 0.58, 0.64);
 inline const QColor tick = rgb(0.68, 0.70, 0.75);
 inline const QColor accent = rgb(1.0, 0.42, 0.10);
 inline const QColor accentSoft = faded(accent, 0.16);
-inline const QColor legible = black(0.42);  // on the backdrop: a ground on which `secondary` can be read
+inline const QColor legible = black(0.44);  // on the backdrop: a ground on which `secondary` can be read
 inline const QColor good = rgb(0.35, 0.85, 0.45);
 inline const QColor error = rgb(1.0, 0.27, 0.23);
 

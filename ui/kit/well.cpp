@@ -10,7 +10,18 @@ Well::Well(double radius, QWidget* parent)
     : QWidget(parent)
     , radius(radius) {}
 
-void Well::draw(QPainter& painter) const { Paint::well(painter, rect(), std::min(radius, height() / 2.0)); }
+void Well::setGrowth(double factor) {
+    growth = factor;
+    update();
+}
+
+void Well::draw(QPainter& painter) const {
+    painter.save();
+    painter.scale(growth, growth);
+    const QRectF area(QPointF(), QSizeF(size()) / growth);
+    Paint::well(painter, area, std::min(radius, area.height() / 2));
+    painter.restore();
+}
 
 void Well::paintEvent(QPaintEvent*) {
     QPainter painter(this);

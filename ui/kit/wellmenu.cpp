@@ -11,6 +11,7 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace Kit {
@@ -55,11 +56,12 @@ Parts::Part MenuButton::part(int index) const {
 // window. The choice is therefore delivered by a queued call, after the list has closed.
 void MenuButton::activate() {
     if (!isEnabled()) return;
+    const int shadowRoom = static_cast<int>(std::lround(HouseStyle::shadowRoom * growth()));
     list = new QMenu(this);
     list->setAttribute(Qt::WA_DeleteOnClose);
     list->setAttribute(Qt::WA_NoMouseReplay);  // a press on the button closes the list
     list->setWindowFlag(Qt::NoDropShadowWindowHint);
-    list->setMinimumWidth(width() + 2 * HouseStyle::shadowRoom);
+    list->setMinimumWidth(width() + 2 * shadowRoom);
     for (int i = 0; i < titles.size(); ++i) {
         QAction* const entry = list->addAction(titles.at(i));
         connect(
@@ -68,7 +70,7 @@ void MenuButton::activate() {
         entry->setChecked(i == current);
     }
     connect(list, &QObject::destroyed, this, [this] { notifyExpanded(*this); });
-    list->popup(mapToGlobal(QPoint(-HouseStyle::shadowRoom, height() + listGap - HouseStyle::shadowRoom)));
+    list->popup(mapToGlobal(QPoint(-shadowRoom, height() + listGap - shadowRoom)));
     list->setActiveAction(current ? list->actions().at(*current) : nullptr);
     notifyExpanded(*this);
 }

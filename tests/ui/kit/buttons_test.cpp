@@ -1,5 +1,6 @@
 #include "tests/ui/kit/hand.hpp"
 #include "ui/kit/caption.hpp"
+#include "ui/kit/housestyle.hpp"
 #include "ui/kit/iconbutton.hpp"
 #include "ui/kit/lamp.hpp"
 #include "ui/kit/pillbutton.hpp"
@@ -158,6 +159,25 @@ TEST_F(MenuTest, EachEntryReportsItsValueAndTheLabelStaysTheOwners) {
         EXPECT_EQ(chosen, 10 * (row + 1));
         EXPECT_EQ(button->valueText(), "Low shelf");
     }
+}
+
+TEST_F(MenuTest, AListIsAsLargeAsItsButton) {
+    static Kit::HouseStyle house;
+    const auto sizeAt = [this](double growth) {
+        button->setGrowth(growth);
+        button->setFixedWidth(int(138 * growth));
+        button->activate();
+        list().setStyle(&house);
+        list().ensurePolished();
+        const QSizeF size = list().sizeHint();
+        QTest::keyClick(&list(), Qt::Key_Escape);
+        QApplication::processEvents();
+        return size;
+    };
+    const QSizeF usual = sizeAt(1);
+    const QSizeF large = sizeAt(1.5);
+    EXPECT_NEAR(large.width(), usual.width() * 1.5, 6);
+    EXPECT_NEAR(large.height(), usual.height() * 1.5, 6);
 }
 
 TEST_F(MenuTest, ButtonAndWindowMayGoWhileTheListIsOpen) {

@@ -185,6 +185,53 @@ TEST_F(EQGraphTest, KeysSelectAHandleAndMoveIt) {
     EXPECT_EQ(graph.selection(), std::nullopt);
 }
 
+TEST_F(EQGraphTest, GrowsAsAWholeAndFollowsThePointerThen) {
+    show({{1000, 6}, {4000, -6}});
+    const QPointF usual = placeOf(0);
+    const auto& tag = [this]() -> QWidget& { return OnScreen::find<QWidget>(graph, "A"); };
+    handles[0].readOut = "A";
+    graph.setHandles(handles);
+    moveTo(usual);
+    const QSize usualTag = tag().size();
+    Hand::leave(graph);
+    graph.setGrowth(2);
+    graph.setFixedHeight(2 * graph.height());
+    graph.resize(2 * graph.width(), graph.height());
+    EXPECT_EQ(placeOf(0), usual * 2);
+    EXPECT_EQ(Hand::colorAt(graph, placeOf(0) - QPointF(15, 0)).rgb(), Theme::accent.rgb());
+    moveTo(placeOf(0) + QPointF(22, 0));
+    EXPECT_NEAR(tag().width(), usualTag.width() * 2, 1) << "within reach";
+    const QPointF wanted(600, 150);
+    drag(placeOf(0), wanted);
+    EXPECT_LT((placeOf(0) - wanted).manhattanLength(), 0.01);
+    graph.setCurves({{"SAÍDA 1", Theme::accent, std::vector<double>(320, -12)}});
+    const QPointF curve = QPointF(graph.plot().x(650), graph.plot().y(-12)) * 2;
+    int wide = 0;
+    for (int y = -5; y <= 5; ++y)
+        wide += Hand::colorAt(graph, curve + QPointF(0, y)).rgb() == Theme::accent.rgb();
+    EXPECT_GE(wide, 3);
+}
+
+TEST_F(EQGraphTest, LinesOfAKindAreEquallyBrightAtEachRatio) {
+    show({});
+    for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+        QImage image((QSizeF(graph.size()) * ratio).toSize(), QImage::Format_RGB32);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Qt::black);
+        graph.render(&image, {}, {}, QWidget::DrawChildren);
+        const int row = int(graph.plot().y(3) * ratio);
+        const auto brightest = [&](double hz) {
+            const int at = int(graph.plot().x(hz) * ratio);
+            int most = 0;
+            for (int x = at - 2; x <= at + 2; ++x)
+                most = std::max(most, qGray(image.pixel(x, row)));
+            return most;
+        };
+        for (const double hz : {300, 400, 500, 600, 700, 800, 900})
+            EXPECT_NEAR(brightest(hz), brightest(200), 1) << hz << " Hz at " << ratio;
+    }
+}
+
 TEST_F(EQGraphTest, DrawsAndTellsWhatItShows) {
     show({{100, -9}, {10000, -9}});
     EXPECT_EQ(graph.part(1).name, "Banda 2");

@@ -2,10 +2,12 @@
 
 #include "ui/kit/growing.hpp"
 
-#include <QBoxLayout>
+#include <QLayout>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Corvane {
 
@@ -32,7 +34,7 @@ void Growth::remember() {
         if (each->minimumSize() != QSize(0, 0) ||
             each->maximumSize() != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
             extents.push_back({each, each->minimumSize(), each->maximumSize()});
-    for (QBoxLayout* const layout : page.findChildren<QBoxLayout*>()) {
+    for (QLayout* const layout : page.findChildren<QLayout*>()) {
         gaps.push_back({layout, layout->contentsMargins(), layout->spacing()});
         for (int i = 0; i < layout->count(); ++i)
             if (QSpacerItem* const item = layout->itemAt(i)->spacerItem())
@@ -57,6 +59,14 @@ void Growth::apply(double factor) {
     for (const auto& [item, size, policy] : spacers)
         item->changeSize(grown(size.width(), factor), grown(size.height(), factor), policy.horizontalPolicy(),
                          policy.verticalPolicy());
+}
+
+// From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
+void Growth::settle() const {
+    QList<QWidget*> inside = page.findChildren<QWidget*>();
+    std::ranges::reverse(inside);
+    for (const QWidget* const each : std::as_const(inside))
+        if (QLayout* const layout = each->layout()) layout->activate();
 }
 
 void Growth::undo() {

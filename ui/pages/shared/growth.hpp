@@ -7,7 +7,7 @@
 
 #include <vector>
 
-class QBoxLayout;
+class QLayout;
 class QSpacerItem;
 class QWidget;
 
@@ -22,6 +22,9 @@ public:
     /// From the usual sizes on, whatever was applied before.
     void apply(double factor);
 
+    /// Lays out what has got new sizes.
+    void settle() const;
+
     /// Back to the usual sizes.
     void undo();
 
@@ -32,7 +35,7 @@ private:
         QSize most;
     };
     struct Gaps {
-        QBoxLayout* layout;
+        QLayout* layout;
         QMargins margins;
         int spacing;
     };

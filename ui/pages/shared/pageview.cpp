@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace Corvane {
 
@@ -57,11 +56,7 @@ void PageView::resizeEvent(QResizeEvent* event) {
     const QMargins margins = rows->contentsMargins();
     growth.apply(room.growth);
     rows->setContentsMargins(margins + QMargins(room.beside, 0, room.beside, room.above));
-    // From the inside out: a layout learns the new sizes of its widgets when their layouts are active.
-    QList<QWidget*> inside = findChildren<QWidget*>();
-    std::ranges::reverse(inside);
-    for (const QWidget* const each : std::as_const(inside))
-        if (QLayout* const layout = each->layout()) layout->activate();
+    growth.settle();
     rows->activate();
     Surface::resizeEvent(event);
 }

@@ -1,6 +1,7 @@
 #include "ui/pages/shell/contentview.hpp"
 
 #include "ui/pages/shared/bind.hpp"
+#include "ui/pages/shared/growth.hpp"
 #include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/diagnosticswindow.hpp"
 #include "ui/pages/shell/gesturefilter.hpp"
@@ -54,6 +55,16 @@ protected:
         }
         Surface::paintEvent(event);
     }
+
+    // The card grows as the page under it does.
+    void resizeEvent(QResizeEvent* event) override {
+        growth.apply(Room::in(window()->size()).growth);
+        growth.settle();
+        Surface::resizeEvent(event);
+    }
+
+private:
+    Growth growth{*this};
 };
 
 ContentView::ContentView(AppModel& model, bool choosesLink, QWidget* parent)

@@ -24,7 +24,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        QRectF icon(0, 0, 34, 34);
+        QRectF icon(0, 0, height(), height());
         icon.moveCenter(QRectF(rect()).center());
         Symbols::draw(painter, QStringLiteral("cable.connector.horizontal"), icon, Theme::accent);
     }

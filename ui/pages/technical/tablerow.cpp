@@ -36,8 +36,9 @@ void TableRow::setTint(const QColor& color) {
 void TableRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    Paint::fill(painter, rect(), cornerRadius, Theme::black(0.32));
-    if (tint.isValid()) Paint::fill(painter, rect(), cornerRadius, tint);
+    const double radius = cornerRadius * growth;
+    Paint::fill(painter, rect(), radius, Theme::black(0.38));
+    if (tint.isValid()) Paint::fill(painter, rect(), radius, tint);
 }
 
 }  // namespace Corvane

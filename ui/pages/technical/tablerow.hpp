@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/kit/growing.hpp"
+
 #include <QColor>
 #include <QWidget>
 
@@ -8,9 +10,11 @@
 namespace Corvane {
 
 /// A row of a table: cells on a dark strip. The gaps between them grow with its width.
-class TableRow : public QWidget {
+class TableRow : public QWidget, public Kit::Growing {
 public:
     using QWidget::QWidget;
+
+    void setGrowth(double factor) override { growth = factor; }
 
 protected:
     void setCells(const std::vector<QWidget*>& cells);
@@ -22,6 +26,7 @@ protected:
 
 private:
     QColor tint;
+    double growth = 1;
 };
 
 }  // namespace Corvane
