@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <random>
 #include <vector>
@@ -108,68 +109,116 @@ std::array<FineNoiseRow, side> makeFineNoise() {
 
 // One tile of a row from half as many pixels.
 void enlarge(const std::uint32_t* half, const FineNoiseRow& noise, QRgb* pixels) {
-    FineNoiseRow fine;
-    for (std::size_t i = 0; i < side; ++i)
-        fine[i] = half[i / 2];
-    for (std::size_t i = 0; i < side; ++i) {
-        const std::uint32_t sum = fine[i] + noise[i];
-        pixels[i] = 0xff000000 | (sum >> 6 & 0xff0000) | (sum >> 4 & 0xff00) | (sum >> 2 & 0xff);
+    for (std::size_t i = 0; i < side / 2; ++i) {
+        const auto pixel = [](std::uint32_t sum) {
+            return 0xff000000 | (sum >> 6 & 0xff0000) | (sum >> 4 & 0xff00) | (sum >> 2 & 0xff);
+        };
+        pixels[2 * i] = pixel(half[i] + noise[2 * i]);
+        pixels[2 * i + 1] = pixel(half[i] + noise[2 * i + 1]);
     }
+}
+
+// Pixels `from` to `from` + `count` of a row.
+void enlarge(const std::uint32_t* half, const FineNoiseRow& noise, int from, int count, QRgb* pixels) {
+    for (const int end = from + count; from < end;) {
+        const int tile = from / side * side;
+        const int piece = std::min(tile + side, end) - from;
+        if (piece == side) {
+            enlarge(half + tile / 2, noise, pixels);
+        } else {
+            std::array<QRgb, side> whole;
+            enlarge(half + tile / 2, noise, whole.data());
+            std::copy_n(whole.begin() + (from - tile), piece, pixels);
+        }
+        from += piece;
+        pixels += piece;
+    }
+}
+
+// The picture that is drawn on, when its pixels can be written without the painter.
+QImage* writtenBy(const QPainter& painter) {
+    if (painter.opacity() < 1 || painter.compositionMode() != QPainter::CompositionMode_SourceOver)
+        return nullptr;
+    auto* const image = dynamic_cast<QImage*>(painter.paintEngine()->paintDevice());
+    if (!image || !image->isDetached()) return nullptr;
+    switch (image->format()) {
+    case QImage::Format_RGB32:
+    case QImage::Format_ARGB32:
+    case QImage::Format_ARGB32_Premultiplied:
+        return image;
+    default:
+        return nullptr;
+    }
+}
+
+// What is being repainted, in device pixels.
+QRegion exposedBy(const QPainter& painter) {
+    const QPaintEngine& engine = *painter.paintEngine();
+    QRegion exposed = QRect(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height());
+    if (const QRegion clip = engine.systemClip(); !clip.isEmpty()) exposed &= clip;
+    if (painter.hasClipping())
+        exposed &= painter.deviceTransform().mapRect(painter.clipBoundingRect()).toAlignedRect();
+    return exposed;
+}
+
+// The squares of a rounded rectangle in which its edge is round.
+QRegion cornersOf(const QRect& place, double radius) {
+    const QSize size = QSize(1, 1) * static_cast<int>(std::ceil(radius));
+    QRegion corners;
+    for (const int x : {place.left(), place.right() + 1 - size.width()})
+        for (const int y : {place.top(), place.bottom() + 1 - size.height()})
+            corners += QRect(QPoint(x, y), size);
+    return corners;
 }
 
 }  // namespace
 
-// In bands that are low enough for the toolkit to draw them without starting other threads.
 void FinePicture::draw(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling) {
-    constexpr int bandHeight = 32;
     const QRect place = pixelsOf(painter, shape);
     const QSize size = (place.size() + QSize(1, 1)) / 2;
     if (place.isEmpty()) return;
     if (size != drawnSize) half = finePicture(size, filling);
     drawnSize = size;
-    const QPaintEngine& engine = *painter.paintEngine();
-    QRegion exposed = QRect(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height()) & place;
-    if (const QRegion clip = engine.systemClip(); !clip.isEmpty()) exposed &= clip;
-    if (painter.hasClipping())
-        exposed &= painter.deviceTransform().mapRect(painter.clipBoundingRect()).toAlignedRect();
+    const QRegion exposed = exposedBy(painter) & place;
     const double corner = radius * ratioOf(painter);
+    const QRegion corners = cornersOf(place, corner);
     painter.save();
     painter.setTransform(painter.deviceTransform().inverted(), true);
-    for (const QRect& part : exposed)
-        for (int top = part.top(); top <= part.bottom(); top += bandHeight) {
-            const int height = std::min(bandHeight, part.bottom() + 1 - top);
-            drawBand(painter, place, {part.left(), top, part.width(), height}, corner);
-        }
-    painter.restore();
-}
-
-void FinePicture::drawBand(QPainter& painter, const QRect& place, const QRect& band, double corner) const {
-    static const std::array<FineNoiseRow, side> fineNoise = makeFineNoise();
-    const QPoint offset = band.topLeft() - place.topLeft();
-    const int tile = offset.x() / side;
-    const int tiles = (offset.x() + band.width() - 1) / side + 1 - tile;
-    const QRect tiled(place.x() + tile * side, band.y(), tiles * side, band.height());
-    QImage image(tiled.size(), QImage::Format_RGB32);
-    for (int y = 0; y < band.height(); ++y) {
-        const auto* row = reinterpret_cast<const std::uint32_t*>(half.constScanLine((offset.y() + y) / 2));
-        auto* pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
-        row += tile * side / 2;
-        for (int i = 0; i < tiles; ++i, row += side / 2, pixels += side)
-            enlarge(row, fineNoise[static_cast<std::size_t>((offset.y() + y) % side)], pixels);
-    }
-    painter.save();
-    painter.setClipRect(band, Qt::IntersectClip);
-    const double depth = std::min(band.top() - place.top(), place.bottom() - band.bottom());
-    if (depth >= corner) {
-        painter.drawImage(tiled.topLeft(), image);
-    } else {
-        QBrush brush(image);
-        brush.setTransform(QTransform::fromTranslate(tiled.x(), tiled.y()));
-        painter.setPen(Qt::NoPen);
+    for (const QRect& part : exposed - corners)
+        drawRectangle(painter, place, part);
+    painter.setPen(Qt::NoPen);
+    for (const QRect& part : exposed& corners) {
+        QBrush brush(pixelsIn(place, part));
+        brush.setTransform(QTransform::fromTranslate(part.x(), part.y()));
         painter.setBrush(brush);
+        painter.setClipRect(part);
         painter.drawRoundedRect(place, corner, corner);
     }
     painter.restore();
+}
+
+// The toolkit would copy a picture once more than writing its pixels takes.
+void FinePicture::drawRectangle(QPainter& painter, const QRect& place, const QRect& part) const {
+    if (QImage* const image = writtenBy(painter))
+        write(part.topLeft() - place.topLeft(), part, *image);
+    else
+        painter.drawImage(part.topLeft(), pixelsIn(place, part));
+}
+
+QImage FinePicture::pixelsIn(const QRect& place, const QRect& part) const {
+    QImage image(part.size(), QImage::Format_RGB32);
+    write(part.topLeft() - place.topLeft(), image.rect(), image);
+    return image;
+}
+
+void FinePicture::write(QPoint from, const QRect& to, QImage& image) const {
+    static const std::array<FineNoiseRow, side> fineNoise = makeFineNoise();
+    for (int y = 0; y < to.height(); ++y) {
+        const int row = from.y() + y;
+        enlarge(reinterpret_cast<const std::uint32_t*>(half.constScanLine(row / 2)),
+                fineNoise[static_cast<std::size_t>(row % side)], from.x(), to.width(),
+                reinterpret_cast<QRgb*>(image.scanLine(to.y() + y)) + to.x());
+    }
 }
 
 void fillFine(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling) {

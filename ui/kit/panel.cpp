@@ -100,8 +100,18 @@ void Panel::drawPlate(QPainter& painter, const QRegion& exposed) {
         Paint::edge(painter, rect(), cornerRadius, Theme::rim(rect()));
 }
 
-// A plate is soon drawn again when its page is shown.
-void Panel::hideEvent(QHideEvent*) { surface.drop(); }
+void Panel::showEvent(QShowEvent*) { hidden.stop(); }
+
+// Who goes back to a page at once finds its plates as they were.
+void Panel::hideEvent(QHideEvent*) {
+    constexpr int milliseconds = 10'000;
+    hidden.start(milliseconds, this);
+}
+
+void Panel::timerEvent(QTimerEvent*) {
+    hidden.stop();
+    surface.drop();
+}
 
 // The surface draws the shadows, which move with the panel.
 void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
