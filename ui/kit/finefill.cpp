@@ -109,12 +109,12 @@ std::array<FineNoiseRow, side> makeFineNoise() {
 
 // One tile of a row from half as many pixels.
 void enlarge(const std::uint32_t* half, const FineNoiseRow& noise, QRgb* pixels) {
-    for (std::size_t i = 0; i < side / 2; ++i) {
-        const auto pixel = [](std::uint32_t sum) {
-            return 0xff000000 | (sum >> 6 & 0xff0000) | (sum >> 4 & 0xff00) | (sum >> 2 & 0xff);
-        };
-        pixels[2 * i] = pixel(half[i] + noise[2 * i]);
-        pixels[2 * i + 1] = pixel(half[i] + noise[2 * i + 1]);
+    FineNoiseRow fine;
+    for (std::size_t i = 0; i < side / 2; ++i)
+        fine[2 * i] = fine[2 * i + 1] = half[i];
+    for (std::size_t i = 0; i < side; ++i) {
+        const std::uint32_t sum = fine[i] + noise[i];
+        pixels[i] = 0xff000000 | (sum >> 6 & 0xff0000) | (sum >> 4 & 0xff00) | (sum >> 2 & 0xff);
     }
 }
 
@@ -162,13 +162,18 @@ QRegion exposedBy(const QPainter& painter) {
 }
 
 // The squares of a rounded rectangle in which its edge is round.
-QRegion cornersOf(const QRect& place, double radius) {
-    const QSize size = QSize(1, 1) * static_cast<int>(std::ceil(radius));
-    QRegion corners;
-    for (const int x : {place.left(), place.right() + 1 - size.width()})
-        for (const int y : {place.top(), place.bottom() + 1 - size.height()})
-            corners += QRect(QPoint(x, y), size);
-    return corners;
+std::array<QRect, 4> cornersOf(const QRect& place, double radius) {
+    const int size = static_cast<int>(std::ceil(radius));
+    const int right = place.right() + 1 - size;
+    const int bottom = place.bottom() + 1 - size;
+    return {QRect(place.left(), place.top(), size, size), QRect(right, place.top(), size, size),
+            QRect(place.left(), bottom, size, size), QRect(right, bottom, size, size)};
+}
+
+// What lies that far within a rounded rectangle is within its round edges.
+QRect withinCorners(const QRect& place, double radius) {
+    const int inset = static_cast<int>(std::ceil(radius * (1 - std::sqrt(0.5)))) + 1;
+    return place.adjusted(inset, inset, -inset, -inset);
 }
 
 }  // namespace
@@ -181,28 +186,48 @@ void FinePicture::draw(QPainter& painter, const QRectF& shape, double radius, co
     drawnSize = size;
     const QRegion exposed = exposedBy(painter) & place;
     const double corner = radius * ratioOf(painter);
-    const QRegion corners = cornersOf(place, corner);
     painter.save();
     painter.setTransform(painter.deviceTransform().inverted(), true);
-    for (const QRect& part : exposed - corners)
-        drawRectangle(painter, place, part);
     painter.setPen(Qt::NoPen);
-    for (const QRect& part : exposed& corners) {
-        QBrush brush(pixelsIn(place, part));
-        brush.setTransform(QTransform::fromTranslate(part.x(), part.y()));
-        painter.setBrush(brush);
+    QRegion straight = exposed;
+    for (const QRect& square : cornersOf(place, corner)) {
+        const QRegion round = QRegion(square) - withinCorners(place, corner);
+        straight -= round;
+        if (exposed.intersects(round)) drawCorner(painter, place, square, corner, exposed.intersected(round));
+    }
+    for (const QRect& part : straight)
+        drawRectangle(painter, place, part);
+    painter.restore();
+}
+
+// The toolkit computes all rows of a shape, even those that are clipped away. A small shape has the same
+// corner.
+void FinePicture::drawCorner(QPainter& painter, const QRect& place, const QRect& square, double radius,
+                             const QRegion& exposed) const {
+    QRect small(place.topLeft(), (2 * square.size()).boundedTo(place.size()));
+    if (square.left() > place.left()) small.moveRight(place.right());
+    if (square.top() > place.top()) small.moveBottom(place.bottom());
+    QBrush brush(pixelsIn(place, square));
+    brush.setTransform(QTransform::fromTranslate(square.x(), square.y()));
+    painter.save();
+    painter.setBrush(brush);
+    for (const QRect& part : exposed) {
         painter.setClipRect(part);
-        painter.drawRoundedRect(place, corner, corner);
+        painter.drawRoundedRect(small, radius, radius);
     }
     painter.restore();
 }
 
-// The toolkit would copy a picture once more than writing its pixels takes.
+// The toolkit would copy a picture once more than writing its pixels takes. Where it must draw, it gets
+// low ones, which it draws without starting other threads.
 void FinePicture::drawRectangle(QPainter& painter, const QRect& place, const QRect& part) const {
     if (QImage* const image = writtenBy(painter))
-        write(part.topLeft() - place.topLeft(), part, *image);
-    else
-        painter.drawImage(part.topLeft(), pixelsIn(place, part));
+        return write(part.topLeft() - place.topLeft(), part, *image);
+    constexpr int bandHeight = 32;
+    for (int top = part.top(); top <= part.bottom(); top += bandHeight) {
+        const QRect band(part.left(), top, part.width(), std::min(bandHeight, part.bottom() + 1 - top));
+        painter.drawImage(band.topLeft(), pixelsIn(place, band));
+    }
 }
 
 QImage FinePicture::pixelsIn(const QRect& place, const QRect& part) const {

@@ -39,6 +39,8 @@ public:
     }
 
 private:
+    void drawCorner(QPainter& painter, const QRect& place, const QRect& square, double radius,
+                    const QRegion& exposed) const;
     void drawRectangle(QPainter& painter, const QRect& place, const QRect& part) const;
     QImage pixelsIn(const QRect& place, const QRect& part) const;
 

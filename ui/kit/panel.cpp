@@ -17,6 +17,7 @@ namespace Kit {
 namespace {
 
 constexpr double cornerRadius = 30;
+constexpr int withinCorners = 10;  // that far in, the round corners and the edge have ended
 constexpr int padding = 26;
 constexpr int rowSpacing = 22;
 constexpr double farBlur = 34;
@@ -40,7 +41,8 @@ void lightRow(double reach, int row, std::span<float> opacities) {
 // pixel, whose edge is smoothed and lined.
 QRegion hiddenBy(const QRect& plate) {
     constexpr int corner = static_cast<int>(cornerRadius);
-    return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner);
+    return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner) +
+           plate.adjusted(withinCorners, withinCorners, -withinCorners, -withinCorners);
 }
 
 }  // namespace
@@ -117,8 +119,7 @@ void Panel::timerEvent(QTimerEvent*) {
 void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
 
 void Panel::resizeEvent(QResizeEvent*) {
-    constexpr int corner = 10;  // that far in, the round corners and the edge have ended
-    inside->setGeometry(rect().adjusted(corner, corner, -corner, -corner));
+    inside->setGeometry(rect().adjusted(withinCorners, withinCorners, -withinCorners, -withinCorners));
     parentWidget()->update();
 }
 
