@@ -12,6 +12,10 @@
 #include <QApplication>
 #include <QPalette>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace Corvane {
 
 using namespace Wendril;
@@ -36,6 +40,17 @@ QPalette darkPalette() {
     for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         colors.setColor(QPalette::Disabled, role, Theme::secondary);
     return colors;
+}
+
+// Blocks of a megabyte, which are pictures, go back to the system when they are freed. By default glibc
+// takes all later blocks up to the size of the largest that was freed from the heap, which never shrinks
+// below the last block in use.
+void giveFreedPicturesBack() {
+#ifdef __GLIBC__
+    constexpr int megabyte = 1 << 20;
+    ::mallopt(M_MMAP_THRESHOLD, megabyte);
+    ::mallopt(M_TRIM_THRESHOLD, 2 * megabyte);
+#endif
 }
 
 Surroundings surroundingsOf(const Options& options, const Demo* demo, std::shared_ptr<Executor> executor) {
@@ -67,6 +82,7 @@ CorvaneApp::CorvaneApp(const Options& options)
         model->espHost = options.bridge;
         model->portChoice = std::string(AppModel::bridgeChoice);
     }
+    giveFreedPicturesBack();
     Kit::installAccessibility();
     QApplication::setStyle(new Kit::HouseStyle);
     QApplication::setPalette(darkPalette());

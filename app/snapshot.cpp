@@ -1,6 +1,7 @@
 #include "app/snapshot.hpp"
 
 #include "app/model/equaliser.hpp"
+#include "app/pngfile.hpp"
 
 #include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/contentview.hpp"
@@ -22,7 +23,6 @@ namespace {
 constexpr const char* folderVariable = "CORVANE_SNAPSHOT";
 constexpr const char* portVariable = "CORVANE_PORT";
 constexpr double ratio = 2;
-constexpr int quickCompression = 80;                // half the time for files a third larger
 constexpr auto settling = std::chrono::seconds(2);  // for the writes to reach the speakers
 constexpr int presetSlot = 2;
 
@@ -46,7 +46,7 @@ void render(AppModel& model, Page page, const TechPage& techPage, const QString&
     image.setDevicePixelRatio(ratio);
     image.fill(Qt::black);
     view.render(&image);
-    if (!image.save(path, "PNG", quickCompression)) return;
+    if (!writePng(image, path)) return;
     std::printf("%s\n", qPrintable(path));
     std::fflush(stdout);
 }

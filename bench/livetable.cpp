@@ -40,6 +40,7 @@ const Part parts[] = {
     {"--window", [](const auto& port, const auto& scene) { Bench::measureWindow(port, scene); }},
     {"--canvas", [](const auto& port, const auto& scene) { Bench::measureCanvas(port, scene); }},
     {"--drags", [](const auto&, const auto&) { Bench::measureDrags(); }},
+    {"--changes", [](const auto&, const auto&) { Bench::measureChanges(); }},
     {"--trace-window", [](const auto& port, const auto&) { Bench::traceWindow(port); }},
     {"--trace-canvas", [](const auto& port, const auto& scene) { Bench::traceCanvas(port, scene); }},
 };
@@ -149,7 +150,7 @@ void printTable(std::span<const std::string> ratios, const std::vector<Values>& 
         {"crossover_ms_pool_threads", "by changes of a crossover"},
         {"offline_mb", "resident MB, offline"},
         {"tone_mb", "resident MB, first page online"},
-        {"all_pages_mb", "resident MB, after all pages twice and ten resizes"},
+        {"all_pages_mb", "resident MB, 16 s after all pages twice and ten resizes"},
         {"first_window_ms", "first window, CPU ms"},
         {"page_change_ms", "change of page seen before, CPU ms"},
         {"page_change_worst_ms", "the slowest of them"},

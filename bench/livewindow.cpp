@@ -26,7 +26,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr QSize large(1920, 1200);
-constexpr auto still = 1500ms;  // in which what an action has started ends
+constexpr auto still = 1500ms;   // in which what an action has started ends
+constexpr auto givenBack = 16s;  // until when the window has given back what it no longer shows
 
 // The program's style and fonts, and a window of the program that follows the chain at a port.
 struct Live {
@@ -69,6 +70,31 @@ void measureTone(Live& live) {
     wait(still);
 }
 
+// Of pages that have been seen.
+void printChanges(AppModel& model, MainWindow& window) {
+    const std::vector<ShownPage> all = pages();
+    std::vector<double> changes;
+    for (int round = 0; round < 2; ++round)
+        for (const ShownPage& page : all) {
+            changes.push_back(cpuMilliseconds([&] {
+                page.showIn(model, window.content());
+                wait(20ms);
+            }));
+        }
+    print("page_change_ms", median(changes));
+    print("page_change_worst_ms", *std::ranges::max_element(changes));
+    all.front().showIn(model, window.content());
+    wait(still);
+    std::vector<double> resizes;
+    for (int i = 1; i <= 10; ++i)
+        resizes.push_back(cpuMilliseconds([&] {
+            window.resize(Room::usual + QSize(13, 9) * i);
+            wait(20ms);
+        }));
+    print("resize_ms", median(resizes));
+    window.resize(Room::usual);
+}
+
 void measurePages(Live& live) {
     const std::vector<ShownPage> all = pages();
     for (const ShownPage& page : all) {
@@ -78,27 +104,8 @@ void measurePages(Live& live) {
         print("page_paints " + page.name, paintEventsPerSecond());
         print("page_mb " + page.name, residentMegabytes());
     }
-    std::vector<double> changes;
-    for (int round = 0; round < 2; ++round)
-        for (const ShownPage& page : all) {
-            changes.push_back(cpuMilliseconds([&] {
-                live.show(page);
-                wait(20ms);
-            }));
-        }
-    print("page_change_ms", median(changes));
-    print("page_change_worst_ms", *std::ranges::max_element(changes));
-    live.show(all.front());
-    wait(still);
-    std::vector<double> resizes;
-    for (int i = 1; i <= 10; ++i)
-        resizes.push_back(cpuMilliseconds([&] {
-            live.opened.window.resize(Room::usual + QSize(13, 9) * i);
-            wait(20ms);
-        }));
-    print("resize_ms", median(resizes));
-    live.opened.window.resize(Room::usual);
-    wait(still);
+    printChanges(*live.chain.model, live.opened.window);
+    wait(givenBack);
     print("all_pages_mb", residentMegabytes());
 }
 
@@ -119,6 +126,17 @@ void measureWindow(const std::string& port, const std::string& scene) {
     measureTone(live);
     measurePages(live);
     leaveScene(live, scene);
+}
+
+void measureChanges() {
+    const CorvaneApp dressed({});
+    StillChain chain;
+    OpenWindow opened(*chain.model, simple(Page::tone));
+    for (const ShownPage& page : pages()) {
+        page.showIn(*chain.model, opened.window.content());
+        settle();
+    }
+    printChanges(*chain.model, opened.window);
 }
 
 void traceWindow(const std::string& port) {

@@ -20,6 +20,9 @@ void measureCanvas(const std::string& port, const std::string& scene);
 /// Frames of drags and edits, with the speakers' time at a stand.
 void measureDrags();
 
+/// Page changes and steps of resizing, with the speakers' time at a stand.
+void measureChanges();
+
 /// The window and the canvas for a tracer: print when they begin and end to move.
 void traceWindow(const std::string& port);
 void traceCanvas(const std::string& port, const std::string& scene);

@@ -1,7 +1,8 @@
 #include "bench/openwindow.hpp"
 
+#include "ui/kit/pictures.hpp"
+
 #include <QAnimationDriver>
-#include <QPixmapCache>
 
 #include <array>
 #include <memory>
@@ -23,7 +24,7 @@ void firstPaint(benchmark::State& state) {
     const ShownPage page = pageOf(state);
     StillChain chain;
     for (auto _ : state) {
-        QPixmapCache::clear();
+        Paint::dropKept();
         auto opened = std::make_unique<OpenWindow>(*chain.model, page);
         state.PauseTiming();
         opened.reset();

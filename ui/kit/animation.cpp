@@ -25,10 +25,11 @@ constexpr int longestGapMs = 250;
 
 bool motionReduced = false;
 
-// A window that is minimised or, where the desktop tells, covered is not exposed.
+// A window that, where the desktop tells, is covered is not exposed. One that is minimised remains exposed
+// on some desktops.
 bool isSeen(const QWidget& view) {
     const QWindow* const window = view.window()->windowHandle();
-    return view.isVisible() && window && window->isExposed();
+    return view.isVisible() && window && window->isExposed() && !view.window()->isMinimized();
 }
 
 }  // namespace

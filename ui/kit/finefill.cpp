@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <random>
 #include <vector>
@@ -109,67 +110,140 @@ std::array<FineNoiseRow, side> makeFineNoise() {
 // One tile of a row from half as many pixels.
 void enlarge(const std::uint32_t* half, const FineNoiseRow& noise, QRgb* pixels) {
     FineNoiseRow fine;
-    for (std::size_t i = 0; i < side; ++i)
-        fine[i] = half[i / 2];
+    for (std::size_t i = 0; i < side / 2; ++i)
+        fine[2 * i] = fine[2 * i + 1] = half[i];
     for (std::size_t i = 0; i < side; ++i) {
         const std::uint32_t sum = fine[i] + noise[i];
         pixels[i] = 0xff000000 | (sum >> 6 & 0xff0000) | (sum >> 4 & 0xff00) | (sum >> 2 & 0xff);
     }
 }
 
+// Pixels `from` to `from` + `count` of a row.
+void enlarge(const std::uint32_t* half, const FineNoiseRow& noise, int from, int count, QRgb* pixels) {
+    for (const int end = from + count; from < end;) {
+        const int tile = from / side * side;
+        const int piece = std::min(tile + side, end) - from;
+        if (piece == side) {
+            enlarge(half + tile / 2, noise, pixels);
+        } else {
+            std::array<QRgb, side> whole;
+            enlarge(half + tile / 2, noise, whole.data());
+            std::copy_n(whole.begin() + (from - tile), piece, pixels);
+        }
+        from += piece;
+        pixels += piece;
+    }
+}
+
+// The picture that is drawn on, when its pixels can be written without the painter.
+QImage* writtenBy(const QPainter& painter) {
+    if (painter.opacity() < 1 || painter.compositionMode() != QPainter::CompositionMode_SourceOver)
+        return nullptr;
+    auto* const image = dynamic_cast<QImage*>(painter.paintEngine()->paintDevice());
+    if (!image || !image->isDetached()) return nullptr;
+    switch (image->format()) {
+    case QImage::Format_RGB32:
+    case QImage::Format_ARGB32:
+    case QImage::Format_ARGB32_Premultiplied:
+        return image;
+    default:
+        return nullptr;
+    }
+}
+
+// What is being repainted, in device pixels.
+QRegion exposedBy(const QPainter& painter) {
+    const QPaintEngine& engine = *painter.paintEngine();
+    QRegion exposed = QRect(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height());
+    if (const QRegion clip = engine.systemClip(); !clip.isEmpty()) exposed &= clip;
+    if (painter.hasClipping())
+        exposed &= painter.deviceTransform().mapRect(painter.clipBoundingRect()).toAlignedRect();
+    return exposed;
+}
+
+// The squares of a rounded rectangle in which its edge is round.
+std::array<QRect, 4> cornersOf(const QRect& place, double radius) {
+    const int size = static_cast<int>(std::ceil(radius));
+    const int right = place.right() + 1 - size;
+    const int bottom = place.bottom() + 1 - size;
+    return {QRect(place.left(), place.top(), size, size), QRect(right, place.top(), size, size),
+            QRect(place.left(), bottom, size, size), QRect(right, bottom, size, size)};
+}
+
+// What lies that far within a rounded rectangle is within its round edges.
+QRect withinCorners(const QRect& place, double radius) {
+    const int inset = static_cast<int>(std::ceil(radius * (1 - std::sqrt(0.5)))) + 1;
+    return place.adjusted(inset, inset, -inset, -inset);
+}
+
 }  // namespace
 
-// In bands that are low enough for the toolkit to draw them without starting other threads.
 void FinePicture::draw(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling) {
-    constexpr int bandHeight = 32;
     const QRect place = pixelsOf(painter, shape);
     const QSize size = (place.size() + QSize(1, 1)) / 2;
     if (place.isEmpty()) return;
     if (size != drawnSize) half = finePicture(size, filling);
     drawnSize = size;
-    const QPaintEngine& engine = *painter.paintEngine();
-    QRegion exposed = QRect(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height()) & place;
-    if (const QRegion clip = engine.systemClip(); !clip.isEmpty()) exposed &= clip;
-    if (painter.hasClipping())
-        exposed &= painter.deviceTransform().mapRect(painter.clipBoundingRect()).toAlignedRect();
+    const QRegion exposed = exposedBy(painter) & place;
     const double corner = radius * ratioOf(painter);
     painter.save();
     painter.setTransform(painter.deviceTransform().inverted(), true);
-    for (const QRect& part : exposed)
-        for (int top = part.top(); top <= part.bottom(); top += bandHeight) {
-            const int height = std::min(bandHeight, part.bottom() + 1 - top);
-            drawBand(painter, place, {part.left(), top, part.width(), height}, corner);
-        }
+    painter.setPen(Qt::NoPen);
+    QRegion straight = exposed;
+    for (const QRect& square : cornersOf(place, corner)) {
+        const QRegion round = QRegion(square) - withinCorners(place, corner);
+        straight -= round;
+        if (exposed.intersects(round)) drawCorner(painter, place, square, corner, exposed.intersected(round));
+    }
+    for (const QRect& part : straight)
+        drawRectangle(painter, place, part);
     painter.restore();
 }
 
-void FinePicture::drawBand(QPainter& painter, const QRect& place, const QRect& band, double corner) const {
-    static const std::array<FineNoiseRow, side> fineNoise = makeFineNoise();
-    const QPoint offset = band.topLeft() - place.topLeft();
-    const int tile = offset.x() / side;
-    const int tiles = (offset.x() + band.width() - 1) / side + 1 - tile;
-    const QRect tiled(place.x() + tile * side, band.y(), tiles * side, band.height());
-    QImage image(tiled.size(), QImage::Format_RGB32);
-    for (int y = 0; y < band.height(); ++y) {
-        const auto* row = reinterpret_cast<const std::uint32_t*>(half.constScanLine((offset.y() + y) / 2));
-        auto* pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
-        row += tile * side / 2;
-        for (int i = 0; i < tiles; ++i, row += side / 2, pixels += side)
-            enlarge(row, fineNoise[static_cast<std::size_t>((offset.y() + y) % side)], pixels);
-    }
+// The toolkit computes all rows of a shape, even those that are clipped away. A small shape has the same
+// corner.
+void FinePicture::drawCorner(QPainter& painter, const QRect& place, const QRect& square, double radius,
+                             const QRegion& exposed) const {
+    QRect small(place.topLeft(), (2 * square.size()).boundedTo(place.size()));
+    if (square.left() > place.left()) small.moveRight(place.right());
+    if (square.top() > place.top()) small.moveBottom(place.bottom());
+    QBrush brush(pixelsIn(place, square));
+    brush.setTransform(QTransform::fromTranslate(square.x(), square.y()));
     painter.save();
-    painter.setClipRect(band, Qt::IntersectClip);
-    const double depth = std::min(band.top() - place.top(), place.bottom() - band.bottom());
-    if (depth >= corner) {
-        painter.drawImage(tiled.topLeft(), image);
-    } else {
-        QBrush brush(image);
-        brush.setTransform(QTransform::fromTranslate(tiled.x(), tiled.y()));
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(brush);
-        painter.drawRoundedRect(place, corner, corner);
+    painter.setBrush(brush);
+    for (const QRect& part : exposed) {
+        painter.setClipRect(part);
+        painter.drawRoundedRect(small, radius, radius);
     }
     painter.restore();
+}
+
+// The toolkit would copy a picture once more than writing its pixels takes. Where it must draw, it gets
+// low ones, which it draws without starting other threads.
+void FinePicture::drawRectangle(QPainter& painter, const QRect& place, const QRect& part) const {
+    if (QImage* const image = writtenBy(painter))
+        return write(part.topLeft() - place.topLeft(), part, *image);
+    constexpr int bandHeight = 32;
+    for (int top = part.top(); top <= part.bottom(); top += bandHeight) {
+        const QRect band(part.left(), top, part.width(), std::min(bandHeight, part.bottom() + 1 - top));
+        painter.drawImage(band.topLeft(), pixelsIn(place, band));
+    }
+}
+
+QImage FinePicture::pixelsIn(const QRect& place, const QRect& part) const {
+    QImage image(part.size(), QImage::Format_RGB32);
+    write(part.topLeft() - place.topLeft(), image.rect(), image);
+    return image;
+}
+
+void FinePicture::write(QPoint from, const QRect& to, QImage& image) const {
+    static const std::array<FineNoiseRow, side> fineNoise = makeFineNoise();
+    for (int y = 0; y < to.height(); ++y) {
+        const int row = from.y() + y;
+        enlarge(reinterpret_cast<const std::uint32_t*>(half.constScanLine(row / 2)),
+                fineNoise[static_cast<std::size_t>(row % side)], from.x(), to.width(),
+                reinterpret_cast<QRgb*>(image.scanLine(to.y() + y)) + to.x());
+    }
 }
 
 void fillFine(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling) {

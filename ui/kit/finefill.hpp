@@ -39,7 +39,13 @@ public:
     }
 
 private:
-    void drawBand(QPainter& painter, const QRect& place, const QRect& band, double corner) const;
+    void drawCorner(QPainter& painter, const QRect& place, const QRect& square, double radius,
+                    const QRegion& exposed) const;
+    void drawRectangle(QPainter& painter, const QRect& place, const QRect& part) const;
+    QImage pixelsIn(const QRect& place, const QRect& part) const;
+
+    /// Writes the pixels from `from` on to those of `image` in `to`.
+    void write(QPoint from, const QRect& to, QImage& image) const;
 
     QImage half;
     QSize drawnSize;  // of the part of `half` that is drawn

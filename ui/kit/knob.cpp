@@ -27,6 +27,8 @@ constexpr double arcDiameter = 0.74;
 constexpr double arcWidth = 0.022;
 constexpr double capDiameter = 0.62;
 constexpr double topDiameter = 0.56;  // of the cap, within its chamfer
+constexpr double arcGlow = 0.035;
+constexpr double slotWidth = 0.04;  // of the pointer
 
 // Degrees clockwise from straight up.
 double angleAt(double fraction) { return fraction * sweep - sweep / 2; }
@@ -140,6 +142,29 @@ bool Knob::event(QEvent* event) {
     return handled;
 }
 
+// A drag repaints only the part of the arc that has come or gone, the pointer and the number.
+QRegion Knob::changedSince(double before) const {
+    constexpr double piece = 1.0 / 24;  // of the sweep: its arc is nearly straight
+    const auto around = [this](QPointF a, QPointF b, double reach) {
+        const QRectF place = QRectF(a, b).normalized().adjusted(-reach, -reach, reach, reach);
+        return grown(place).toAlignedRect();
+    };
+    const QRectF number = readOut();
+    QRegion changed = around(number.topLeft(), number.bottomRight(), 1);
+    const auto [from, to] = std::minmax({fractionOf(before), fraction()});
+    const auto onArc = [this](double fraction) {
+        return onCircle(dial().center(), arcDiameter / 2 * look.size, angleAt(fraction));
+    };
+    const double reach = (arcWidth / 2 + arcGlow) * look.size + 2;
+    for (double at = from; at < to; at += piece)
+        changed += around(onArc(at), onArc(std::min(at + piece, to)), reach);
+    for (const double fraction : {from, to}) {
+        const QLineF line = pointerAt(fraction);
+        changed += around(line.p1(), line.p2(), slotWidth / 2 * look.size + 2);
+    }
+    return changed;
+}
+
 void Knob::paint(QPainter& painter) {
     const bool bright = isHovered() || isDragging();
     painter.save();
@@ -210,7 +235,7 @@ void Knob::drawArc(QPainter& painter) const {
     if (to - from < 1e-6) return;
     const QPen pen(Theme::accent, arcWidth * look.size, Qt::SolidLine, Qt::RoundCap);
     Paint::glowingStroke(painter, arcBetween(from, to), pen, Theme::faded(Theme::accent, 0.6),
-                         0.035 * look.size);
+                         arcGlow * look.size);
 }
 
 void Knob::drawCap(QPainter& painter) const {
@@ -264,14 +289,17 @@ void Knob::drawChamfer(QPainter& painter) const {
                 0.8);
 }
 
+QLineF Knob::pointerAt(double fraction) const {
+    const QPointF centre = dial().center();
+    const double angle = angleAt(fraction);
+    const double radius = capDiameter / 2 * look.size;
+    return {onCircle(centre, 0.42 * radius, angle), onCircle(centre, 0.86 * radius, angle)};
+}
+
 // A white line in a slot.
 void Knob::drawPointer(QPainter& painter) const {
-    const QPointF centre = dial().center();
-    const double angle = angleAt(fraction());
-    const double radius = capDiameter / 2 * look.size;
-    const QLineF line(onCircle(centre, 0.42 * radius, angle), onCircle(centre, 0.86 * radius, angle));
-    constexpr double widest = 0.04;
-    const double margin = widest / 2 * look.size + 1;
+    const QLineF line = pointerAt(fraction());
+    const double margin = slotWidth / 2 * look.size + 1;
     const auto draw = [&](const QColor& color, double width, double down) {
         const QLineF place = line.translated(0, down * look.size);
         const QRectF bounds = QRectF(place.p1(), place.p2()).normalized();
@@ -280,8 +308,8 @@ void Knob::drawPointer(QPainter& painter) const {
             canvas.drawLine(place);
         });
     };
-    draw(Theme::white(0.12), widest, 0.005);
-    draw(Theme::black(0.6), widest, 0);
+    draw(Theme::white(0.12), slotWidth, 0.005);
+    draw(Theme::black(0.6), slotWidth, 0);
     draw(Theme::grey(0.93), 0.024, 0);
 }
 

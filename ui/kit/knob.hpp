@@ -34,6 +34,7 @@ protected:
     bool event(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void valueChanged() override { updateTag(); }
+    QRegion changedSince(double before) const override;
     void paint(QPainter& painter) override;
     Outline outline() const override;
     QRect editorPlace() const override;
@@ -42,6 +43,7 @@ private:
     QRectF dial() const;
     QRectF readOut() const;
     QPainterPath arcBetween(double from, double to) const;
+    QLineF pointerAt(double fraction) const;
     void drawDial(QPainter& painter) const;
     void drawEndLabel(QPainter& painter, const QString& text, double angle) const;
     void drawGroove(QPainter& painter) const;

@@ -12,7 +12,7 @@ void layered(QPainter& painter, const QRectF& bounds, const Drawing& draw) {
     const QTransform device = painter.deviceTransform();
     QRect place = device.mapRect(bounds).toAlignedRect();
     if (const QRegion repainted = painter.paintEngine()->systemClip(); !repainted.isEmpty())
-        place &= repainted.boundingRect();
+        place = (repainted & place).boundingRect();
     if (place.isEmpty()) return;
     QImage image(place.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

@@ -17,6 +17,7 @@ namespace Kit {
 namespace {
 
 constexpr double cornerRadius = 30;
+constexpr int withinCorners = 10;  // that far in, the round corners and the edge have ended
 constexpr int padding = 26;
 constexpr int rowSpacing = 22;
 constexpr double farBlur = 34;
@@ -40,7 +41,8 @@ void lightRow(double reach, int row, std::span<float> opacities) {
 // pixel, whose edge is smoothed and lined.
 QRegion hiddenBy(const QRect& plate) {
     constexpr int corner = static_cast<int>(cornerRadius);
-    return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner);
+    return QRegion(plate.adjusted(corner, 1, -corner, -1)) + plate.adjusted(1, corner, -1, -corner) +
+           plate.adjusted(withinCorners, withinCorners, -withinCorners, -withinCorners);
 }
 
 }  // namespace
@@ -100,15 +102,24 @@ void Panel::drawPlate(QPainter& painter, const QRegion& exposed) {
         Paint::edge(painter, rect(), cornerRadius, Theme::rim(rect()));
 }
 
-// A plate is soon drawn again when its page is shown.
-void Panel::hideEvent(QHideEvent*) { surface.drop(); }
+void Panel::showEvent(QShowEvent*) { hidden.stop(); }
+
+// Who goes back to a page at once finds its plates as they were.
+void Panel::hideEvent(QHideEvent*) {
+    constexpr int milliseconds = 10'000;
+    hidden.start(milliseconds, this);
+}
+
+void Panel::timerEvent(QTimerEvent*) {
+    hidden.stop();
+    surface.drop();
+}
 
 // The surface draws the shadows, which move with the panel.
 void Panel::moveEvent(QMoveEvent*) { parentWidget()->update(); }
 
 void Panel::resizeEvent(QResizeEvent*) {
-    constexpr int corner = 10;  // that far in, the round corners and the edge have ended
-    inside->setGeometry(rect().adjusted(corner, corner, -corner, -corner));
+    inside->setGeometry(rect().adjusted(withinCorners, withinCorners, -withinCorners, -withinCorners));
     parentWidget()->update();
 }
 

@@ -2,6 +2,7 @@
 
 #include "ui/kit/finefill.hpp"
 
+#include <QBasicTimer>
 #include <QBoxLayout>
 #include <QWidget>
 
@@ -29,13 +30,16 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     void drawPlate(QPainter& painter, const QRegion& exposed);
 
     Paint::FinePicture surface;
-    QWidget* inside;  // of the round corners
+    QBasicTimer hidden;  // runs for a while after the panel has been hidden
+    QWidget* inside;     // of the round corners
     QHBoxLayout* header = nullptr;
     QVBoxLayout* body;
 };

@@ -1,8 +1,10 @@
 #include "ui/kit/pictures.hpp"
 
+#include <QBasicTimer>
+#include <QCache>
 #include <QImage>
+#include <QObject>
 #include <QPaintEngine>
-#include <QPixmapCache>
 
 #include <algorithm>
 #include <cmath>
@@ -12,9 +14,61 @@ namespace Paint {
 
 namespace {
 
-// Enough for the pictures of all pages at two device pixels per logical pixel. Those of other sizes,
-// which no page shows any longer, are the first to go.
-constexpr int cacheKilobytes = 32 * 1024;
+// The pictures by their keys. The large ones are those of single pages: when nothing has drawn them for
+// a while, their memory is given back. The toolkit's own cache would throw away small ones, too, while
+// nothing happens.
+class Cache final : public QObject {
+public:
+    QPixmap* find(const QString& key) {
+        Kept* const kept = pictures.object(key);
+        if (!kept) return nullptr;
+        kept->unused = 0;
+        return &kept->picture;
+    }
+
+    void insert(const QString& key, const QPixmap& picture) {
+        constexpr int kilobyte = 1024;
+        const qsizetype cost = 1 + qsizetype(picture.width()) * picture.height() * 4 / kilobyte;
+        pictures.insert(key, new Kept{picture, cost >= largeKilobytes}, cost);
+        if (cost >= largeKilobytes && !ticks.isActive()) ticks.start(tickMs, this);
+    }
+
+    void clear() { pictures.clear(); }
+
+protected:
+    void timerEvent(QTimerEvent*) override {
+        bool anyLarge = false;
+        for (const QString& key : pictures.keys()) {
+            Kept& kept = *pictures.object(key);
+            if (!kept.isLarge) continue;
+            if (++kept.unused > unusedTicks)
+                pictures.remove(key);
+            else
+                anyLarge = true;
+        }
+        if (!anyLarge) ticks.stop();
+    }
+
+private:
+    static constexpr int tickMs = 5000;
+    static constexpr int unusedTicks = 2;
+    static constexpr qsizetype largeKilobytes = 64;
+    static constexpr qsizetype mostKilobytes = 32 * 1024;  // all pages at two device pixels a point
+
+    struct Kept {
+        QPixmap picture;
+        bool isLarge;
+        int unused = 0;  // ticks since it was drawn
+    };
+
+    QCache<QString, Kept> pictures{mostKilobytes};
+    QBasicTimer ticks;
+};
+
+Cache& cache() {
+    static Cache pictures;
+    return pictures;
+}
 
 // Draws a part of a picture over `target`, which is in device pixels, without smoothing. Meters repaint
 // many small rectangles of a window at once. With all of them as the clip, or with smoothing on, the
@@ -118,13 +172,13 @@ void drawStretched(QPainter& painter, const QRect& target, const QPixmap& pictur
 }
 
 QPixmap kept(const QString& key, const std::function<QPixmap()>& make) {
-    if (QPixmapCache::cacheLimit() < cacheKilobytes) QPixmapCache::setCacheLimit(cacheKilobytes);
-    QPixmap pixmap;
-    if (QPixmapCache::find(key, &pixmap)) return pixmap;
-    pixmap = make();
-    QPixmapCache::insert(key, pixmap);
+    if (const QPixmap* const found = cache().find(key)) return *found;
+    QPixmap pixmap = make();
+    cache().insert(key, pixmap);
     return pixmap;
 }
+
+void dropKept() { cache().clear(); }
 
 QString keyOf(const char* what, std::initializer_list<double> numbers, const QColor& color) {
     QString key = QLatin1String(what);

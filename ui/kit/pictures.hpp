@@ -36,8 +36,12 @@ private:
     QTransform transform;  // from the painter's coordinates to the picture's pixels
 };
 
-/// The cached picture for that key, made by `make` when it is not there.
+/// The cached picture for that key, made by `make` when it is not there. One of 64 KB or more goes when
+/// nothing has drawn it for 10 to 15 s.
 QPixmap kept(const QString& key, const std::function<QPixmap()>& make);
+
+/// All cached pictures are made anew when they are drawn next.
+void dropKept();
 
 enum class Middle { drawn, empty };
 

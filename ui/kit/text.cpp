@@ -1,6 +1,7 @@
 #include "ui/kit/text.hpp"
 
 #include <QFontMetricsF>
+#include <QHash>
 
 #include <algorithm>
 #include <initializer_list>
@@ -9,12 +10,16 @@ namespace Paint {
 
 namespace {
 
+// Asked once for each font.
 double widestDigit(const QFont& font) {
+    static QHash<QFont, double> known;
+    const auto found = known.constFind(font);
+    if (found != known.cend()) return *found;
     const QFontMetricsF metrics(font);
     double widest = 0;
     for (char16_t digit = u'0'; digit <= u'9'; ++digit)
         widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
-    return widest;
+    return *known.insert(font, widest);
 }
 
 // Each digit stands in the middle of a place that is as wide as the widest.

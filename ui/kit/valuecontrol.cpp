@@ -1,5 +1,6 @@
 #include "ui/kit/valuecontrol.hpp"
 
+#include "ui/kit/accessibility.hpp"
 #include "ui/kit/numbereditor.hpp"
 
 #include <QKeyEvent>
@@ -31,8 +32,9 @@ ValueControl::ValueControl(Range range, double defaultValue, double step, Format
 
 void ValueControl::setValue(double value) {
     if (value == current) return;
-    current = value;
-    stateChanged();
+    const double before = std::exchange(current, value);
+    update(changedSince(before));
+    notifyValueChanged(*this);
     valueChanged();
 }
 
@@ -70,8 +72,9 @@ double ValueControl::stepSize() const { return step > 0 ? step : range.extent() 
 
 double ValueControl::fineArrow() const { return step > 0 ? step / stepSize() : fineFactor; }
 
-double ValueControl::fraction() const {
-    return std::clamp((base() - range.lower) / range.extent(), 0.0, 1.0);
+double ValueControl::fractionOf(double value) const {
+    const double finite = std::isfinite(value) ? value : defaultValue;
+    return std::clamp((finite - range.lower) / range.extent(), 0.0, 1.0);
 }
 
 void ValueControl::mousePressEvent(QMouseEvent* event) {

@@ -3,6 +3,8 @@
 #include "ui/kit/control.hpp"
 #include "ui/kit/notches.hpp"
 
+#include <QRegion>
+
 #include <functional>
 #include <optional>
 
@@ -69,8 +71,9 @@ protected:
     /// The value that changes start from: the default while the value is not finite.
     double base() const;
 
-    /// The value's place in the range, 0 to 1.
-    double fraction() const;
+    /// A value's place in the range, 0 to 1.
+    double fractionOf(double value) const;
+    double fraction() const { return fractionOf(current); }
     bool isDragging() const { return dragStart.has_value(); }
 
     /// The value of a drag that began at `start`, before it is moved into the range and onto the step.
@@ -93,6 +96,9 @@ protected:
 
     /// The control shows another value now.
     virtual void valueChanged() {}
+
+    /// What looks otherwise than when the value was `before`.
+    virtual QRegion changedSince(double /*before*/) const { return rect(); }
 
     void cancelInteraction() override;
     void mousePressEvent(QMouseEvent* event) override;
