@@ -70,6 +70,12 @@ def children(parent):
     return [child for child in found if child]
 
 
+def role_of(target):
+    """Its name of the bus of Debian 12; later ones call a push button a button."""
+    name = target.get_role_name()
+    return "push button" if name == "button" else name
+
+
 def has(target, state):
     return target.get_state_set().contains(state)
 
@@ -78,7 +84,7 @@ def search(parent, role, name):
     """Of what is on the screen."""
     for child in children(parent):
         if has(child, Atspi.StateType.SHOWING):
-            if child.get_role_name() == role and child.get_name() == name:
+            if role_of(child) == role and child.get_name() == name:
                 return child
             found = search(child, role, name)
             if found:
@@ -124,7 +130,7 @@ class Reader:
 
     def hear(self, event):
         try:
-            role, name = event.source.get_role_name(), event.source.get_name()
+            role, name = role_of(event.source), event.source.get_name()
             is_shown = has(event.source, Atspi.StateType.SHOWING)
         except GLib.Error:  # it has gone meanwhile
             return

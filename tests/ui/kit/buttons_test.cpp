@@ -136,6 +136,7 @@ struct MenuTest : testing::Test {
     static QMenu& list() { return *qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
 
     static void click(int row) {
+        QApplication::processEvents();  // the list is on the screen only then
         const QPoint entry = list().actionGeometry(list().actions().at(row)).center();
         QTest::mouseClick(&list(), Qt::LeftButton, {}, entry);
     }
@@ -152,6 +153,7 @@ TEST_F(MenuTest, EachEntryReportsItsValueAndTheLabelStaysTheOwners) {
     EXPECT_EQ(chosen, 10) << "from an unknown value to the first";
     button->setSelection(20);
     for (const int row : {0, 1, 2}) {
+        QApplication::processEvents();
         QTest::mouseClick(button.get(), Qt::LeftButton);
         EXPECT_EQ(list().activeAction()->text(), "Low shelf");
         click(row);

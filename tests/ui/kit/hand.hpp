@@ -54,8 +54,8 @@ inline void leave(QWidget& control) {
 
 inline void showActive(QWidget& window) {
     window.show();
-    QApplication::setActiveWindow(&window);
-    static_cast<void>(QTest::qWaitForWindowExposed(&window));
+    window.activateWindow();
+    static_cast<void>(QTest::qWaitForWindowActive(&window));
 }
 
 /// The control alone, on a transparent background.
