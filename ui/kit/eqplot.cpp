@@ -56,7 +56,8 @@ void drawLabels(QPainter& painter, const EQPlot& plot) {
         Paint::text(painter, place, Qt::AlignRight | Qt::AlignVCenter,
                     (db > 0 ? QStringLiteral("+") : QString()) + QString::number(db), style);
     }
-    // In a low graph a curve that is cut runs through the usual place, so the labels stand closer to the plot.
+    // In a low graph a curve that is cut runs through the usual place, so the labels stand closer to the
+    // plot.
     const double cut = EQPlot::beyond * plot.area.height();
     const double centre = plot.area.bottom() + std::min(12.0, cut - 5.5);
     for (const auto& [hz, text] : frequencyLabels) {

@@ -135,10 +135,10 @@ struct MenuTest : testing::Test {
 
     static QMenu& list() { return *qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
 
-    static void click(int row) {
-        QApplication::processEvents();  // the list is on the screen only then
-        const QPoint entry = list().actionGeometry(list().actions().at(row)).center();
-        QTest::mouseClick(&list(), Qt::LeftButton, {}, entry);
+    // By keys: later releases of the toolkit ignore a click right after the list has opened.
+    static void choose(int row) {
+        list().setActiveAction(list().actions().at(row));
+        QTest::keyClick(&list(), Qt::Key_Return);
     }
 };
 
@@ -153,10 +153,9 @@ TEST_F(MenuTest, EachEntryReportsItsValueAndTheLabelStaysTheOwners) {
     EXPECT_EQ(chosen, 10) << "from an unknown value to the first";
     button->setSelection(20);
     for (const int row : {0, 1, 2}) {
-        QApplication::processEvents();
         QTest::mouseClick(button.get(), Qt::LeftButton);
         EXPECT_EQ(list().activeAction()->text(), "Low shelf");
-        click(row);
+        choose(row);
         QApplication::processEvents();
         EXPECT_EQ(chosen, 10 * (row + 1));
         EXPECT_EQ(button->valueText(), "Low shelf");
@@ -184,7 +183,7 @@ TEST_F(MenuTest, AListIsAsLargeAsItsButton) {
 
 TEST_F(MenuTest, ButtonAndWindowMayGoWhileTheListIsOpen) {
     button->activate();
-    click(1);
+    choose(1);
     button->setEnabled(false);
     QApplication::processEvents();
     EXPECT_FALSE(chosen) << "disabled meanwhile";
