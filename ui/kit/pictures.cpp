@@ -10,9 +10,20 @@
 #include <cmath>
 #include <vector>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace Paint {
 
 namespace {
+
+// Freed blocks stay with the program as long as one behind them is in use, unless it asks.
+void giveFreedBlocksBack() {
+#ifdef __GLIBC__
+    ::malloc_trim(0);
+#endif
+}
 
 // The pictures by their keys. The large ones are those of single pages: when nothing has drawn them for
 // a while, their memory is given back. The toolkit's own cache would throw away small ones, too, while
@@ -38,14 +49,16 @@ public:
 protected:
     void timerEvent(QTimerEvent*) override {
         bool anyLarge = false;
+        bool anyDropped = false;
         for (const QString& key : pictures.keys()) {
             Kept& kept = *pictures.object(key);
             if (!kept.isLarge) continue;
             if (++kept.unused > unusedTicks)
-                pictures.remove(key);
+                anyDropped |= pictures.remove(key);
             else
                 anyLarge = true;
         }
+        if (anyDropped) giveFreedBlocksBack();
         if (!anyLarge) ticks.stop();
     }
 
