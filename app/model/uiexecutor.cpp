@@ -103,11 +103,8 @@ public:
     const std::shared_ptr<Agenda> agenda;
 
 protected:
-    bool event(QEvent* event) override {
-        if (event->type() != QEvent::User && event->type() != QEvent::Timer) return QObject::event(event);
-        runDue();
-        return true;
-    }
+    void customEvent(QEvent*) override { runDue(); }
+    void timerEvent(QTimerEvent*) override { runDue(); }
 
 private:
     // Runs what is due now. Work that is posted meanwhile waits for the next event, so that the user's

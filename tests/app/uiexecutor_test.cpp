@@ -30,13 +30,11 @@ protected:
 
 TEST_F(UiExecutorTest, RunsWorkInOrderOfPostingAndTimersByTheirTime) {
     std::vector<int> order;
+    bool inTime = false;
     const auto note = [&order](int number) { return [&order, number] { order.push_back(number); }; };
     const TimePoint start = executor->now();
-    executor->postAfter(1h, note(5));
-    executor->postAfter(10ms, [&] {
-        EXPECT_GE(executor->now() - start, 10ms);
-        order.push_back(4);
-    });
+    executor->postAfter(1h, note(4));
+    executor->postAfter(10ms, [&] { inTime = executor->now() - start >= 10ms; });
     executor->post([&] {
         executor->post(note(2));
         executor->postAfter(-1s, note(3));
@@ -44,8 +42,8 @@ TEST_F(UiExecutorTest, RunsWorkInOrderOfPostingAndTimersByTheirTime) {
     executor->post(note(1));
     QTimer::singleShot(30ms, qApp, [this] { executor->post([] { QCoreApplication::quit(); }); });
     QCoreApplication::exec();
-    std::ranges::sort(order.begin() + 1, order.begin() + 3);
-    EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
+    EXPECT_TRUE(inTime);
+    EXPECT_EQ(order, (std::vector{1, 2, 3}));
 }
 
 TEST_F(UiExecutorTest, TakesWorkFromAnotherThreadInItsOrder) {
