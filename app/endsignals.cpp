@@ -23,6 +23,8 @@ EndSignals::EndSignals(std::function<void()> end)
     : notifier(wakeup.descriptor(), QSocketNotifier::Read) {
     QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [this, end = std::move(end)] {
         wakeup.clear();
+        if (!sameEnd.hasExpired()) return;
+        sameEnd.setRemainingTime(200);
         end();
     });
     raised = &wakeup;

@@ -2,6 +2,7 @@
 
 #include "Wendril/runtime/wakeup.hpp"
 
+#include <QDeadlineTimer>
 #include <QSocketNotifier>
 
 #include <functional>
@@ -9,6 +10,8 @@
 namespace Corvane {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into calls of a function on the event loop. One object at a time.
+/// Signals within 200 ms count as one: a shell that closes sends SIGHUP beside that of its terminal, and
+/// a session that ends sends several.
 class EndSignals {
 public:
     explicit EndSignals(std::function<void()> end);
@@ -19,6 +22,7 @@ public:
 private:
     const Wendril::Wakeup wakeup;
     QSocketNotifier notifier;
+    QDeadlineTimer sameEnd;
 };
 
 }  // namespace Corvane

@@ -42,7 +42,7 @@ const Json& member(const Json& object, const char* name, bool (Json::*isType)() 
 void allowOnly(const Json& object, std::initializer_list<std::string_view> names, const std::string& where) {
     for (const auto& [name, value] : object.items())
         if (std::ranges::find(names, name) == names.end())
-            refuse("\"" + name + "\" não se conhece em " + where);
+            refuse("\"" + std::string(name).append("\" não se conhece em ").append(where));
 }
 
 std::uint32_t wholeNumber(const Json& json, std::uint32_t lowest, std::uint32_t highest,

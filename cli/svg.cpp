@@ -62,7 +62,7 @@ std::string grid() {
 }
 
 std::string polyline(const Curve& curve, std::string_view stroke) {
-    std::string svg = "<polyline fill=\"none\" stroke-width=\"2\" stroke-linejoin=\"round\" " +
+    std::string svg = R"(<polyline fill="none" stroke-width="2" stroke-linejoin="round" )" +
                       std::string(stroke) + " points=\"";
     const auto levels = curve.db();
     for (std::size_t i = 0; i < levels.size(); ++i)

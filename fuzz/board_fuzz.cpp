@@ -13,7 +13,7 @@ using namespace Wendril;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Simulator::Board board(1, 1, 1);
     for (ByteView rest(data, size); rest.size() >= 2;) {
-        const std::size_t bytes = std::min<std::size_t>(rest[1] % 16 * 4, rest.size() - 2);
+        const std::size_t bytes = std::min<std::size_t>(std::size_t{rest[1]} % 16 * 4, rest.size() - 2);
         const ByteView payload = rest.subspan(2, bytes);
         const Frame request(K7Q::productID, 1, rest[0], 0, 0, Bytes(payload.begin(), payload.end()));
         rest = rest.subspan(2 + bytes);
