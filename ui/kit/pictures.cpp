@@ -83,28 +83,73 @@ Cache& cache() {
     return pictures;
 }
 
-// Draws a part of a picture over `target`, which is in device pixels, without smoothing. Meters repaint
-// many small rectangles of a window at once. With all of them as the clip, or with smoothing on, the
-// toolkit blends the picture line by line in several threads. With one rectangle at a time as the
-// clip it copies whole blocks, which takes a tenth of the time.
-void copyPicture(QPainter& painter, const QRect& target, const QPixmap& picture, const QRect& source) {
+constexpr int edgeLength = 64;  // of a picture whose edges are repeated
+
+// Calls `draw` for each part of `target` that is being repainted, in device pixels and without smoothing.
+// Meters repaint many small rectangles of a window at once. With all of them as the clip, or with
+// smoothing on, the toolkit blends a picture line by line in several threads. With one rectangle at a time
+// as the clip it copies whole blocks, which takes a tenth of the time.
+template <class Draw>
+void forEachPart(QPainter& painter, const QRect& target, Draw draw) {
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.setTransform(painter.deviceTransform().inverted(), true);
     const QRegion parts = painter.paintEngine()->systemClip();
     if (parts.rectCount() < 2) {
-        painter.drawPixmap(target, picture, source);
+        draw(parts.isEmpty() ? target : parts.boundingRect() & target);
     } else {
         for (const QRect& part : parts) {
             const QRect piece = part & target;
             if (piece.isEmpty()) continue;
             painter.save();
             painter.setClipRect(piece, Qt::IntersectClip);
-            painter.drawPixmap(target, picture, source);
+            draw(piece);
             painter.restore();
         }
     }
     painter.restore();
+}
+
+void copyPicture(QPainter& painter, const QRect& target, const QPixmap& picture, const QRect& source) {
+    forEachPart(painter, target, [&](const QRect&) { painter.drawPixmap(target, picture, source); });
+}
+
+// Covers `target` with copies of a part of a picture.
+void repeatPicture(QPainter& painter, const QRect& target, const QPixmap& picture, const QRect& source) {
+    const auto first = [](int from, int start, int length) {
+        return from + (start - from) / length * length;
+    };
+    forEachPart(painter, target, [&](const QRect& part) {
+        for (int y = first(target.top(), part.top(), source.height()); y <= part.bottom();
+             y += source.height())
+            for (int x = first(target.left(), part.left(), source.width()); x <= part.right();
+                 x += source.width()) {
+                const QRect place = QRect(QPoint(x, y), source.size()) & target;
+                painter.drawPixmap(place.topLeft(), picture, {source.topLeft(), place.size()});
+            }
+    });
+}
+
+// Calls `draw` with the place and the source of each of a picture's corners, edges and middle. One that has
+// the length of its target is not divided.
+template <class Draw>
+void forEachPiece(const QRect& target, const QPixmap& picture, const QSize& corner, Draw draw) {
+    struct Span {
+        int from, length, to, extent;
+        bool isMiddle;
+    };
+    const auto spans = [](int length, int start, int extent, int end) {
+        if (extent == length) return std::vector<Span>{{0, length, start, length, false}};
+        return std::vector<Span>{
+            {0, end, start, end, false},
+            {end, length - 2 * end, start + end, extent - 2 * end, true},
+            {length - end, end, start + extent - end, end, false},
+        };
+    };
+    for (const Span& y : spans(picture.height(), target.top(), target.height(), corner.height()))
+        for (const Span& x : spans(picture.width(), target.left(), target.width(), corner.width()))
+            draw(QRect(x.to, y.to, x.extent, y.extent), QRect(x.from, y.from, x.length, y.length),
+                 x.isMiddle && y.isMiddle);
 }
 
 // Draws on a canvas whose logical size exactly fills it.
@@ -162,26 +207,28 @@ void Ground::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawin
     copyPicture(painter, place, pixmap, pixmap.rect());
 }
 
-void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner,
-                   Middle middle) {
-    struct Span {
-        int from, length, to, extent;
-        bool stretches;
+QPixmap withLongEdges(const QPixmap& picture, const QSize& corner) {
+    const auto longer = [](int length, int end) {
+        return length == 2 * end + 1 ? 2 * end + edgeLength : length;
     };
-    const auto spans = [](int length, int start, int extent, int end) {
-        if (extent == length) return std::vector<Span>{{0, length, start, length, false}};
-        return std::vector<Span>{
-            {0, end, start, end, false},
-            {end, length - 2 * end, start + end, extent - 2 * end, true},
-            {length - end, end, start + extent - end, end, false},
-        };
-    };
-    for (const Span& y : spans(picture.height(), target.top(), target.height(), corner.height()))
-        for (const Span& x : spans(picture.width(), target.left(), target.width(), corner.width())) {
-            if (middle == Middle::empty && x.stretches && y.stretches) continue;
-            copyPicture(painter, {x.to, y.to, x.extent, y.extent}, picture,
-                        {x.from, y.from, x.length, y.length});
-        }
+    QPixmap whole(longer(picture.width(), corner.width()), longer(picture.height(), corner.height()));
+    whole.fill(Qt::transparent);
+    QPainter canvas(&whole);
+    drawStretched(canvas, whole.rect(), picture, corner);
+    return whole;
+}
+
+void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner) {
+    forEachPiece(target, picture, corner, [&](const QRect& place, const QRect& source, bool) {
+        copyPicture(painter, place, picture, source);
+    });
+}
+
+void drawExtended(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner,
+                  Middle middle) {
+    forEachPiece(target, picture, corner, [&](const QRect& place, const QRect& source, bool isMiddle) {
+        if (!isMiddle || middle == Middle::drawn) repeatPicture(painter, place, picture, source);
+    });
 }
 
 QPixmap kept(const QString& key, const std::function<QPixmap()>& make) {

@@ -84,12 +84,12 @@ QImage tinted(const QImage& alpha, const QColor& color) {
 }
 
 // A blurred rounded rectangle in device pixels. Its edges may lie within pixels. The straight edges of a
-// large one are one pixel long in the picture, and are stretched when it is drawn: one picture serves
-// all large sizes.
+// large one are repeated when it is drawn: one picture serves all large sizes.
 void drawSoft(QPainter& painter, const QRectF& shape, double radius, double blurRadius, const QColor& color) {
     const QRect pixels = shape.toAlignedRect();
     const int margin = static_cast<int>(std::ceil(blurRadius * blurReach)) + 1;
     const int corner = margin + static_cast<int>(std::ceil(radius)) + 1;  // within the shape
+    const QSize ends(margin + corner, margin + corner);
     const QSize size = pixels.size().boundedTo({2 * corner + 1, 2 * corner + 1});
     const QRectF local(shape.topLeft() - pixels.topLeft() + QPointF(margin, margin),
                        shape.size() - pixels.size() + size);
@@ -106,10 +106,9 @@ void drawSoft(QPainter& painter, const QRectF& shape, double radius, double blur
         }
         QImage alpha = drawn.convertToFormat(QImage::Format_Alpha8);
         if (blurRadius > 0) blur(alpha, blurRadius / 2);
-        return QPixmap::fromImage(tinted(alpha, color));
+        return withLongEdges(QPixmap::fromImage(tinted(alpha, color)), ends);
     });
-    drawStretched(painter, pixels.adjusted(-margin, -margin, margin, margin), picture,
-                  {margin + corner, margin + corner});
+    drawExtended(painter, pixels.adjusted(-margin, -margin, margin, margin), picture, ends);
 }
 
 // A rectangle in device pixels, rounded to eighths of them: shapes whose places within a pixel differ by
@@ -156,7 +155,7 @@ void trim(QPainter& painter, const QRectF& shape, double radius) {
 }
 
 // The shape is filled with the shadow's colour, and the blurred and shifted shape is erased from it. In
-// the middle of a large shape nothing is left, and its edges are stretched.
+// the middle of a large shape nothing is left, and its edges are repeated.
 void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
     if (isClippedAway(painter, shape)) return;
     const QRect place = pixelsOf(painter, shape);
@@ -179,9 +178,10 @@ void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Sh
         const QRectF whole(QPointF(), size);
         drawSoft(canvas, whole.translated(0, offset), radius * ratio, blurRadius, Qt::black);
         trim(canvas, whole, radius * ratio);
-        return pixmap;
+        canvas.end();
+        return withLongEdges(pixmap, {corner, corner});
     });
-    drawStretched(painter, place, picture, {corner, corner}, Middle::empty);
+    drawExtended(painter, place, picture, {corner, corner}, Middle::empty);
 }
 
 void well(QPainter& painter, const QRectF& shape, double radius) {
