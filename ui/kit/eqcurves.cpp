@@ -104,11 +104,12 @@ public:
             if (line[i].x() - profile.reach > area.right() + 1) break;
             const auto gap = [&](qsizetype bend) {
                 if (bend == 0 || bend + 1 == line.size()) return 0.0F;
-                const double turn =
-                    std::abs(QLineF(line[bend - 1], line[bend]).angleTo(QLineF(line[bend], line[bend + 1])));
-                return static_cast<float>(std::tan(std::min(turn, 360 - turn) / 2 * M_PI / 180)) *
-                           profile.reach +
-                       1;
+                const QPointF one = line[bend] - line[bend - 1];
+                const QPointF other = line[bend + 1] - line[bend];
+                const double lengths = std::hypot(one.x(), one.y()) * std::hypot(other.x(), other.y());
+                const double sine = std::abs(one.x() * other.y() - one.y() * other.x());
+                const double tangentOfHalf = sine / (lengths + QPointF::dotProduct(one, other));
+                return static_cast<float>(tangentOfHalf) * profile.reach + 1;
             };
             strokePiece(QLineF(line[i], line[i + 1]), gap(i), gap(i + 1), profile);
         }
@@ -198,7 +199,9 @@ private:
             };
             const auto raiseBeyond = [&](int x, float end) {
                 const float across = static_cast<float>(x) - start;
-                raise(x, std::hypot(down * ux - across * uy, across * ux + down * uy - end));
+                const float aside = down * ux - across * uy;
+                const float along = across * ux + down * uy - end;
+                raise(x, std::sqrt(aside * aside + along * along));
             };
             for (int x = first; x < inner; ++x)
                 raiseBeyond(x, 0);
