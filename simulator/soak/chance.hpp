@@ -17,7 +17,7 @@ public:
     std::size_t below(std::size_t count) { return static_cast<std::size_t>(generator() % count); }
 
     int between(int lowest, int highest) {
-        return lowest + static_cast<int>(below(static_cast<std::size_t>(highest - lowest + 1)));
+        return lowest + static_cast<int>(below(static_cast<std::size_t>(highest - lowest) + 1));
     }
 
     bool happens(double probability) {

@@ -28,7 +28,7 @@ constexpr Duration quietTime = 1min;
 // minutes when the focused one does not answer.
 constexpr Duration longestHealing = 15min;
 constexpr std::size_t chainsBeforeBaseline = 10;
-constexpr std::size_t allowedGrowth = 1024 * 1024;  // counts of each address, events
+constexpr std::size_t allowedGrowth = 1U << 20;  // counts of each address, events
 
 // The first number in a text; 0 without one.
 unsigned numberIn(std::string_view text) {
