@@ -7,12 +7,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Kit {
 
-Caption::Caption(const QString& text, const QFont& font, const QColor& color, QWidget* parent)
+Caption::Caption(QString text, const QFont& font, const QColor& color, QWidget* parent)
     : QWidget(parent)
-    , text(text)
+    , text(std::move(text))
     , usualFont(font)
     , font(font)
     , color(color) {

@@ -14,7 +14,7 @@ namespace Kit {
 /// A line of text. Where its layout gives it less room than the text needs, the text is elided.
 class Caption : public QWidget, public Growing {
 public:
-    Caption(const QString& text, const QFont& font, const QColor& color, QWidget* parent);
+    Caption(QString text, const QFont& font, const QColor& color, QWidget* parent);
 
     /// Of a new text screen readers are not told.
     void setText(const QString& text);

@@ -23,7 +23,7 @@ using NoiseRow = std::array<float, side>;
 
 // Thresholds below one level, spread evenly and in a random order.
 std::array<NoiseRow, side> makeNoise() {
-    std::array<float, side * side> all;
+    std::array<float, std::size_t{side} * side> all;
     for (std::size_t i = 0; i < all.size(); ++i)
         all[i] = (static_cast<float>(i) + 0.5F) / all.size();
     std::shuffle(all.begin(), all.end(), std::mt19937(1));  // the same at each start
@@ -82,10 +82,11 @@ QImage finePicture(const QSize& size, const FineFill& filling) {
         if (filling.light) filling.light(size, y, light);
         const QColor color = filling.color((y + 0.5) / size.height());
         constexpr float full = 255 * fineParts;
+        constexpr float nearest = 0.5;  // before the fraction is cut off
         const auto pixel = [red = color.redF() * full, green = color.greenF() * full,
                             blue = color.blueF() * full](float white) {
             const auto level = [white](float base) {
-                return static_cast<std::uint32_t>(static_cast<int>(base + white * (full - base) + 0.5F));
+                return static_cast<std::uint32_t>(static_cast<int>(base + white * (full - base) + nearest));
             };
             return level(red) << 2 * fineBits | level(green) << fineBits | level(blue);
         };

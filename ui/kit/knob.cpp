@@ -156,8 +156,9 @@ QRegion Knob::changedSince(double before) const {
         return onCircle(dial().center(), arcDiameter / 2 * look.size, angleAt(fraction));
     };
     const double reach = (arcWidth / 2 + arcGlow) * look.size + 2;
-    for (double at = from; at < to; at += piece)
-        changed += around(onArc(at), onArc(std::min(at + piece, to)), reach);
+    const int pieces = static_cast<int>(std::ceil((to - from) / piece));
+    for (int i = 0; i < pieces; ++i)
+        changed += around(onArc(from + i * piece), onArc(std::min(from + (i + 1) * piece, to)), reach);
     for (const double fraction : {from, to}) {
         const QLineF line = pointerAt(fraction);
         changed += around(line.p1(), line.p2(), slotWidth / 2 * look.size + 2);

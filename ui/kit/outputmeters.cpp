@@ -34,7 +34,7 @@ OutputMeters::OutputMeters(int outputs, int height, QWidget* parent)
     QStringList names;
     for (int i = 1; i <= outputs; ++i)
         names << QStringLiteral("Nível, Saída %1").arg(i);
-    const int pitch = (wellWidth - 2 * wellPadding - barWidth) / (outputs - 1);
+    const int pitch = (wellWidth - 2 * wellPadding - barWidth) / std::max(1, outputs - 1);
     bars = new MeterBars(
         names, {barWidth, pitch}, [this](QPainter& painter) { field->draw(painter); }, field);
     auto* const title =

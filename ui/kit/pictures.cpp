@@ -66,7 +66,7 @@ private:
     static constexpr int tickMs = 5000;
     static constexpr int unusedTicks = 2;
     static constexpr qsizetype largeKilobytes = 64;
-    static constexpr qsizetype mostKilobytes = 32 * 1024;  // all pages at two device pixels a point
+    static constexpr qsizetype mostKilobytes = 32'768;  // all pages at two device pixels a point
 
     struct Kept {
         QPixmap picture;

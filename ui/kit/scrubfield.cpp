@@ -54,13 +54,13 @@ QString ScrubField::typedText(double value) const {
 
 // In the order of the keyboard, past the keys and menus between the fields.
 void ScrubField::leaveEditor(bool forward) {
-    QWidget* next = this;
-    do {
-        next = forward ? next->nextInFocusChain() : next->previousInFocusChain();
-        auto* const field = dynamic_cast<ScrubField*>(next);
-        if (field && field != this && field->isEnabled() && field->isVisibleTo(window()))
+    const auto after = [forward](QWidget* one) {
+        return forward ? one->nextInFocusChain() : one->previousInFocusChain();
+    };
+    for (QWidget* next = after(this); next && next != this; next = after(next))
+        if (auto* const field = dynamic_cast<ScrubField*>(next);
+            field && field->isEnabled() && field->isVisibleTo(window()))
             return field->editValue();
-    } while (next != this);
 }
 
 void ScrubField::mouseDoubleClickEvent(QMouseEvent* event) {

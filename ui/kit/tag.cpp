@@ -83,9 +83,12 @@ Tag::~Tag() { delete label; }
 
 void Tag::show(const QString& text, QPointF anchor, bool accent) {
     QWidget* const window = owner->window();
-    if (label && label->parentWidget() != window) delete label;
-    if (!label) label = new Label(window);
-    auto* const shown = static_cast<Label*>(label.data());
+    auto* shown = static_cast<Label*>(label.data());
+    if (shown && shown->parentWidget() != window) {
+        delete shown;
+        shown = nullptr;
+    }
+    if (!shown) label = shown = new Label(window);
     shown->setText(text, owner->growth(), accent);
     shown->standAt(owner->mapTo(window, anchor));
     shown->raise();

@@ -30,9 +30,9 @@ constexpr int leastOpening = 104;  // beside which TODAS stands
 // Covers one end of the row, fading from the backdrop to the chips, with an arrow that scrolls.
 class SpeakerChips::More final : public Kit::Button {
 public:
-    More(const QString& symbol, const QString& name, bool left, QWidget* parent)
+    More(QString symbol, const QString& name, bool left, QWidget* parent)
         : Button(parent)
-        , symbol(symbol)
+        , symbol(std::move(symbol))
         , left(left) {
         setAccessibleName(name);
         setToolTip(name);

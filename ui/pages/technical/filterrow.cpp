@@ -33,7 +33,7 @@ QString titleOf(ModuleKind filter) {
 
 QString filterText(ModuleKind kind, const FilterValue& value) {
     if (value.bypass) return titleOf(kind) + QStringLiteral(" desligado");
-    const auto slope = std::ranges::find(FilterMath::slopes, value.type, &FilterMath::Slope::code);
+    const auto* const slope = std::ranges::find(FilterMath::slopes, value.type, &FilterMath::Slope::code);
     return QStringList{titleOf(kind), Formats::spokenHz(value.fc),
                        slope == FilterMath::slopes.end() ? QString() : toQString(slope->name)}
         .join(u' ');
