@@ -113,8 +113,7 @@ void measurePages(Live& live) {
 
 void measureStart() {
     CorvaneApp program({});
-    program.start();
-    awaitPaint();
+    awaitPaint([&program] { program.start(); });
     print("first_window_ms", 1000 * cpuSeconds());
     print("offline_mb", residentMegabytes());
 }

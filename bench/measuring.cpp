@@ -87,8 +87,9 @@ double paintEventsPerSecond() {
     return events.count / (seconds(CLOCK_MONOTONIC) - start);
 }
 
-void awaitPaint() {
+void awaitPaint(const std::function<void()>& open) {
     const PaintEvents events;
+    open();
     while (events.count == 0)
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }

@@ -24,8 +24,8 @@ double coreShare();
 
 double paintEventsPerSecond();
 
-/// Runs the event loop until a widget has been painted.
-void awaitPaint();
+/// Runs `open`, then the event loop until a widget has been painted.
+void awaitPaint(const std::function<void()>& open);
 
 /// Ends the threads of the pool that the toolkit gives large fills to.
 void emptyPool();

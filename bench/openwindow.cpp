@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QPaintEvent>
 #include <QRegion>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -131,6 +132,9 @@ OpenWindow::OpenWindow(AppModel& model, const ShownPage& page)
     page.showIn(model, window.content());
     window.resize(Room::usual);
     window.show();
+    // A window manager places it first.
+    while (!window.windowHandle()->isExposed())
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     settle();
 }
 
