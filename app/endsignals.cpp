@@ -8,6 +8,7 @@ namespace Corvane {
 
 namespace {
 
+constexpr int sameEndMs = 200;
 constexpr int endingSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 std::atomic<const Wendril::Wakeup*> raised = nullptr;
@@ -24,7 +25,7 @@ EndSignals::EndSignals(std::function<void()> end)
     QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [this, end = std::move(end)] {
         wakeup.clear();
         if (!sameEnd.hasExpired()) return;
-        sameEnd.setRemainingTime(200);
+        sameEnd.setRemainingTime(sameEndMs);
         end();
     });
     raised = &wakeup;

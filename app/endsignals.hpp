@@ -10,8 +10,8 @@
 namespace Corvane {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into calls of a function on the event loop. One object at a time.
-/// Signals within 200 ms count as one: a shell that closes sends SIGHUP beside that of its terminal, and
-/// a session that ends sends several.
+/// Signals that follow each other at once count as one: a shell that closes sends SIGHUP beside that of its
+/// terminal, and a session that ends sends several.
 class EndSignals {
 public:
     explicit EndSignals(std::function<void()> end);

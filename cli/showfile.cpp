@@ -39,10 +39,13 @@ const Json& member(const Json& object, const char* name, bool (Json::*isType)() 
     return *found;
 }
 
+[[noreturn]] void refuseName(const std::string& name, const std::string& where) {
+    refuse("\"" + name + "\" não se conhece em " + where);
+}
+
 void allowOnly(const Json& object, std::initializer_list<std::string_view> names, const std::string& where) {
     for (const auto& [name, value] : object.items())
-        if (std::ranges::find(names, name) == names.end())
-            refuse("\"" + std::string(name).append("\" não se conhece em ").append(where));
+        if (std::ranges::find(names, name) == names.end()) refuseName(name, where);
 }
 
 std::uint32_t wholeNumber(const Json& json, std::uint32_t lowest, std::uint32_t highest,

@@ -137,9 +137,9 @@ void Surface::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     for (const QRect& plate : plates) {
+        const QRegion shaded = exposed & plate.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
         // One rectangle at a time, for which the toolkit starts no other threads.
-        for (const QRect& part :
-             exposed& plate.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach)) {
+        for (const QRect& part : shaded) {
             painter.setClipRect(part);
             Panel::drawShadows(painter, plate);
         }

@@ -96,7 +96,8 @@ void forEachPart(QPainter& painter, const QRect& target, Draw draw) {
     painter.setTransform(painter.deviceTransform().inverted(), true);
     const QRegion parts = painter.paintEngine()->systemClip();
     if (parts.rectCount() < 2) {
-        draw(parts.isEmpty() ? target : parts.boundingRect() & target);
+        const QRect piece = parts.isEmpty() ? target : parts.boundingRect() & target;
+        if (!piece.isEmpty()) draw(piece);
     } else {
         for (const QRect& part : parts) {
             const QRect piece = part & target;
@@ -211,7 +212,9 @@ QPixmap withLongEdges(const QPixmap& picture, const QSize& corner) {
     const auto longer = [](int length, int end) {
         return length == 2 * end + 1 ? 2 * end + edgeLength : length;
     };
-    QPixmap whole(longer(picture.width(), corner.width()), longer(picture.height(), corner.height()));
+    const QSize size(longer(picture.width(), corner.width()), longer(picture.height(), corner.height()));
+    if (size == picture.size()) return picture;
+    QPixmap whole(size);
     whole.fill(Qt::transparent);
     QPainter canvas(&whole);
     drawStretched(canvas, whole.rect(), picture, corner);

@@ -55,7 +55,8 @@ inline void leave(QWidget& control) {
 inline void showActive(QWidget& window) {
     window.show();
     window.activateWindow();
-    static_cast<void>(QTest::qWaitForWindowActive(&window));
+    while (!window.isActiveWindow())
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 /// The control alone, on a transparent background.
