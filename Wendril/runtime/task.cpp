@@ -52,14 +52,18 @@ bool OneShotEvent::suspend(TaskContext& task) {
     return true;
 }
 
+Continuation OneShotEvent::take() {
+    const std::scoped_lock lock(mutex);
+    isSet = true;
+    return std::move(waiting);
+}
+
 void OneShotEvent::set() {
-    Continuation task;
-    {
-        const std::scoped_lock lock(mutex);
-        isSet = true;
-        task = std::move(waiting);
-    }
-    if (task) std::move(task).post();
+    if (Continuation task = take()) std::move(task).post();
+}
+
+void OneShotEvent::setHere() {
+    if (Continuation task = take()) task();
 }
 
 namespace {
@@ -89,7 +93,7 @@ Task<bool> sleepFor(Duration duration) {
     {
         auto timerOwned = std::make_shared<OneShotEvent>();
         over = timerOwned;
-        context->executor->postAfter(duration, [over = std::move(timerOwned)] { over->set(); });
+        context->executor->postAfter(duration, [over = std::move(timerOwned)] { over->setHere(); });
     }
     const std::stop_callback wake(stop, [over] {
         if (const auto event = over.lock()) event->set();

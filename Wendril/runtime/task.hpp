@@ -206,8 +206,12 @@ public:
 
     void set();
 
+    /// Resumes the task within this call. Its executor must be current.
+    void setHere();
+
 private:
     bool suspend(TaskContext& task);
+    Continuation take();
 
     std::mutex mutex;
     bool isSet = false;

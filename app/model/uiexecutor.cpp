@@ -8,7 +8,6 @@
 #include <chrono>
 #include <map>
 #include <mutex>
-#include <optional>
 #include <thread>
 #include <utility>
 
@@ -20,6 +19,8 @@ using Wendril::UniqueFunction;
 
 namespace {
 
+constexpr TimePoint never = TimePoint::max();
+
 TimePoint clockTime() { return std::chrono::steady_clock::now(); }
 
 }  // namespace
@@ -29,41 +30,37 @@ TimePoint clockTime() { return std::chrono::steady_clock::now(); }
 // a child of the application, ends it at the latest.
 class UiExecutor::Agenda {
 public:
-    explicit Agenda(QObject* receiver)
+    explicit Agenda(Receiver* receiver)
         : receiver(receiver) {}
 
     void add(TimePoint due, UniqueFunction work) {
         const std::scoped_lock lock(mutex);
         if (!receiver) return;
         const auto added = entries.emplace(due, std::move(work));
-        if (added == entries.begin()) wake();
+        if (added == entries.begin()) callReceiver();
     }
 
-    // Call it when the event has arrived; work that is added from now on sends another. Returns the
-    // time.
-    TimePoint eventArrived() {
+    // Call it when the event or the timer has come. Returns the time.
+    TimePoint begin() {
         const std::scoped_lock lock(mutex);
         eventSent = false;
+        timerDue = never;
+        stopTimer();
         return clockTime();
     }
 
     // Takes the next entry that is due by `limit`; empty when there is none. The entry may run an
-    // event loop of its own, so that an event is sent for the entries after it.
+    // event loop of its own, so that the receiver is called again for the entries after it.
     UniqueFunction take(TimePoint limit) {
         const std::scoped_lock lock(mutex);
-        if (entries.empty() || entries.begin()->first > limit) return {};
+        if (entries.empty()) return {};
+        if (entries.begin()->first > limit) {
+            callReceiver();
+            return {};
+        }
         auto next = entries.extract(entries.begin());
-        if (!entries.empty()) wake();
+        if (!entries.empty()) callReceiver();
         return std::move(next.mapped());
-    }
-
-    // Time until the next entry is due; absent when there is none.
-    std::optional<Duration> pause() {
-        const std::scoped_lock lock(mutex);
-        if (entries.empty()) return std::nullopt;
-        const Duration left = entries.begin()->first - clockTime();
-        if (left <= Duration::zero()) wake();
-        return left;
     }
 
     // Drops all work. Its destruction may post more, which is dropped at once.
@@ -74,21 +71,20 @@ public:
         std::swap(dropped, entries);
     }
 
-    void deleteReceiver() {
-        const std::scoped_lock lock(mutex);
-        if (receiver) receiver->deleteLater();
-    }
+    void deleteReceiver();
 
 private:
-    // Sends the receiver an event. Call it under the lock: the receiver cannot end meanwhile.
-    void wake() {
-        if (!std::exchange(eventSent, true)) QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
-    }
+    // Has the receiver called for the first entry. Call it under the lock: the receiver cannot end
+    // meanwhile. Its own thread starts a timer where there is time, which spares the event loop a turn.
+    void callReceiver();
+    void stopTimer() const;
 
+    const std::thread::id thread = std::this_thread::get_id();
     std::mutex mutex;
-    QObject* receiver;  // null once it has ended
+    Receiver* receiver;  // null once it has ended
     std::multimap<TimePoint, UniqueFunction> entries;
-    bool eventSent = false;  // and not yet arrived
+    bool eventSent = false;      // and not yet arrived
+    TimePoint timerDue = never;  // of the receiver's timer
 };
 
 class UiExecutor::Receiver final : public QObject {
@@ -101,6 +97,7 @@ public:
     Receiver& operator=(const Receiver&) = delete;
 
     const std::shared_ptr<Agenda> agenda;
+    QBasicTimer timer;
 
 protected:
     void customEvent(QEvent*) override { runDue(); }
@@ -109,18 +106,35 @@ protected:
 private:
     // Runs what is due now. Work that is posted meanwhile waits for the next event, so that the user's
     // input is handled before it.
-    void runDue() {
-        constexpr Duration longestWait = std::chrono::hours(1);
-        for (const TimePoint limit = agenda->eventArrived(); UniqueFunction work = agenda->take(limit);)
+    void runDue() const {
+        for (const TimePoint limit = agenda->begin(); UniqueFunction work = agenda->take(limit);)
             work();
-        const auto pause = agenda->pause();
-        if (!pause || *pause <= Duration::zero()) return timer.stop();
-        const auto wait = std::chrono::ceil<std::chrono::milliseconds>(std::min(*pause, longestWait));
-        timer.start(static_cast<int>(wait.count()), Qt::PreciseTimer, this);
     }
-
-    QBasicTimer timer;
 };
+
+void UiExecutor::Agenda::deleteReceiver() {
+    const std::scoped_lock lock(mutex);
+    if (receiver) receiver->deleteLater();
+}
+
+void UiExecutor::Agenda::callReceiver() {
+    constexpr Duration longestWait = std::chrono::hours(1);
+    const TimePoint due = entries.begin()->first;
+    if (eventSent || due == timerDue) return;
+    const Duration left = due - clockTime();
+    if (left <= Duration::zero() || std::this_thread::get_id() != thread) {
+        eventSent = true;
+        QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
+        return;
+    }
+    timerDue = due;
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(std::min(left, longestWait));
+    receiver->timer.start(static_cast<int>(wait.count()), Qt::PreciseTimer, receiver);
+}
+
+void UiExecutor::Agenda::stopTimer() const {
+    if (receiver) receiver->timer.stop();
+}
 
 UiExecutor::UiExecutor()
     : thread(std::this_thread::get_id())
@@ -134,7 +148,7 @@ UiExecutor::~UiExecutor() {
 void UiExecutor::post(UniqueFunction work) { agenda->add(clockTime(), std::move(work)); }
 
 void UiExecutor::postAfter(Duration delay, UniqueFunction work) {
-    agenda->add(clockTime() + std::max(delay, Duration::zero()), std::move(work));
+    agenda->add(Wendril::timeAfter(clockTime(), std::max(delay, Duration::zero())), std::move(work));
 }
 
 bool UiExecutor::isCurrent() const { return std::this_thread::get_id() == thread; }
