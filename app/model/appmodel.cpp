@@ -51,6 +51,16 @@ float AppModel::meter(std::string_view channel) const {
     return position < levels.size() ? levels[position] : silence;
 }
 
+void AppModel::showLevels(bool seen) {
+    levelsSeen = seen;
+    takeLevels(std::move(latestLevels));
+}
+
+void AppModel::takeLevels(std::vector<float> levels) {
+    latestLevels = std::move(levels);
+    if (levelsSeen) meters = latestLevels;
+}
+
 void AppModel::warn(const std::string& text) {
     events.add(text);
     notice = text;

@@ -113,6 +113,10 @@ public:
     // Levels in dB: minus infinity for a channel that the board lacks or has not reported.
     float meter(std::string_view channel) const;
 
+    /// Whether anyone sees the levels. While nobody does, `meters` keeps its value, so that readings
+    /// do not set the pages in motion.
+    void showLevels(bool seen);
+
     // Settings: of the focused speaker, or the module's default. Kind, channel and band must be a
     // module of the board; a meter has no value.
     std::optional<Wendril::ModuleValue> value(Wendril::ModuleKind kind, std::string_view channel,
@@ -212,6 +216,7 @@ private:
     void fail(const std::string& reason);
     void linkLost(const std::string& reason);
     void takeOver(const std::vector<Wendril::DeviceInfo>& found);
+    void takeLevels(std::vector<float> levels);
     void warn(std::uint8_t address, const std::string& complaint);
     void tell(std::string text);
     std::optional<Wendril::ModuleValue> write(Speaker& speaker, std::uint8_t index,
@@ -230,6 +235,8 @@ private:
     const Generations life;  // one generation, from the beginning of the model to its end
     Link link;
     EditQueue edits;
+    std::vector<float> latestLevels = meters.value();
+    bool levelsSeen = true;
     std::optional<WriteKey> writing;  // the edit that is on the line
     bool leaving = false;
     std::map<std::string, std::string> stableNames;  // of the listed ports

@@ -133,7 +133,7 @@ Task<void> AppModel::disconnectSteps() {
     co_await link.close();
     history.clear();
     speakers = Speakers{};
-    meters = std::vector<float>(K7Q::meterChannels.size(), silence);
+    takeLevels(std::vector<float>(K7Q::meterChannels.size(), silence));
     status = Status::offline();
 }
 

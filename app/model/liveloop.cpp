@@ -38,7 +38,7 @@ Task<void> AppModel::live(K7QClient client, Generation discovery) {
             auto levels = co_await during(discovery, client.meters(speaker->address));
             if (levels) {
                 misses = 0;
-                meters = *std::move(levels.value);
+                takeLevels(*std::move(levels.value));
             } else if (++misses == missesBeforeNotice) {
                 warn(speaker->address, "parou de responder");
             }

@@ -25,14 +25,13 @@ constexpr int longestGapMs = 250;
 
 bool motionReduced = false;
 
-// A window that, where the desktop tells, is covered is not exposed. One that is minimised remains exposed
-// on some desktops.
+}  // namespace
+
+// A window that is covered is not exposed. One that is minimised remains exposed on some desktops.
 bool isSeen(const QWidget& view) {
     const QWindow* const window = view.window()->windowHandle();
     return view.isVisible() && window && window->isExposed() && !view.window()->isMinimized();
 }
-
-}  // namespace
 
 Animation::Animation(Kind kind, double start, QWidget& view, std::function<void()> moved)
     : kind(kind)
@@ -76,6 +75,7 @@ void Animation::finish() {
 
 void Animation::updateCurrentTime(int ms) {
     if (ms == 0) return;
+    if (!isSeen(view)) return finish();
     switch (kind) {
     case Kind::even:
         if (ms >= evenMs) return finish();

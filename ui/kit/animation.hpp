@@ -8,6 +8,10 @@
 
 namespace Kit {
 
+/// Whether the widget is on the screen: not in a window that is minimised or, where the desktop tells,
+/// covered.
+bool isSeen(const QWidget& view);
+
 /// Moves the number that a view draws to a target: evenly within 80 ms, like a mass on a spring, or at
 /// once but at most five times a second. While the view is not on the screen, or motion is reduced, the
 /// number jumps to its target.

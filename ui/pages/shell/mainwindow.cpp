@@ -3,6 +3,8 @@
 #include "ui/pages/shared/room.hpp"
 #include "ui/pages/shell/windowbuttons.hpp"
 
+#include "ui/kit/animation.hpp"
+
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -38,6 +40,22 @@ MainWindow::MainWindow(AppModel& model, bool choosesLink)
     view->setMinimumSize(Room::least.boundedTo(available).expandedTo(Room::leastOnSmallScreen));
     resize(Room::usual.boundedTo(available));
 }
+
+bool MainWindow::event(QEvent* event) {
+    const bool handled = QWidget::event(event);
+    switch (event->type()) {
+    case QEvent::Show:
+    case QEvent::Hide:
+    case QEvent::WindowStateChange:
+        tellWhetherSeen();
+        break;
+    default:
+        break;
+    }
+    return handled;
+}
+
+void MainWindow::tellWhetherSeen() { model.showLevels(Kit::isSeen(*this)); }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (leaving || !model.isSending()) return event->accept();
@@ -85,6 +103,9 @@ void MainWindow::showEdgeCursor(Qt::Edges edges) {
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
+    case QEvent::Expose:
+        tellWhetherSeen();
+        break;
     case QEvent::MouseMove: {
         const auto* const mouse = static_cast<QMouseEvent*>(event);
         if (mouse->buttons() == Qt::NoButton) showEdgeCursor(edgesAt(mouse->position()));

@@ -16,6 +16,7 @@ public:
     ContentView& content() { return *view; }
 
 protected:
+    bool event(QEvent* event) override;
     bool focusNextPrevChild(bool next) override { return view->focusNextPrevChild(next); }
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -30,6 +31,7 @@ private:
     Qt::Edges edgesAt(QPointF place) const;
     void showEdgeCursor(Qt::Edges edges);
     void zoom();
+    void tellWhetherSeen();
 
     AppModel& model;
     ContentView* view;
