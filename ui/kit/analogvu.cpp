@@ -1,11 +1,11 @@
 #include "ui/kit/analogvu.hpp"
 
 #include "ui/kit/finefill.hpp"
-#include "ui/kit/layer.hpp"
 #include "ui/kit/opaquepart.hpp"
 #include "ui/kit/pictures.hpp"
 #include "ui/kit/polar.hpp"
 #include "ui/kit/shadows.hpp"
+#include "ui/kit/strip.hpp"
 #include "ui/kit/text.hpp"
 
 #include <QPainterPath>
@@ -179,7 +179,8 @@ AnalogVU::AnalogVU(const QString& label, float reference, QWidget* parent)
                  drawnAngle = needle.position();
              })
     , drawnAngle(restingAngle)
-    , needleArea(new OpaquePart(*this, [this](QPainter& painter, const QRegion&) { paint(painter); })) {
+    , needleArea(
+          new OpaquePart(*this, [this](QPainter& painter, const QRegion&) { paintNeedleArea(painter); })) {
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(label);
     setMinimumSize(200, 130);
@@ -207,7 +208,7 @@ void AnalogVU::setLevel(float value) {
     const bool peaked = vu() > fullScale;
     level = value;
     if (peaked != (vu() > fullScale)) {
-        const QRect lamp = peakLamp().adjusted(-9, -9, 9, 9).toAlignedRect();
+        const QRect lamp = lampLight().toAlignedRect();
         update(lamp);
         needleArea->update(lamp.translated(-needleArea->pos()));
     }
@@ -225,11 +226,14 @@ QRectF AnalogVU::face() const { return bezel().adjusted(bezelWidth, bezelWidth, 
 
 QRectF AnalogVU::peakLamp() const { return {face().right() - 18, face().top() + 11, 7, 7}; }
 
-// The area that the needle and its shadow cover at the angles `from` and `to`. It is made of four flat
+QRectF AnalogVU::lampLight() const { return peakLamp().adjusted(-9, -9, 9, 9); }
+
+// The area that the needle and its shadow cover at the angles `from` and `to`. It is made of flat
 // rectangles, one above the other: a single rectangle around a slanted line would be mostly empty.
 QRegion AnalogVU::sweptBetween(double from, double to) const {
-    constexpr int bands = 4;
     const QRectF area = face();
+    constexpr double bandHeight = 32;
+    const int bands = static_cast<int>(std::ceil(area.height() / bandHeight));
     const QPointF pivot = pivotOf(area);
     const auto line = [&](int number) { return std::round(area.top() + area.height() * number / bands); };
     QRegion swept;
@@ -256,23 +260,34 @@ void AnalogVU::resizeEvent(QResizeEvent*) {
         face().toAlignedRect().adjusted(roundCorner, roundCorner, -roundCorner, -roundCorner));
 }
 
-void AnalogVU::paint(QPainter& painter) {
-    Paint::cached(painter, QStringLiteral("vu"), bezel(), [&](QPainter& canvas) {
+QPixmap AnalogVU::glass(const QPainter& painter) const {
+    return Paint::cachedPicture(painter, QStringLiteral("vu glass"), bezel(), [&](QPainter& canvas) {
+        canvas.translate(-bezel().topLeft());
+        drawGlass(canvas, Paint::snapped(canvas, face()));
+    });
+}
+
+// Without the needle.
+QPixmap AnalogVU::instrument(const QPainter& painter) const {
+    return Paint::cachedPicture(painter, QStringLiteral("vu"), bezel(), [&](QPainter& canvas) {
+        canvas.save();
         canvas.translate(-bezel().topLeft());
         Paint::fill(canvas, bezel(), bezelRadius,
                     Theme::vertical(bezel(), Theme::rgb(0.2, 0.21, 0.25), Theme::rgb(0.08, 0.085, 0.1)));
         Paint::edge(canvas, bezel(), bezelRadius, Theme::rim(bezel()));
         drawFace(canvas, Paint::snapped(canvas, face()));
         drawLampSeat(canvas, peakLamp());
+        canvas.restore();
+        canvas.resetTransform();
+        canvas.drawPixmap(0, 0, glass(painter));
     });
-    drawNeedle(painter);
-    Paint::cached(painter, QStringLiteral("vu glass"), bezel(), [&](QPainter& canvas) {
-        canvas.translate(-bezel().topLeft());
-        drawGlass(canvas, Paint::snapped(canvas, face()));
-    });
-    const bool peak = vu() > fullScale;
-    if (peak) Paint::dropShadow(painter, peakLamp(), 3.5, {red(), 8, 0});
-    Paint::fill(painter, peakLamp(), 3.5, peak ? Theme::rgb(1, 0.16, 0.1) : Theme::rgb(0.35, 0.12, 0.08));
+}
+
+void AnalogVU::paint(QPainter& painter) {
+    const QRect place = Paint::pixelsOf(painter, bezel());
+    if (place.isEmpty()) return;
+    Paint::drawStretched(painter, place, instrument(painter), {});
+    drawLamp(painter);
     const QRectF caption(0, bezel().bottom() + 6, width(), captionHeight * captionGrowth - 6);
     Paint::cached(painter, label, caption, [&](QPainter& canvas) {
         Paint::text(canvas, QRectF(QPointF(), caption.size()), Qt::AlignCenter, label,
@@ -284,9 +299,30 @@ void AnalogVU::paint(QPainter& painter) {
     });
 }
 
-// In pieces that meet on whole rows of pixels, so that no seams show between them. The toolkit draws low
-// ones without starting other threads.
-void AnalogVU::drawNeedle(QPainter& painter) const {
+void AnalogVU::drawLamp(QPainter& painter) const {
+    if (Paint::isClippedAway(painter, lampLight())) return;
+    const bool peak = vu() > fullScale;
+    if (peak) Paint::dropShadow(painter, peakLamp(), 3.5, {red(), 8, 0});
+    Paint::fill(painter, peakLamp(), 3.5, peak ? Theme::rgb(1, 0.16, 0.1) : Theme::rgb(0.35, 0.12, 0.08));
+}
+
+void AnalogVU::paintNeedleArea(QPainter& painter) const {
+    const QRect place = Paint::pixelsOf(painter, bezel());
+    if (place.isEmpty()) return;
+    const QImage face = instrument(painter).toImage();
+    const QImage pane = glass(painter).toImage();
+    const std::vector<Paint::Strip> strips = needleStrips(painter);
+    for (const QRect& part : Paint::exposedBy(painter) & Paint::pixelsOf(painter, needleArea->geometry()))
+        Paint::writePixels(painter, part, [&](QPoint from, const QRect& to, QImage& image) {
+            Paint::copyPixels(face, from - place.topLeft(), to, image);
+            for (const Paint::Strip& strip : strips)
+                Paint::blendStrip(strip, from, to, image, pane, place.topLeft());
+        });
+    drawLamp(painter);
+}
+
+// The shadow's and the needle's, from foot to tip.
+std::vector<Paint::Strip> AnalogVU::needleStrips(const QPainter& painter) const {
     constexpr int pieces = 6;
     const QRectF area = face();
     const QPointF pivot = pivotOf(area);
@@ -297,32 +333,23 @@ void AnalogVU::drawNeedle(QPainter& painter) const {
                            (area.bottom() - pivot.y()) / (tip.y() - pivot.y()) * (tip.x() - pivot.x()),
                        area.bottom());
     const double slant = std::cos(qDegreesToRadians(angle));  // a level cut is wider by its inverse
-    const auto pieceAt = [&](int number, double broader, QPointF offset) {
+    std::vector<Paint::Strip> strips;
+    const auto add = [&](double broader, QPointF offset, const QColor& color) {
         const auto cut = [&](int at) {
             const double part = static_cast<double>(at) / pieces;
-            const QPointF middle = Paint::onPixelRow(painter, foot + (tip - foot) * part + offset);
             const double half = (needleFoot + (needleTip - needleFoot) * part) * broader * h / slant / 2;
-            return std::pair(middle - QPointF(half, 0), middle + QPointF(half, 0));
+            const QPointF middle = foot + (tip - foot) * part + offset;
+            const QTransform device = painter.deviceTransform();
+            const QPointF left = device.map(middle - QPointF(half, 0));
+            return Paint::Strip::End{static_cast<int>(std::round(left.y())), left.x(),
+                                     device.map(middle + QPointF(half, 0)).x()};
         };
-        const auto [lowLeft, lowRight] = cut(number);
-        const auto [highLeft, highRight] = cut(number + 1);
-        return QPolygonF{lowLeft, lowRight, highRight, highLeft};
+        for (int i = 0; i < pieces; ++i)
+            strips.push_back({cut(i + 1), cut(i), color.rgb(), static_cast<float>(color.alphaF())});
     };
-    painter.save();
-    painter.setClipRect(needleArea->geometry(), Qt::IntersectClip);
-    painter.setPen(Qt::NoPen);
-    for (int i = 0; i < pieces; ++i) {
-        const QPolygonF shadow = pieceAt(i, 1.6, QPointF(0.014, 0.016) * h);
-        Paint::layered(painter, shadow.boundingRect(), [&](QPainter& canvas) {
-            canvas.setPen(Qt::NoPen);
-            canvas.setBrush(Theme::rgb(0.2, 0.09, 0.01, 0.3));
-            canvas.drawConvexPolygon(shadow);
-        });
-    }
-    painter.setBrush(brown());
-    for (int i = 0; i < pieces; ++i)
-        painter.drawConvexPolygon(pieceAt(i, 1, {}));
-    painter.restore();
+    add(1.6, QPointF(0.014, 0.016) * h, Theme::rgb(0.2, 0.09, 0.01, 0.3));
+    add(1, {}, brown());
+    return strips;
 }
 
 }  // namespace Kit

@@ -2,9 +2,12 @@
 
 #include "ui/kit/animation.hpp"
 #include "ui/kit/control.hpp"
+#include "ui/kit/strip.hpp"
 
 #include <QRegion>
 #include <QString>
+
+#include <vector>
 
 namespace Kit {
 
@@ -34,8 +37,13 @@ private:
     QRectF bezel() const;
     QRectF face() const;
     QRectF peakLamp() const;
+    QRectF lampLight() const;
     QRegion sweptBetween(double from, double to) const;
-    void drawNeedle(QPainter& painter) const;
+    QPixmap glass(const QPainter& painter) const;
+    QPixmap instrument(const QPainter& painter) const;
+    void drawLamp(QPainter& painter) const;
+    void paintNeedleArea(QPainter& painter) const;
+    std::vector<Paint::Strip> needleStrips(const QPainter& painter) const;
 
     const QString label;
     const float reference;

@@ -136,32 +136,6 @@ void enlarge(const std::uint32_t* half, const FineNoiseRow& noise, int from, int
     }
 }
 
-// The picture that is drawn on, when its pixels can be written without the painter.
-QImage* writtenBy(const QPainter& painter) {
-    if (painter.opacity() < 1 || painter.compositionMode() != QPainter::CompositionMode_SourceOver)
-        return nullptr;
-    auto* const image = dynamic_cast<QImage*>(painter.paintEngine()->paintDevice());
-    if (!image || !image->isDetached()) return nullptr;
-    switch (image->format()) {
-    case QImage::Format_RGB32:
-    case QImage::Format_ARGB32:
-    case QImage::Format_ARGB32_Premultiplied:
-        return image;
-    default:
-        return nullptr;
-    }
-}
-
-// What is being repainted, in device pixels.
-QRegion exposedBy(const QPainter& painter) {
-    const QPaintEngine& engine = *painter.paintEngine();
-    QRegion exposed = QRect(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height());
-    if (const QRegion clip = engine.systemClip(); !clip.isEmpty()) exposed &= clip;
-    if (painter.hasClipping())
-        exposed &= painter.deviceTransform().mapRect(painter.clipBoundingRect()).toAlignedRect();
-    return exposed;
-}
-
 // The squares of a rounded rectangle in which its edge is round.
 std::array<QRect, 4> cornersOf(const QRect& place, double radius) {
     const int size = static_cast<int>(std::ceil(radius));
@@ -196,9 +170,11 @@ void FinePicture::draw(QPainter& painter, const QRectF& shape, double radius, co
         straight -= round;
         if (exposed.intersects(round)) drawCorner(painter, place, square, corner, exposed.intersected(round));
     }
-    for (const QRect& part : straight)
-        drawRectangle(painter, place, part);
     painter.restore();
+    for (const QRect& part : straight)
+        writePixels(painter, part, [&](QPoint from, const QRect& to, QImage& image) {
+            write(from - place.topLeft(), to, image);
+        });
 }
 
 // The toolkit computes all rows of a shape, even those that are clipped away. A small shape has the same
@@ -217,18 +193,6 @@ void FinePicture::drawCorner(QPainter& painter, const QRect& place, const QRect&
         painter.drawRoundedRect(small, radius, radius);
     }
     painter.restore();
-}
-
-// The toolkit would copy a picture once more than writing its pixels takes. Where it must draw, it gets
-// low ones, which it draws without starting other threads.
-void FinePicture::drawRectangle(QPainter& painter, const QRect& place, const QRect& part) const {
-    if (QImage* const image = writtenBy(painter))
-        return write(part.topLeft() - place.topLeft(), part, *image);
-    constexpr int bandHeight = 32;
-    for (int top = part.top(); top <= part.bottom(); top += bandHeight) {
-        const QRect band(part.left(), top, part.width(), std::min(bandHeight, part.bottom() + 1 - top));
-        painter.drawImage(band.topLeft(), pixelsIn(place, band));
-    }
 }
 
 QImage FinePicture::pixelsIn(const QRect& place, const QRect& part) const {

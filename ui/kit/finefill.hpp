@@ -41,7 +41,6 @@ public:
 private:
     void drawCorner(QPainter& painter, const QRect& place, const QRect& square, double radius,
                     const QRegion& exposed) const;
-    void drawRectangle(QPainter& painter, const QRect& place, const QRect& part) const;
     QImage pixelsIn(const QRect& place, const QRect& part) const;
 
     /// Writes the pixels from `from` on to those of `image` in `to`.

@@ -1,6 +1,7 @@
 #include "ui/kit/meterbars.hpp"
 
 #include "ui/kit/animation.hpp"
+#include "ui/kit/blend.hpp"
 #include "ui/kit/control.hpp"
 #include "ui/kit/formats.hpp"
 #include "ui/kit/shadows.hpp"
@@ -58,24 +59,36 @@ public:
         });
     }
 
-    // The toolkit fills tall shapes with several threads, which costs more than it saves. The lit part is
-    // therefore a kept picture whose middle is stretched to the height needed. All of it lies on whole
+    // The lit part is a kept picture whose middle is stretched to the height needed. All of it lies on whole
     // device pixels, so that all bars are equally wide.
-    void drawLit(QPainter& painter) {
+    void placeLit(const QPainter& painter) {
         const QRect bar = Paint::pixelsOf(painter, track());
         const int lit =
             static_cast<int>(std::round(litHeight(fill.position()) / track().height() * bar.height()));
+        place = {};
         if (lit < 1) return;
         const double ratio = Paint::ratioOf(painter);
         const int end = std::min((bar.width() + 1) / 2, lit / 2);
         const int margin = static_cast<int>(std::ceil(glow * ratio));
         if (const PictureKind kind{bar.width(), end, ratio}; picture.isNull() || kind != pictured) {
-            picture = litPicture(kind, margin);
+            picture = litPicture(kind, margin).toImage();
             pictured = kind;
         }
-        const QRect place(bar.left(), bar.bottom() + 1 - lit, bar.width(), lit);
-        Paint::drawStretched(painter, place.adjusted(-margin, -margin, margin, margin), picture,
-                             {margin, margin + end});
+        corner = margin + end;
+        place = QRect(bar.left(), bar.bottom() + 1 - lit, bar.width(), lit)
+                    .adjusted(-margin, -margin, margin, margin);
+    }
+
+    // Blends the lit part into `to` of an image, which holds the pixels of the device from `from` on.
+    void writeLit(QPoint from, const QRect& to, QImage& image) const {
+        const QRect part = QRect(from, to.size()) & place;
+        for (int y = part.top(); y <= part.bottom(); ++y) {
+            const auto* const source =
+                reinterpret_cast<const QRgb*>(picture.constScanLine(pictureRow(y - place.top())));
+            auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(to.y() + y - from.y()));
+            Paint::overRow(pixels + to.x() + part.left() - from.x(), source + part.left() - place.left(),
+                           part.width());
+        }
     }
 
     QAccessible::Role accessibleRole() const override { return QAccessible::ProgressBar; }
@@ -108,6 +121,14 @@ private:
         });
     }
 
+    int pictureRow(int row) const {
+        if (row < corner) return row;
+        const int fromFoot = place.height() - row;
+        if (fromFoot <= corner) return picture.height() - fromFoot;
+        return corner + (2 * (row - corner) + 1) * (picture.height() - 2 * corner) /
+                            (2 * (place.height() - 2 * corner));
+    }
+
     QRectF track() const {
         return {x() + (width() - barWidth) / 2, double(y() + glow), barWidth, double(height() - 2 * glow)};
     }
@@ -126,8 +147,10 @@ private:
     float level = -std::numeric_limits<float>::infinity();
     Animation fill{Animation::Kind::even, 0, *this, [this] { showFill(); }};
     double drawn = 0;  // the fraction at the last repaint
-    QPixmap picture;   // of the lit part
+    QImage picture;    // of the lit part
     PictureKind pictured{};
+    int corner = 0;  // height of the ends of the picture, which are not stretched
+    QRect place;     // of the lit part, in device pixels
 };
 
 MeterBars::MeterBars(const QStringList& names, const Look& look, Paint::Drawing ground, QWidget* parent)
@@ -171,7 +194,8 @@ void MeterBars::outdateGround() {
 
 void MeterBars::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    ground.draw(painter, rect(), [this](QPainter& canvas) {
+    const QRect place = Paint::pixelsOf(painter, rect());
+    const QImage under = ground.picture(painter, rect(), [this](QPainter& canvas) {
         canvas.translate(-pos());
         drawGround(canvas);
         for (const Bar* const bar : bars)
@@ -179,7 +203,13 @@ void MeterBars::paintEvent(QPaintEvent*) {
     });
     painter.translate(-pos());
     for (Bar* const bar : bars)
-        bar->drawLit(painter);
+        bar->placeLit(painter);
+    for (const QRect& part : Paint::exposedBy(painter) & place)
+        Paint::writePixels(painter, part, [&](QPoint from, const QRect& to, QImage& image) {
+            Paint::copyPixels(under, from - place.topLeft(), to, image);
+            for (const Bar* const bar : bars)
+                bar->writeLit(from, to, image);
+        });
 }
 
 void MeterBars::moveEvent(QMoveEvent*) { placeBars(); }

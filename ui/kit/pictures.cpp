@@ -2,12 +2,12 @@
 
 #include <QBasicTimer>
 #include <QCache>
-#include <QImage>
 #include <QObject>
 #include <QPaintEngine>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <vector>
 
 #ifdef __GLIBC__
@@ -81,6 +81,22 @@ private:
 Cache& cache() {
     static Cache pictures;
     return pictures;
+}
+
+// The picture that is drawn on, when its pixels can be written without the painter.
+QImage* writtenBy(const QPainter& painter) {
+    if (painter.opacity() < 1 || painter.compositionMode() != QPainter::CompositionMode_SourceOver)
+        return nullptr;
+    auto* const image = dynamic_cast<QImage*>(painter.paintEngine()->paintDevice());
+    if (!image || !image->isDetached()) return nullptr;
+    switch (image->format()) {
+    case QImage::Format_RGB32:
+    case QImage::Format_ARGB32:
+    case QImage::Format_ARGB32_Premultiplied:
+        return image;
+    default:
+        return nullptr;
+    }
 }
 
 constexpr int edgeLength = 64;  // of a picture whose edges are repeated
@@ -180,32 +196,75 @@ void cached(QPainter& painter, const QString& key, const QRectF& bounds, const D
     if (isClippedAway(painter, bounds)) return;
     const QRect place = pixelsOf(painter, bounds);
     if (place.isEmpty()) return;
+    const QPixmap picture = cachedPicture(painter, key, bounds, draw);
+    copyPicture(painter, place, picture, picture.rect());
+}
+
+QPixmap cachedPicture(const QPainter& painter, const QString& key, const QRectF& bounds,
+                      const Drawing& draw) {
+    const QRect place = pixelsOf(painter, bounds);
     const QSizeF size = bounds.size();
     const QString whole =
         key + keyOf("", {size.width(), size.height(), double(place.width()), double(place.height())}, {});
-    const QPixmap picture = kept(whole, [&] {
+    return kept(whole, [&] {
         QPixmap pixmap(place.size());
         drawInto(pixmap, size, draw);
         return withoutNeedlessAlpha(pixmap);
     });
-    copyPicture(painter, place, picture, picture.rect());
 }
 
-void Ground::draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing) {
+QRegion exposedBy(const QPainter& painter) {
+    const QPaintEngine& engine = *painter.paintEngine();
+    QRegion exposed = QRect(0, 0, engine.paintDevice()->width(), engine.paintDevice()->height());
+    if (const QRegion clip = engine.systemClip(); !clip.isEmpty()) exposed &= clip;
+    if (painter.hasClipping())
+        exposed &= painter.deviceTransform().mapRect(painter.clipBoundingRect()).toAlignedRect();
+    return exposed;
+}
+
+// Bands of this height stay in the processor's cache while they are written. The toolkit would copy a
+// picture once more than writing its pixels takes. Where it must draw, it draws low ones without starting
+// other threads.
+void writePixels(QPainter& painter, const QRect& part, const WritePixels& write) {
+    constexpr int bandHeight = 16;
+    QImage* const image = writtenBy(painter);
+    const QTransform toDevice = painter.deviceTransform().inverted();
+    for (int top = part.top(); top <= part.bottom(); top += bandHeight) {
+        const QRect band(part.left(), top, part.width(), std::min(bandHeight, part.bottom() + 1 - top));
+        if (image) {
+            write(band.topLeft(), band, *image);
+            continue;
+        }
+        QImage written(band.size(), QImage::Format_RGB32);
+        write(band.topLeft(), written.rect(), written);
+        painter.save();
+        painter.setTransform(toDevice, true);
+        painter.drawImage(band.topLeft(), written);
+        painter.restore();
+    }
+}
+
+void copyPixels(const QImage& picture, QPoint from, const QRect& to, QImage& image) {
+    for (int y = 0; y < to.height(); ++y)
+        std::copy_n(reinterpret_cast<const QRgb*>(picture.constScanLine(from.y() + y)) + from.x(), to.width(),
+                    reinterpret_cast<QRgb*>(image.scanLine(to.y() + y)) + to.x());
+}
+
+const QImage& Ground::picture(const QPainter& painter, const QRectF& bounds, const Drawing& drawing) {
     const QRect place = pixelsOf(painter, bounds);
-    if (place.isEmpty()) return;
     const QTransform now = painter.deviceTransform() * QTransform::fromTranslate(-place.x(), -place.y());
-    if (!valid || pixmap.size() != place.size() || transform != now) {
-        if (pixmap.size() != place.size()) pixmap = QPixmap(place.size());
-        pixmap.fill(Qt::black);
-        QPainter canvas(&pixmap);
+    if (valid && image.size() == place.size() && transform == now) return image;
+    if (image.size() != place.size()) image = QImage(place.size(), QImage::Format_RGB32);
+    image.fill(Qt::black);
+    if (!image.isNull()) {
+        QPainter canvas(&image);
         canvas.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         canvas.setTransform(now);
         drawing(canvas);
-        transform = now;
-        valid = true;
     }
-    copyPicture(painter, place, pixmap, pixmap.rect());
+    transform = now;
+    valid = true;
+    return image;
 }
 
 QPixmap withLongEdges(const QPixmap& picture, const QSize& corner) {
@@ -243,11 +302,18 @@ QPixmap kept(const QString& key, const std::function<QPixmap()>& make) {
 
 void dropKept() { cache().clear(); }
 
+// Not for reading: written out in decimals, the numbers would take longer than drawing a small picture.
 QString keyOf(const char* what, std::initializer_list<double> numbers, const QColor& color) {
     QString key = QLatin1String(what);
+    const auto add = [&key](std::uint64_t bits) {
+        for (int shift = 0; shift < 64; shift += 16)
+            key += QChar(static_cast<char16_t>(bits >> shift));
+    };
+    constexpr double parts = 4096;
     for (const double number : numbers)
-        key += u' ' + QString::number(number);
-    return key + u' ' + QString::number(color.rgba64(), 16);
+        add(static_cast<std::uint64_t>(std::llround(number * parts)));
+    add(color.rgba64());
+    return key;
 }
 
 // Pictures that fill whole device pixels are drawn with a ratio that is slightly off. Rounding lets them

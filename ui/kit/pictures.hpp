@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPainter>
 #include <QPixmap>
+#include <QRegion>
 #include <QString>
 #include <QTransform>
 
@@ -20,19 +22,34 @@ using Drawing = std::function<void(QPainter&)>;
 /// covers whole device pixels: what `draw` draws along the edges of `bounds` is crisp at every ratio.
 void cached(QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw);
 
-/// What lies under things that move, as its owner keeps it. It is opaque, and its pixels are those that
-/// drawing it on the device itself would give.
+/// The picture that `cached` draws. `bounds` covers some device pixels.
+QPixmap cachedPicture(const QPainter& painter, const QString& key, const QRectF& bounds, const Drawing& draw);
+
+/// What is being repainted, in device pixels.
+QRegion exposedBy(const QPainter& painter);
+
+/// Writes opaque pixels into `to` of an image: those of the device from `from` on.
+using WritePixels = std::function<void(QPoint from, const QRect& to, QImage& image)>;
+
+/// Puts what `write` writes on a part that is being repainted, in device pixels.
+void writePixels(QPainter& painter, const QRect& part, const WritePixels& write);
+
+/// Copies the pixels of an opaque part of `picture` from `from` on to `to` of an image.
+void copyPixels(const QImage& picture, QPoint from, const QRect& to, QImage& image);
+
+/// What lies under things that move, as its owner keeps it: the opaque pixels that drawing it on the device
+/// itself would give.
 class Ground {
 public:
-    /// The next `draw` makes the picture anew.
+    /// The next `picture` is made anew.
     void outdate() { valid = false; }
 
-    /// `drawing` is in the coordinates of the painter.
-    void draw(QPainter& painter, const QRectF& bounds, const Drawing& drawing);
+    /// Of the device pixels that `bounds` covers. `drawing` is in the coordinates of the painter.
+    const QImage& picture(const QPainter& painter, const QRectF& bounds, const Drawing& drawing);
 
 private:
     bool valid = false;
-    QPixmap pixmap;
+    QImage image;
     QTransform transform;  // from the painter's coordinates to the picture's pixels
 };
 
