@@ -163,6 +163,30 @@ TEST(MainWindowTest, IsMovedZoomedAndClosedByItsOwnMeans) {
     EXPECT_FALSE(window.isVisible());
 }
 
+TEST(MainWindowTest, ShowsLevelsOnlyWhileItIsSeen) {
+    Rig rig;
+    rig.goOnline();
+    MainWindow window(*rig.model, true);
+    Hand::showActive(window);
+    const auto moves = [&rig] {
+        const auto before = rig.model->meters.value();
+        rig.time.advance(1s);
+        return rig.model->meters.value() != before;
+    };
+    EXPECT_TRUE(moves());
+    window.showMinimized();
+    EXPECT_FALSE(moves());
+    const auto old = rig.model->meters.value();
+    window.showNormal();
+    EXPECT_NE(rig.model->meters.value(), old) << "the latest at once";
+    EXPECT_TRUE(moves());
+    window.hide();
+    EXPECT_FALSE(moves());
+    rig.run(rig.model->disconnect());
+    window.show();
+    EXPECT_EQ(rig.model->meters.value(), std::vector<float>(6, AppModel::silence));
+}
+
 TEST(MainWindowTest, LetsTheEditsThatWaitGoOutBeforeItCloses) {
     for (const bool again : {false, true}) {
         Rig rig(chainOf(2));
