@@ -59,6 +59,7 @@ void blendStrip(const Strip& strip, QPoint from, const QRect& to, QImage& image,
     const int firstColumn = from.x();
     const int endColumn = from.x() + to.width();
     const float whole = strip.opacity * wholeOpacity;
+    constexpr float nearest = 0.5;  // before the fraction is cut off
     Edge left(strip, &Strip::End::left);
     Edge right(strip, &Strip::End::right);
     for (int y = firstRow; y < endRow; ++y) {
@@ -74,7 +75,7 @@ void blendStrip(const Strip& strip, QPoint from, const QRect& to, QImage& image,
             const float covered = isWhole ? 1 : left.partBeyond(x) - right.partBeyond(x);
             QRgb& pixel = pixels[x - firstColumn];
             pixel = crossfade(pixel, over(strip.color, panes[x - glassPlace.x()]),
-                              static_cast<std::uint32_t>(whole * covered + 0.5F));
+                              static_cast<std::uint32_t>(whole * covered + nearest));
         }
     }
 }
