@@ -3,6 +3,7 @@
 #include <QBasicTimer>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QThread>
 
 #include <algorithm>
 #include <chrono>
@@ -41,13 +42,7 @@ public:
     }
 
     // Call it when the event or the timer has come. Returns the time.
-    TimePoint begin() {
-        const std::scoped_lock lock(mutex);
-        eventSent = false;
-        timerDue = never;
-        stopTimer();
-        return clockTime();
-    }
+    TimePoint begin();
 
     // Takes the next entry that is due by `limit`; empty when there is none. The entry may run an
     // event loop of its own, so that the receiver is called again for the entries after it.
@@ -77,9 +72,7 @@ private:
     // Has the receiver called for the first entry. Call it under the lock: the receiver cannot end
     // meanwhile. Its own thread starts a timer where there is time, which spares the event loop a turn.
     void callReceiver();
-    void stopTimer() const;
 
-    const std::thread::id thread = std::this_thread::get_id();
     std::mutex mutex;
     Receiver* receiver;  // null once it has ended
     std::multimap<TimePoint, UniqueFunction> entries;
@@ -117,12 +110,20 @@ void UiExecutor::Agenda::deleteReceiver() {
     if (receiver) receiver->deleteLater();
 }
 
+TimePoint UiExecutor::Agenda::begin() {
+    const std::scoped_lock lock(mutex);
+    eventSent = false;
+    timerDue = never;
+    if (receiver) receiver->timer.stop();
+    return clockTime();
+}
+
 void UiExecutor::Agenda::callReceiver() {
     constexpr Duration longestWait = std::chrono::hours(1);
     const TimePoint due = entries.begin()->first;
     if (eventSent || due == timerDue) return;
     const Duration left = due - clockTime();
-    if (left <= Duration::zero() || std::this_thread::get_id() != thread) {
+    if (left <= Duration::zero() || receiver->thread() != QThread::currentThread()) {
         eventSent = true;
         QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
         return;
@@ -130,10 +131,6 @@ void UiExecutor::Agenda::callReceiver() {
     timerDue = due;
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(std::min(left, longestWait));
     receiver->timer.start(static_cast<int>(wait.count()), Qt::PreciseTimer, receiver);
-}
-
-void UiExecutor::Agenda::stopTimer() const {
-    if (receiver) receiver->timer.stop();
 }
 
 UiExecutor::UiExecutor()

@@ -270,14 +270,12 @@ QPixmap AnalogVU::glass(const QPainter& painter) const {
 // Without the needle.
 QPixmap AnalogVU::instrument(const QPainter& painter) const {
     return Paint::cachedPicture(painter, QStringLiteral("vu"), bezel(), [&](QPainter& canvas) {
-        canvas.save();
         canvas.translate(-bezel().topLeft());
         Paint::fill(canvas, bezel(), bezelRadius,
                     Theme::vertical(bezel(), Theme::rgb(0.2, 0.21, 0.25), Theme::rgb(0.08, 0.085, 0.1)));
         Paint::edge(canvas, bezel(), bezelRadius, Theme::rim(bezel()));
         drawFace(canvas, Paint::snapped(canvas, face()));
         drawLampSeat(canvas, peakLamp());
-        canvas.restore();
         canvas.resetTransform();
         canvas.drawPixmap(0, 0, glass(painter));
     });
@@ -312,7 +310,8 @@ void AnalogVU::paintNeedleArea(QPainter& painter) const {
     const QImage face = instrument(painter).toImage();
     const QImage pane = glass(painter).toImage();
     const std::vector<Paint::Strip> strips = needleStrips(painter);
-    for (const QRect& part : Paint::exposedBy(painter) & Paint::pixelsOf(painter, needleArea->geometry()))
+    const QRect area = Paint::pixelsOf(painter, needleArea->geometry()) & place;
+    for (const QRect& part : Paint::exposedBy(painter) & area)
         Paint::writePixels(painter, part, [&](QPoint from, const QRect& to, QImage& image) {
             Paint::copyPixels(face, from - place.topLeft(), to, image);
             for (const Paint::Strip& strip : strips)

@@ -4,27 +4,25 @@
 
 #include <cstdint>
 
-// Blending of single pixels of 8 bits a colour, premultiplied. Two colours are computed at a time.
+// Blending of pixels of 8 bits a colour, premultiplied. Two of the four channels are computed at a time, each
+// in 16 bits.
 namespace Paint {
 
 constexpr std::uint32_t everyOther = 0x00ff00ff;
+constexpr std::uint32_t halves = 0x00800080;  // of a level, to round to the nearest
 constexpr std::uint32_t wholeOpacity = 256;
-
-/// Red and blue, or alpha and green, times `alpha` / 255, rounded to the nearest.
-constexpr std::uint32_t scaledPair(std::uint32_t pair, std::uint32_t alpha) {
-    const std::uint32_t product = pair * alpha + 0x00800080;
-    return (product + (product >> 8 & everyOther)) >> 8 & everyOther;
-}
 
 /// `above` over `below`.
 constexpr QRgb over(QRgb below, QRgb above) {
-    const std::uint32_t through = 255 - (above >> 24);
-    return above + scaledPair(below & everyOther, through) +
-           (scaledPair(below >> 8 & everyOther, through) << 8);
+    const auto scaled = [rest = 255 - (above >> 24)](std::uint32_t two) {
+        const std::uint32_t product = two * rest;
+        return (product + (product >> 8 & everyOther) + halves) >> 8 & everyOther;
+    };
+    return above + (scaled(below & everyOther) | scaled(below >> 8 & everyOther) << 8);
 }
 
-/// Each of `count` pixels of `above` over one of `below`. Apart from loops with more to do, the compiler
-/// computes several pixels at a time.
+/// The same for a row of pixels. The compiler computes several of them at a time, which it does not within
+/// the caller's loops.
 inline void overRow(QRgb* below, const QRgb* above, int count) {
     for (int x = 0; x < count; ++x)
         below[x] = over(below[x], above[x]);
@@ -32,11 +30,11 @@ inline void overRow(QRgb* below, const QRgb* above, int count) {
 
 /// `part` in `wholeOpacity` of the way from one colour to another.
 constexpr QRgb crossfade(QRgb start, QRgb end, std::uint32_t part) {
-    const auto mix = [part](std::uint32_t from, std::uint32_t to) {
-        return (from * (wholeOpacity - part) + to * part + 0x00800080) >> 8 & everyOther;
+    const auto mixed = [part](std::uint32_t from, std::uint32_t to) {
+        return (from * (wholeOpacity - part) + to * part + halves) >> 8 & everyOther;
     };
-    return mix(start & everyOther, end & everyOther) | mix(start >> 8 & everyOther, end >> 8 & everyOther)
-                                                           << 8;
+    const std::uint32_t redAndBlue = mixed(start & everyOther, end & everyOther);
+    return redAndBlue | mixed(start >> 8 & everyOther, end >> 8 & everyOther) << 8;
 }
 
 }  // namespace Paint

@@ -1,5 +1,6 @@
 #include "ui/kit/eqcurves.hpp"
 
+#include "ui/kit/blend.hpp"
 #include "ui/kit/pictures.hpp"
 
 #include <QImage>
@@ -148,21 +149,13 @@ public:
                 if (next == 0)
                     x += skipped - 1;
                 else if (opacities[x] != 0)
-                    pixels[x] = pixels[x] == 0 ? shades[opacities[x]] : over(pixels[x], shades[opacities[x]]);
+                    pixels[x] =
+                        pixels[x] == 0 ? shades[opacities[x]] : Paint::over(pixels[x], shades[opacities[x]]);
             }
         }
     }
 
 private:
-    static QRgb over(QRgb below, QRgb above) {
-        const unsigned rest = 255 - static_cast<unsigned>(qAlpha(above));
-        const auto scaled = [rest](QRgb two) {  // two of four channels, each in 16 bits
-            const unsigned product = two * rest;
-            return ((product + ((product >> 8) & 0xff00ff) + 0x800080) >> 8) & 0xff00ff;
-        };
-        return above + (scaled(below & 0xff00ff) | scaled((below >> 8) & 0xff00ff) << 8);
-    }
-
     void strokePiece(const QLineF& piece, float before, float after, const Profile& profile) {
         const auto length = static_cast<float>(piece.length());
         if (length == 0) return;

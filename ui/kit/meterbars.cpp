@@ -31,6 +31,34 @@ void drawLitBar(QPainter& painter, const QRectF& bar, double radius, double blur
     Paint::fill(painter, bar, radius, heat);
 }
 
+// The lit part of a bar: a picture whose middle is stretched to the height needed.
+struct LitPart {
+    QImage picture;
+    QRect place;     // in device pixels
+    int corner = 0;  // height of the ends, which are not stretched
+
+    // Blends it into `to` of an image, which holds the pixels of the device from `from` on.
+    void write(QPoint from, const QRect& to, QImage& image) const {
+        const QRect part = QRect(from, to.size()) & place;
+        for (int y = part.top(); y <= part.bottom(); ++y) {
+            const auto* const source =
+                reinterpret_cast<const QRgb*>(picture.constScanLine(rowFor(y - place.top())));
+            auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(to.y() + y - from.y()));
+            Paint::overRow(pixels + to.x() + part.left() - from.x(), source + part.left() - place.left(),
+                           part.width());
+        }
+    }
+
+private:
+    int rowFor(int row) const {
+        if (row < corner) return row;
+        const int fromFoot = place.height() - row;
+        if (fromFoot <= corner) return picture.height() - fromFoot;
+        return corner + (2 * (row - corner) + 1) * (picture.height() - 2 * corner) /
+                            (2 * (place.height() - 2 * corner));
+    }
+};
+
 }  // namespace
 
 // A widget for screen readers. The group, which covers it, draws it in the coordinates of their parent.
@@ -59,14 +87,12 @@ public:
         });
     }
 
-    // The lit part is a kept picture whose middle is stretched to the height needed. All of it lies on whole
-    // device pixels, so that all bars are equally wide.
-    void placeLit(const QPainter& painter) {
+    // All of it lies on whole device pixels, so that all bars are equally wide.
+    LitPart litPart(const QPainter& painter) {
         const QRect bar = Paint::pixelsOf(painter, track());
         const int lit =
             static_cast<int>(std::round(litHeight(fill.position()) / track().height() * bar.height()));
-        place = {};
-        if (lit < 1) return;
+        if (lit < 1) return {};
         const double ratio = Paint::ratioOf(painter);
         const int end = std::min((bar.width() + 1) / 2, lit / 2);
         const int margin = static_cast<int>(std::ceil(glow * ratio));
@@ -74,21 +100,8 @@ public:
             picture = litPicture(kind, margin).toImage();
             pictured = kind;
         }
-        corner = margin + end;
-        place = QRect(bar.left(), bar.bottom() + 1 - lit, bar.width(), lit)
-                    .adjusted(-margin, -margin, margin, margin);
-    }
-
-    // Blends the lit part into `to` of an image, which holds the pixels of the device from `from` on.
-    void writeLit(QPoint from, const QRect& to, QImage& image) const {
-        const QRect part = QRect(from, to.size()) & place;
-        for (int y = part.top(); y <= part.bottom(); ++y) {
-            const auto* const source =
-                reinterpret_cast<const QRgb*>(picture.constScanLine(pictureRow(y - place.top())));
-            auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(to.y() + y - from.y()));
-            Paint::overRow(pixels + to.x() + part.left() - from.x(), source + part.left() - place.left(),
-                           part.width());
-        }
+        const QRect place(bar.left(), bar.bottom() + 1 - lit, bar.width(), lit);
+        return {picture, place.adjusted(-margin, -margin, margin, margin), margin + end};
     }
 
     QAccessible::Role accessibleRole() const override { return QAccessible::ProgressBar; }
@@ -121,14 +134,6 @@ private:
         });
     }
 
-    int pictureRow(int row) const {
-        if (row < corner) return row;
-        const int fromFoot = place.height() - row;
-        if (fromFoot <= corner) return picture.height() - fromFoot;
-        return corner + (2 * (row - corner) + 1) * (picture.height() - 2 * corner) /
-                            (2 * (place.height() - 2 * corner));
-    }
-
     QRectF track() const {
         return {x() + (width() - barWidth) / 2, double(y() + glow), barWidth, double(height() - 2 * glow)};
     }
@@ -149,8 +154,6 @@ private:
     double drawn = 0;  // the fraction at the last repaint
     QImage picture;    // of the lit part
     PictureKind pictured{};
-    int corner = 0;  // height of the ends of the picture, which are not stretched
-    QRect place;     // of the lit part, in device pixels
 };
 
 MeterBars::MeterBars(const QStringList& names, const Look& look, Paint::Drawing ground, QWidget* parent)
@@ -202,13 +205,14 @@ void MeterBars::paintEvent(QPaintEvent*) {
             bar->drawTrack(canvas);
     });
     painter.translate(-pos());
+    std::vector<LitPart> lit;
     for (Bar* const bar : bars)
-        bar->placeLit(painter);
+        lit.push_back(bar->litPart(painter));
     for (const QRect& part : Paint::exposedBy(painter) & place)
         Paint::writePixels(painter, part, [&](QPoint from, const QRect& to, QImage& image) {
             Paint::copyPixels(under, from - place.topLeft(), to, image);
-            for (const Bar* const bar : bars)
-                bar->writeLit(from, to, image);
+            for (const LitPart& each : lit)
+                each.write(from, to, image);
         });
 }
 

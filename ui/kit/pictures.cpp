@@ -102,7 +102,7 @@ QImage* writtenBy(const QPainter& painter) {
 constexpr int edgeLength = 64;  // of a picture whose edges are repeated
 
 // Calls `draw` for each part of `target` that is being repainted, in device pixels and without smoothing.
-// Meters repaint many small rectangles of a window at once. With all of them as the clip, or with
+// A frame may repaint many small rectangles of a window at once. With all of them as the clip, or with
 // smoothing on, the toolkit blends a picture line by line in several threads. With one rectangle at a time
 // as the clip it copies whole blocks, which takes a tenth of the time.
 template <class Draw>
@@ -228,7 +228,6 @@ QRegion exposedBy(const QPainter& painter) {
 void writePixels(QPainter& painter, const QRect& part, const WritePixels& write) {
     constexpr int bandHeight = 16;
     QImage* const image = writtenBy(painter);
-    const QTransform toDevice = painter.deviceTransform().inverted();
     for (int top = part.top(); top <= part.bottom(); top += bandHeight) {
         const QRect band(part.left(), top, part.width(), std::min(bandHeight, part.bottom() + 1 - top));
         if (image) {
@@ -238,7 +237,7 @@ void writePixels(QPainter& painter, const QRect& part, const WritePixels& write)
         QImage written(band.size(), QImage::Format_RGB32);
         write(band.topLeft(), written.rect(), written);
         painter.save();
-        painter.setTransform(toDevice, true);
+        painter.setTransform(painter.deviceTransform().inverted(), true);
         painter.drawImage(band.topLeft(), written);
         painter.restore();
     }
