@@ -107,7 +107,7 @@ QColor backlight(double part) {
 }
 
 void drawFace(QPainter& painter, const QRectF& face) {
-    Paint::fillFine(painter, face, faceRadius, {.color = backlight});
+    Paint::fillFine(painter, face, faceRadius, backlight);
     drawArc(painter, face, marks.front(), 0, brown());
     drawArc(painter, face, 0, marks.back(), red());
     for (const double vu : minorMarks)

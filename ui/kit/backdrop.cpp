@@ -45,9 +45,12 @@ void lightRow(const QImage& shape, const QSize& size, int row, std::span<float> 
                                       0.5F,
                                   0.0F, static_cast<float>(shape.height()) - 1.001F);
     const int above = static_cast<int>(down);
+    const auto rowAt = [&shape](int y) { return reinterpret_cast<const QRgb*>(shape.constScanLine(y)); };
+    const QRgb* const upperRow = rowAt(above);
+    const QRgb* const lowerRow = rowAt(above + 1);
     const auto small = [&](int x) {
-        const auto upper = static_cast<float>(qAlpha(shape.pixel(x, above)));
-        const auto lower = static_cast<float>(qAlpha(shape.pixel(x, above + 1)));
+        const auto upper = static_cast<float>(qAlpha(upperRow[x]));
+        const auto lower = static_cast<float>(qAlpha(lowerRow[x]));
         return (upper + (lower - upper) * (down - static_cast<float>(above))) * brightest / 255;
     };
     const float enlargement = static_cast<float>(size.width()) / static_cast<float>(shape.width());

@@ -1,10 +1,10 @@
 #include "ui/kit/finefill.hpp"
 
 #include "ui/kit/pictures.hpp"
+#include "ui/kit/shadows.hpp"
 #include "ui/kit/theme.hpp"
 
-#include <QBrush>
-#include <QPaintEngine>
+#include <QPixmap>
 #include <QRegion>
 
 #include <algorithm>
@@ -38,62 +38,26 @@ const std::array<NoiseRow, side>& noise() {
     return rows;
 }
 
-void fillRow(std::span<QRgb> pixels, const QColor& color, std::span<const float> light,
-             const NoiseRow& noise) {
-    constexpr float full = 255;
-    const float red = color.redF() * full;
-    const float green = color.greenF() * full;
-    const float blue = color.blueF() * full;
-    for (std::size_t start = 0; start < pixels.size(); start += side) {
-        const std::size_t count = std::min<std::size_t>(side, pixels.size() - start);
-        for (std::size_t i = 0; i < count; ++i) {
-            const float white = light[start + i];
-            const auto level = [white, rest = noise[i]](float base) {
-                return static_cast<int>(base + white * (full - base) + rest);
-            };
-            pixels[start + i] =
-                static_cast<QRgb>(0xff << 24 | level(red) << 16 | level(green) << 8 | level(blue));
-        }
-    }
-}
+// The pixels of a row, which repeat.
+using Tile = std::array<QRgb, side>;
 
-QImage filledImage(const QSize& size, const FineFill& filling) {
-    QImage image(size, QImage::Format_RGB32);
-    const auto width = static_cast<std::size_t>(size.width());
-    std::vector<float> light(width, 0);
-    for (int y = 0; y < size.height(); ++y) {
-        if (filling.light) filling.light(size, y, light);
-        fillRow({reinterpret_cast<QRgb*>(image.scanLine(y)), width}, filling.color((y + 0.5) / size.height()),
-                light, noise()[static_cast<std::size_t>(y % side)]);
-    }
-    return image;
+Tile tileOf(const QColor& color, const NoiseRow& noise) {
+    constexpr float full = 255;
+    Tile pixels;
+    std::ranges::transform(noise, pixels.begin(),
+                           [red = color.redF() * full, green = color.greenF() * full,
+                            blue = color.blueF() * full](float threshold) {
+                               const auto level = [threshold](float base) {
+                                   return static_cast<QRgb>(static_cast<int>(base + threshold));
+                               };
+                               return 0xff000000 | level(red) << 16 | level(green) << 8 | level(blue);
+                           });
+    return pixels;
 }
 
 // A pixel of 10 bits for each of red, green and blue, of which the lowest two are below one level.
 constexpr int fineParts = 4;
 constexpr int fineBits = 10;
-
-// The rows are longer than `size` asks for: whole tiles of noise are drawn of them.
-QImage finePicture(const QSize& size, const FineFill& filling) {
-    constexpr int tile = side / 2;
-    QImage image((size.width() + tile - 1) / tile * tile, size.height(), QImage::Format_RGB30);
-    std::vector<float> light(static_cast<std::size_t>(size.width()), 0);
-    for (int y = 0; y < size.height(); ++y) {
-        if (filling.light) filling.light(size, y, light);
-        const QColor color = filling.color((y + 0.5) / size.height());
-        constexpr float full = 255 * fineParts;
-        constexpr float nearest = 0.5;  // before the fraction is cut off
-        const auto pixel = [red = color.redF() * full, green = color.greenF() * full,
-                            blue = color.blueF() * full](float white) {
-            const auto level = [white](float base) {
-                return static_cast<std::uint32_t>(static_cast<int>(base + white * (full - base) + nearest));
-            };
-            return level(red) << 2 * fineBits | level(green) << fineBits | level(blue);
-        };
-        std::ranges::transform(light, reinterpret_cast<std::uint32_t*>(image.scanLine(y)), pixel);
-    }
-    return image;
-}
 
 // The noise in parts of a level, the same for all three colours of a pixel.
 using FineNoiseRow = std::array<std::uint32_t, side>;
@@ -151,83 +115,115 @@ QRect withinCorners(const QRect& place, double radius) {
     return place.adjusted(inset, inset, -inset, -inset);
 }
 
+// The toolkit computes all rows of a shape, even those that are clipped away. The edge of a corner is
+// therefore kept, as that of a small shape.
+void drawCorner(QPainter& painter, const QRect& place, const QRect& square, double radius,
+                const QRegion& exposed, const WritePixels& write) {
+    const QSize small = (2 * square.size()).boundedTo(place.size());
+    const QPixmap edge =
+        kept(keyOf("corners", {double(small.width()), double(small.height()), radius}, {}), [&] {
+            QPixmap whole(small);
+            whole.fill(Qt::transparent);
+            QPainter canvas(&whole);
+            canvas.setRenderHint(QPainter::Antialiasing);
+            Paint::fill(canvas, whole.rect(), radius, Qt::black);
+            return whole;
+        });
+    const QPoint within(square.left() > place.left() ? small.width() - square.width() : 0,
+                        square.top() > place.top() ? small.height() - square.height() : 0);
+    QImage corner(square.size(), QImage::Format_ARGB32_Premultiplied);
+    write(square.topLeft(), corner.rect(), corner);
+    QPainter canvas(&corner);
+    canvas.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    canvas.drawPixmap(QPoint(), edge, {within, square.size()});
+    canvas.end();
+    for (const QRect& part : exposed)
+        painter.drawImage(part.topLeft(), corner, part.translated(-square.topLeft()));
+}
+
+// Fills a rounded rectangle, in device pixels, with the pixels that `write` writes.
+void fillRounded(QPainter& painter, const QRect& place, double radius, const WritePixels& write) {
+    const QRegion exposed = exposedBy(painter) & place;
+    QRegion straight = exposed;
+    painter.save();
+    painter.setTransform(painter.deviceTransform().inverted(), true);
+    for (const QRect& square : cornersOf(place, radius)) {
+        const QRegion round = QRegion(square) - withinCorners(place, radius);
+        straight -= round;
+        if (exposed.intersects(round)) drawCorner(painter, place, square, radius, exposed & round, write);
+    }
+    painter.restore();
+    for (const QRect& part : straight)
+        writePixels(painter, part, write);
+}
+
 }  // namespace
 
 void FinePicture::draw(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling) {
     const QRect place = pixelsOf(painter, shape);
     const QSize size = (place.size() + QSize(1, 1)) / 2;
     if (place.isEmpty()) return;
-    if (size != drawnSize) half = finePicture(size, filling);
+    if (size != drawnSize) fill(size, filling);
     drawnSize = size;
-    const QRegion exposed = exposedBy(painter) & place;
-    const double corner = radius * ratioOf(painter);
-    painter.save();
-    painter.setTransform(painter.deviceTransform().inverted(), true);
-    painter.setPen(Qt::NoPen);
-    QRegion straight = exposed;
-    for (const QRect& square : cornersOf(place, corner)) {
-        const QRegion round = QRegion(square) - withinCorners(place, corner);
-        straight -= round;
-        if (exposed.intersects(round)) drawCorner(painter, place, square, corner, exposed.intersected(round));
-    }
-    painter.restore();
-    for (const QRect& part : straight)
-        writePixels(painter, part, [&](QPoint from, const QRect& to, QImage& image) {
-            write(from - place.topLeft(), to, image);
-        });
+    fillRounded(painter, place, radius * ratioOf(painter), [&](QPoint from, const QRect& to, QImage& image) {
+        write(from - place.topLeft(), to, image);
+    });
 }
 
-// The toolkit computes all rows of a shape, even those that are clipped away. A small shape has the same
-// corner.
-void FinePicture::drawCorner(QPainter& painter, const QRect& place, const QRect& square, double radius,
-                             const QRegion& exposed) const {
-    QRect small(place.topLeft(), (2 * square.size()).boundedTo(place.size()));
-    if (square.left() > place.left()) small.moveRight(place.right());
-    if (square.top() > place.top()) small.moveBottom(place.bottom());
-    QBrush brush(pixelsIn(place, square));
-    brush.setTransform(QTransform::fromTranslate(square.x(), square.y()));
-    painter.save();
-    painter.setBrush(brush);
-    for (const QRect& part : exposed) {
-        painter.setClipRect(part);
-        painter.drawRoundedRect(small, radius, radius);
+// The rows are longer than `size` asks for: whole tiles of noise are drawn of them. While a window is
+// resized, the picture grows a little many times. New memory would take longer than the colours, since the
+// system clears it first.
+void FinePicture::fill(const QSize& size, const FineFill& filling) {
+    constexpr std::size_t tile = side / 2;
+    const auto width = static_cast<std::size_t>(size.width());
+    rowLength = (width + tile - 1) / tile * tile;
+    const std::size_t length = rowLength * static_cast<std::size_t>(size.height());
+    if (length > half.capacity()) {
+        half = {};
+        half.reserve(length + length / 4);
     }
-    painter.restore();
-}
-
-QImage FinePicture::pixelsIn(const QRect& place, const QRect& part) const {
-    QImage image(part.size(), QImage::Format_RGB32);
-    write(part.topLeft() - place.topLeft(), image.rect(), image);
-    return image;
+    half.resize(length);
+    std::vector<float> light(width, 0);
+    for (int y = 0; y < size.height(); ++y) {
+        if (filling.light) filling.light(size, y, light);
+        const QColor color = filling.color((y + 0.5) / size.height());
+        constexpr float full = 255 * fineParts;
+        constexpr float nearest = 0.5;  // before the fraction is cut off
+        const auto pixel = [red = color.redF() * full, green = color.greenF() * full,
+                            blue = color.blueF() * full](float white) {
+            const auto level = [white](float base) {
+                return static_cast<std::uint32_t>(static_cast<int>(base + white * (full - base) + nearest));
+            };
+            return level(red) << 2 * fineBits | level(green) << fineBits | level(blue);
+        };
+        std::ranges::transform(light, half.begin() + static_cast<std::ptrdiff_t>(rowLength) * y, pixel);
+    }
 }
 
 void FinePicture::write(QPoint from, const QRect& to, QImage& image) const {
     static const std::array<FineNoiseRow, side> fineNoise = makeFineNoise();
     for (int y = 0; y < to.height(); ++y) {
         const int row = from.y() + y;
-        enlarge(reinterpret_cast<const std::uint32_t*>(half.constScanLine(row / 2)),
+        enlarge(half.data() + rowLength * static_cast<std::size_t>(row / 2),
                 fineNoise[static_cast<std::size_t>(row % side)], from.x(), to.width(),
                 reinterpret_cast<QRgb*>(image.scanLine(to.y() + y)) + to.x());
     }
 }
 
-void fillFine(QPainter& painter, const QRectF& shape, double radius, const FineFill& filling) {
+void fillFine(QPainter& painter, const QRectF& shape, double radius, const RowColor& color) {
     const QRect place = pixelsOf(painter, shape);
     if (place.isEmpty()) return;
-    const QImage image = filledImage(place.size(), filling);
-    const double corner = radius * ratioOf(painter);
-    painter.save();
-    painter.setTransform(painter.deviceTransform().inverted(), true);
-    if (corner > 0) {
-        QBrush brush(image);
-        brush.setTransform(QTransform::fromTranslate(place.x(), place.y()));
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(brush);
-        painter.drawRoundedRect(place, corner, corner);
-    } else {
-        painter.drawImage(place, image);
-    }
-    painter.restore();
+    fillRounded(painter, place, radius * ratioOf(painter), [&](QPoint from, const QRect& to, QImage& image) {
+        const QPoint start = from - place.topLeft();
+        for (int y = 0; y < to.height(); ++y) {
+            const int row = start.y() + y;
+            const Tile tile =
+                tileOf(color((row + 0.5) / place.height()), noise()[static_cast<std::size_t>(row % side)]);
+            auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(to.y() + y)) + to.x();
+            for (int x = 0; x < to.width(); ++x)
+                pixels[x] = tile[static_cast<std::size_t>((start.x() + x) % side)];
+        }
+    });
 }
 
 QColor mixed(const QColor& from, const QColor& to, double part) {
