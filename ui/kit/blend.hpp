@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QColor>
 #include <QRgb>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 // Blending of pixels of 8 bits a colour, premultiplied. Two of the four channels are computed at a time, each
@@ -35,6 +38,17 @@ constexpr QRgb crossfade(QRgb start, QRgb end, std::uint32_t part) {
     };
     const std::uint32_t redAndBlue = mixed(start & everyOther, end & everyOther);
     return redAndBlue | mixed(start >> 8 & everyOther, end >> 8 & everyOther) << 8;
+}
+
+/// A colour at each opacity, premultiplied.
+using Shades = std::array<QRgb, 256>;
+
+inline Shades shadesOf(const QColor& color) {
+    Shades shades{};
+    for (std::size_t opacity = 0; opacity < shades.size(); ++opacity)
+        shades.at(opacity) = qPremultiply(
+            qRgba(color.red(), color.green(), color.blue(), qRound(color.alphaF() * int(opacity))));
+    return shades;
 }
 
 }  // namespace Paint

@@ -77,17 +77,6 @@ private:
     std::array<std::vector<uchar>, slants> opacities;
 };
 
-// A colour at each opacity.
-using Shades = std::array<QRgb, 256>;
-
-Shades shadesOf(const QColor& color) {
-    Shades shades{};
-    for (std::size_t opacity = 0; opacity < shades.size(); ++opacity)
-        shades.at(opacity) = qPremultiply(
-            qRgba(color.red(), color.green(), color.blue(), qRound(color.alphaF() * int(opacity))));
-    return shades;
-}
-
 // The opacities of a curve's pixels, within a part of the picture.
 class Opacities {
 public:
@@ -107,7 +96,8 @@ public:
                 if (bend == 0 || bend + 1 == line.size()) return 0.0F;
                 const QPointF one = line[bend] - line[bend - 1];
                 const QPointF other = line[bend + 1] - line[bend];
-                const double lengths = std::hypot(one.x(), one.y()) * std::hypot(other.x(), other.y());
+                const double lengths =
+                    std::sqrt(QPointF::dotProduct(one, one) * QPointF::dotProduct(other, other));
                 const double sine = std::abs(one.x() * other.y() - one.y() * other.x());
                 const double tangentOfHalf = sine / (lengths + QPointF::dotProduct(one, other));
                 return static_cast<float>(tangentOfHalf) * profile.reach + 1;
@@ -138,20 +128,23 @@ public:
     }
 
     // Puts the curve on `image`, which has the place and the size of the part.
-    void blend(QImage& image, const Shades& shades) {
+    void blend(QImage& image, const Paint::Shades& shades) {
         for (int y = area.top(); y <= area.bottom(); ++y) {
             const uchar* const opacities = row(y);
             auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(y - area.top()));
-            for (int x = 0; x < area.width(); ++x) {
-                constexpr int skipped = sizeof(std::uint64_t);
-                std::uint64_t next = 1;
-                if (x + skipped <= area.width()) std::memcpy(&next, opacities + x, skipped);
-                if (next == 0)
-                    x += skipped - 1;
-                else if (opacities[x] != 0)
-                    pixels[x] =
-                        pixels[x] == 0 ? shades[opacities[x]] : Paint::over(pixels[x], shades[opacities[x]]);
+            constexpr int groupSize = sizeof(std::uint64_t);
+            int x = 0;
+            for (; x + groupSize <= area.width(); x += groupSize) {
+                std::uint64_t group = 0;
+                std::memcpy(&group, opacities + x, groupSize);
+                if (group == 0) continue;
+                std::array<QRgb, groupSize> above;
+                std::transform(opacities + x, opacities + x + groupSize, above.begin(),
+                               [&](uchar opacity) { return shades[opacity]; });
+                Paint::overRow(pixels + x, above.data(), groupSize);
             }
+            for (; x < area.width(); ++x)
+                pixels[x] = Paint::over(pixels[x], shades[opacities[x]]);
         }
     }
 
@@ -293,9 +286,9 @@ void EQCurves::draw(QPainter& painter, const QRectF& bounds, const EQPlot& plot,
         QTransform::fromTranslate(-bounds.x(), -bounds.y()) *
         QTransform::fromScale(place.width() / size.width(), place.height() / size.height());
     if (!outdated.isEmpty()) {
-        std::vector<std::pair<QPolygonF, Shades>> prepared;
+        std::vector<std::pair<QPolygonF, Paint::Shades>> prepared;
         for (const EQCurve& curve : curves)
-            prepared.emplace_back(lineOf(plot, curve.db, toPixels), shadesOf(curve.color));
+            prepared.emplace_back(lineOf(plot, curve.db, toPixels), Paint::shadesOf(curve.color));
         QPainter canvas(&picture);
         canvas.setCompositionMode(QPainter::CompositionMode_Source);
         for (const QRect& part : std::exchange(outdated, {})) {

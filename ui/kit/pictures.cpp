@@ -66,7 +66,7 @@ private:
     static constexpr int tickMs = 5000;
     static constexpr int unusedTicks = 2;
     static constexpr qsizetype largeKilobytes = 64;
-    static constexpr qsizetype mostKilobytes = 32'768;  // all pages at two device pixels a point
+    static constexpr qsizetype mostKilobytes = 49'152;  // all pages at two device pixels a point
 
     struct Kept {
         QPixmap picture;
@@ -147,27 +147,47 @@ void repeatPicture(QPainter& painter, const QRect& target, const QPixmap& pictur
     });
 }
 
-// Calls `draw` with the place and the source of each of a picture's corners, edges and middle. One that has
-// the length of its target is not divided.
+// A part of a picture in one direction, and where it is drawn.
+struct Span {
+    enum class Part { whole, first, middle, last };
+
+    int from, length, to, extent;
+    Part part;
+
+    bool isMiddle() const { return part == Part::middle; }
+
+    // Without what lies deeper than `depth` within the picture.
+    Span outer(int depth) const {
+        const int cut = extent - depth;
+        if (cut <= 0 || part == Part::whole || isMiddle()) return *this;
+        const int start = part == Part::last ? cut : 0;
+        return {from + start, depth, to + start, depth, part};
+    }
+};
+
+// A picture's corners, edges and middle. One that has the length of its target is not divided.
+std::vector<Span> spansOf(int length, int start, int extent, int end) {
+    if (extent == length) return {{0, length, start, length, Span::Part::whole}};
+    return {
+        {0, end, start, end, Span::Part::first},
+        {end, length - 2 * end, start + end, extent - 2 * end, Span::Part::middle},
+        {length - end, end, start + extent - end, end, Span::Part::last},
+    };
+}
+
+// Calls `draw` with the spans of each piece, across and down.
 template <class Draw>
 void forEachPiece(const QRect& target, const QPixmap& picture, const QSize& corner, Draw draw) {
-    struct Span {
-        int from, length, to, extent;
-        bool isMiddle;
-    };
-    const auto spans = [](int length, int start, int extent, int end) {
-        if (extent == length) return std::vector<Span>{{0, length, start, length, false}};
-        return std::vector<Span>{
-            {0, end, start, end, false},
-            {end, length - 2 * end, start + end, extent - 2 * end, true},
-            {length - end, end, start + extent - end, end, false},
-        };
-    };
-    for (const Span& y : spans(picture.height(), target.top(), target.height(), corner.height()))
-        for (const Span& x : spans(picture.width(), target.left(), target.width(), corner.width()))
-            draw(QRect(x.to, y.to, x.extent, y.extent), QRect(x.from, y.from, x.length, y.length),
-                 x.isMiddle && y.isMiddle);
+    const auto across = spansOf(picture.width(), target.left(), target.width(), corner.width());
+    const auto down = spansOf(picture.height(), target.top(), target.height(), corner.height());
+    for (const Span& y : down)
+        for (const Span& x : across)
+            draw(x, y);
 }
+
+QRect placeOf(const Span& x, const Span& y) { return {x.to, y.to, x.extent, y.extent}; }
+
+QRect sourceOf(const Span& x, const Span& y) { return {x.from, y.from, x.length, y.length}; }
 
 // Draws on a canvas whose logical size exactly fills it.
 void drawInto(QPixmap& pixmap, const QSizeF& size, const Drawing& draw) {
@@ -280,15 +300,20 @@ QPixmap withLongEdges(const QPixmap& picture, const QSize& corner) {
 }
 
 void drawStretched(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner) {
-    forEachPiece(target, picture, corner, [&](const QRect& place, const QRect& source, bool) {
-        copyPicture(painter, place, picture, source);
+    forEachPiece(target, picture, corner, [&](const Span& x, const Span& y) {
+        copyPicture(painter, placeOf(x, y), picture, sourceOf(x, y));
     });
 }
 
 void drawExtended(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner,
-                  Middle middle) {
-    forEachPiece(target, picture, corner, [&](const QRect& place, const QRect& source, bool isMiddle) {
-        if (!isMiddle || middle == Middle::drawn) repeatPicture(painter, place, picture, source);
+                  std::optional<int> depth) {
+    forEachPiece(target, picture, corner, [&](Span x, Span y) {
+        if (depth) {
+            if (x.isMiddle() && y.isMiddle()) return;
+            if (x.isMiddle()) y = y.outer(*depth);
+            if (y.isMiddle()) x = x.outer(*depth);
+        }
+        repeatPicture(painter, placeOf(x, y), picture, sourceOf(x, y));
     });
 }
 

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <optional>
 
 /// Drawing through pictures that are kept, since blurs and gradients cost too much to be made anew
 /// for every repaint.
@@ -67,12 +68,11 @@ void drawStretched(QPainter& painter, const QRect& target, const QPixmap& pictur
 /// `picture` with each edge that is one pixel long between two corners made longer, for `drawExtended`.
 QPixmap withLongEdges(const QPixmap& picture, const QSize& corner);
 
-enum class Middle { drawn, empty };
-
 /// As `drawStretched`, but the edges are repeated instead of stretched, which takes a tenth of the time:
-/// the toolkit copies several pixels at once. An `empty` middle is transparent in the picture.
+/// the toolkit copies several pixels at once. With a `depth`, what lies that far within the edges between the
+/// corners is transparent in the picture.
 void drawExtended(QPainter& painter, const QRect& target, const QPixmap& picture, const QSize& corner,
-                  Middle middle = Middle::drawn);
+                  std::optional<int> depth = std::nullopt);
 
 QString keyOf(const char* what, std::initializer_list<double> numbers, const QColor& color);
 

@@ -1,5 +1,6 @@
 #include "ui/kit/shadows.hpp"
 
+#include "ui/kit/blend.hpp"
 #include "ui/kit/layer.hpp"
 
 #include <QImage>
@@ -7,6 +8,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <numeric>
+#include <utility>
 #include <vector>
 
 namespace Paint {
@@ -27,67 +31,116 @@ private:
     const unsigned scale;  // a multiplication takes less time than a division
 };
 
-void boxBlurRow(const uchar* from, uchar* to, int count, int radius) {
+// The rows or columns of a picture. Of a symmetric one only the first half is computed; the others mirror it.
+struct Extent {
+    int all;
+    int computed;
+
+    Extent(int all, bool symmetric)
+        : all(all)
+        , computed(symmetric ? (all + 1) / 2 : all) {}
+
+    bool contains(int i) const { return i >= 0 && i < all; }
+    int sourceOf(int i) const { return i < computed ? i : all - 1 - i; }
+};
+
+// `room` is for `computed` values and those within `radius` of them.
+void boxBlurRow(const uchar* from, uchar* to, const Extent& extent, int radius, std::vector<uchar>& room) {
     const Mean mean(radius);
-    unsigned sum = 0;
-    const auto at = [&](int i) { return i < 0 || i >= count ? 0U : from[i]; };
-    for (int i = 0; i < radius; ++i)
-        sum += at(i);
-    for (int i = 0; i < count; ++i) {
-        sum += at(i + radius) - at(i - radius - 1);
+    const uchar* const leaving = room.data();
+    uchar* const own = room.data() + radius + 1;
+    const uchar* const entering = own + radius;
+    std::copy_n(from, extent.computed, own);
+    for (int i = extent.computed; i < extent.computed + radius; ++i)
+        own[i] = extent.contains(i) ? from[extent.sourceOf(i)] : 0;
+    unsigned sum = std::accumulate(leaving + 1, entering, 0U);
+    for (int i = 0; i < extent.computed; ++i) {
+        sum += unsigned{entering[i]} - leaving[i];
         to[i] = mean.of(sum);
     }
 }
 
 // All columns at once, row by row, as the pixels lie in memory.
-void boxBlurColumns(const QImage& from, QImage& to, int radius) {
+void boxBlurColumns(const QImage& from, QImage& to, const Extent& rows, const Extent& columns, int radius) {
     const Mean mean(radius);
-    const int width = from.width();
-    const int height = from.height();
-    std::vector<unsigned> sums(static_cast<std::size_t>(width), 0);
+    const auto width = static_cast<std::size_t>(columns.computed);
+    std::vector<unsigned> sums(width, 0);
     const auto add = [&](int row, unsigned factor) {
-        if (row < 0 || row >= height) return;
-        const uchar* const line = from.constScanLine(row);
-        for (int x = 0; x < width; ++x)
-            sums[static_cast<std::size_t>(x)] += factor * line[x];
+        if (!rows.contains(row)) return;
+        const uchar* const line = from.constScanLine(rows.sourceOf(row));
+        for (std::size_t x = 0; x < width; ++x)
+            sums[x] += factor * line[x];
     };
     constexpr unsigned minus = -1U;
     for (int row = 0; row < radius; ++row)
         add(row, 1);
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < rows.computed; ++y) {
         add(y + radius, 1);
         add(y - radius - 1, minus);
         uchar* const line = to.scanLine(y);
-        for (int x = 0; x < width; ++x)
-            line[x] = mean.of(sums[static_cast<std::size_t>(x)]);
+        for (std::size_t x = 0; x < width; ++x)
+            line[x] = mean.of(sums[x]);
     }
 }
+
+struct Symmetry {
+    bool leftToRight = false;
+    bool topToBottom = false;
+};
 
 // Three box blurs in a row come close to a Gaussian blur. They reach 2.8 deviations.
-void blur(QImage& alpha, double deviation) {
+void blur(QImage& alpha, double deviation, Symmetry symmetry = {}) {
     const int radius = std::max(1, static_cast<int>(std::lround(deviation * 0.94)));
+    const Extent rows(alpha.height(), symmetry.topToBottom);
+    const Extent columns(alpha.width(), symmetry.leftToRight);
+    std::vector<uchar> room(static_cast<std::size_t>(columns.computed + 2 * radius + 1), 0);
     QImage other(alpha.size(), QImage::Format_Alpha8);
     for (int pass = 0; pass < 3; ++pass) {
-        for (int y = 0; y < alpha.height(); ++y)
-            boxBlurRow(alpha.constScanLine(y), other.scanLine(y), alpha.width(), radius);
-        boxBlurColumns(other, alpha, radius);
+        for (int y = 0; y < rows.computed; ++y)
+            boxBlurRow(alpha.constScanLine(y), other.scanLine(y), columns, radius, room);
+        boxBlurColumns(other, alpha, rows, columns, radius);
     }
+    for (int y = 0; y < rows.computed; ++y) {
+        uchar* const line = alpha.scanLine(y);
+        std::reverse_copy(line, line + columns.all - columns.computed, line + columns.computed);
+    }
+    for (int y = rows.computed; y < rows.all; ++y)
+        std::copy_n(alpha.constScanLine(rows.sourceOf(y)), columns.all, alpha.scanLine(y));
 }
 
-QImage tinted(const QImage& alpha, const QColor& color) {
+// The opacities of a rounded rectangle in a picture of that size, in pixels.
+QImage softShape(const QSize& size, const QRectF& shape, double radius, double blurRadius) {
+    // The toolkit fills this format without other threads; a dragged handle needs a few pictures.
+    QImage drawn(size, QImage::Format_ARGB32_Premultiplied);
+    drawn.fill(Qt::transparent);
+    {
+        QPainter canvas(&drawn);
+        canvas.setRenderHint(QPainter::Antialiasing);
+        Paint::fill(canvas, shape, radius, Qt::black);
+    }
+    QImage alpha = drawn.convertToFormat(QImage::Format_Alpha8);
+    const QPointF offCentre = shape.center() - QRectF(alpha.rect()).center();
+    if (blurRadius > 0) blur(alpha, blurRadius / 2, {offCentre.x() == 0, offCentre.y() == 0});
+    return alpha;
+}
+
+int marginOf(double blurRadius) { return static_cast<int>(std::ceil(blurRadius * blurReach)) + 1; }
+
+QPixmap tinted(const QImage& alpha, const QColor& color) {
     QImage image(alpha.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
-    QPainter painter(&image);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.drawImage(0, 0, alpha);
-    return image;
+    const Shades shades = shadesOf(color);
+    for (int y = 0; y < alpha.height(); ++y)
+        std::transform(alpha.constScanLine(y), alpha.constScanLine(y) + alpha.width(),
+                       reinterpret_cast<QRgb*>(image.scanLine(y)),
+                       [&shades](uchar opacity) { return shades[opacity]; });
+    return QPixmap::fromImage(std::move(image));
 }
 
 // A blurred rounded rectangle in device pixels. Its edges may lie within pixels. The straight edges of a
 // large one are repeated when it is drawn: one picture serves all large sizes.
 void drawSoft(QPainter& painter, const QRectF& shape, double radius, double blurRadius, const QColor& color) {
     const QRect pixels = shape.toAlignedRect();
-    const int margin = static_cast<int>(std::ceil(blurRadius * blurReach)) + 1;
+    const int margin = marginOf(blurRadius);
     const int corner = margin + static_cast<int>(std::ceil(radius)) + 1;  // within the shape
     const QSize ends(margin + corner, margin + corner);
     const QSize size = pixels.size().boundedTo({2 * corner + 1, 2 * corner + 1});
@@ -96,17 +149,8 @@ void drawSoft(QPainter& painter, const QRectF& shape, double radius, double blur
     const QString key =
         keyOf("soft", {local.x(), local.y(), local.width(), local.height(), radius, blurRadius}, color);
     const QPixmap picture = kept(key, [&] {
-        // The toolkit fills this format without other threads; a dragged handle needs a few pictures.
-        QImage drawn(size + QSize(2 * margin, 2 * margin), QImage::Format_ARGB32_Premultiplied);
-        drawn.fill(Qt::transparent);
-        {
-            QPainter canvas(&drawn);
-            canvas.setRenderHint(QPainter::Antialiasing);
-            Paint::fill(canvas, local, radius, Qt::black);
-        }
-        QImage alpha = drawn.convertToFormat(QImage::Format_Alpha8);
-        if (blurRadius > 0) blur(alpha, blurRadius / 2);
-        return withLongEdges(QPixmap::fromImage(tinted(alpha, color)), ends);
+        const QImage alpha = softShape(size + QSize(2 * margin, 2 * margin), local, radius, blurRadius);
+        return withLongEdges(tinted(alpha, color), ends);
     });
     drawExtended(painter, pixels.adjusted(-margin, -margin, margin, margin), picture, ends);
 }
@@ -154,8 +198,8 @@ void trim(QPainter& painter, const QRectF& shape, double radius) {
     painter.restore();
 }
 
-// The shape is filled with the shadow's colour, and the blurred and shifted shape is erased from it. In
-// the middle of a large shape nothing is left, and its edges are repeated.
+// Where the blurred and shifted shape leaves the shape uncovered. In the middle of a large shape that is
+// nowhere, and its edges are repeated.
 void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Shadow& shadow) {
     if (isClippedAway(painter, shape)) return;
     const QRect place = pixelsOf(painter, shape);
@@ -163,25 +207,30 @@ void innerShadow(QPainter& painter, const QRectF& shape, double radius, const Sh
     const double ratio = ratioOf(painter);
     const double blurRadius = shadow.blur * ratio;
     const double offset = shadow.offsetY * ratio;
-    const int corner =
-        static_cast<int>(std::ceil(radius * ratio + blurRadius * blurReach + std::abs(offset))) + 2;
+    const int depth = static_cast<int>(std::ceil(blurRadius * blurReach + std::abs(offset))) + 2;
+    const int corner = depth + static_cast<int>(std::ceil(radius * ratio));
     const QSize size = place.size().boundedTo({2 * corner + 1, 2 * corner + 1});
     const QString key = keyOf(
         "inner", {double(size.width()), double(size.height()), radius, shadow.blur, shadow.offsetY, ratio},
         shadow.color);
     const QPixmap picture = kept(key, [&] {
-        QPixmap pixmap(size);
-        pixmap.fill(shadow.color);
-        QPainter canvas(&pixmap);
-        canvas.setRenderHint(QPainter::Antialiasing);
-        canvas.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-        const QRectF whole(QPointF(), size);
-        drawSoft(canvas, whole.translated(0, offset), radius * ratio, blurRadius, Qt::black);
-        trim(canvas, whole, radius * ratio);
-        canvas.end();
-        return withLongEdges(pixmap, {corner, corner});
+        const int margin = marginOf(blurRadius);
+        const int down = static_cast<int>(std::floor(offset));
+        const QRectF shifted(QPointF(margin, margin + offset - down), size);
+        const QImage covering =
+            softShape(size + QSize(2 * margin, 2 * margin), shifted, radius * ratio, blurRadius);
+        QImage alpha = softShape(size, QRectF(QPointF(), size), radius * ratio, 0);
+        for (int y = 0; y < size.height(); ++y) {
+            const int row = y + margin - down;
+            if (row < 0 || row >= covering.height()) continue;
+            const uchar* const covered = covering.constScanLine(row) + margin;
+            uchar* const opacities = alpha.scanLine(y);
+            for (int x = 0; x < size.width(); ++x)
+                opacities[x] = static_cast<uchar>((opacities[x] * (255 - covered[x]) + 127) / 255);
+        }
+        return withLongEdges(tinted(alpha, shadow.color), {corner, corner});
     });
-    drawExtended(painter, place, picture, {corner, corner}, Middle::empty);
+    drawExtended(painter, place, picture, {corner, corner}, depth);
 }
 
 void well(QPainter& painter, const QRectF& shape, double radius) {
@@ -238,7 +287,7 @@ void softCopy(QPainter& painter, const QString& key, const QRectF& bounds, const
         draw(canvas);
         canvas.end();
         blur(alpha, shadow.blur * ratio / 2);
-        return QPixmap::fromImage(tinted(alpha, shadow.color));
+        return tinted(alpha, shadow.color);
     });
     const QPointF corner = bounds.topLeft() + QPointF(-margin, shadow.offsetY - margin);
     drawStretched(painter, {painter.deviceTransform().map(corner).toPoint(), picture.size()}, picture, {});
