@@ -1,5 +1,6 @@
 #include "ui/kit/lamp.hpp"
 
+#include "ui/kit/pictures.hpp"
 #include "ui/kit/shadows.hpp"
 
 namespace Kit {
@@ -33,10 +34,15 @@ void LampSwitch::setOn(bool value) {
 }
 
 void LampSwitch::paint(QPainter& painter) {
-    const QRectF body = Paint::snapped(painter, area().adjusted(1, 1, -1, -1));
-    Paint::fill(painter, body, 4, isPressed() ? Theme::rgb(0.16, 0.17, 0.20) : Theme::rgb(0.20, 0.21, 0.25));
-    Paint::edge(painter, body, 4, Theme::white(isHovered() ? 0.24 : 0.12));
-    drawLamp(painter, body, Theme::accent, on);
+    const QRectF body = area().adjusted(1, 1, -1, -1);
+    const QString key = QStringLiteral("lamp switch %1%2").arg(int(isPressed())).arg(int(isHovered()));
+    Paint::cached(painter, key, body, [&](QPainter& canvas) {
+        const QRectF local(QPointF(), body.size());
+        Paint::fill(canvas, local, 4,
+                    isPressed() ? Theme::rgb(0.16, 0.17, 0.20) : Theme::rgb(0.20, 0.21, 0.25));
+        Paint::edge(canvas, local, 4, Theme::white(isHovered() ? 0.24 : 0.12));
+    });
+    drawLamp(painter, Paint::snapped(painter, body), Theme::accent, on);
 }
 
 }  // namespace Kit

@@ -173,6 +173,10 @@ void fill(QPainter& painter, const QRectF& shape, double radius, const QBrush& b
     painter.drawRoundedRect(shape, radius, radius);
 }
 
+void fillKept(QPainter& painter, const QRectF& shape, double radius, const QColor& color) {
+    dropShadow(painter, shape, radius, {color});
+}
+
 void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush, double width) {
     const double inset = width / 2;
     painter.setPen(QPen(brush, width));

@@ -22,6 +22,10 @@ constexpr double blurReach = 1.5;
 
 void fill(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush);
 
+/// Fills the shape through a kept picture, which starts no threads. The edges lie on eighths of a device
+/// pixel.
+void fillKept(QPainter& painter, const QRectF& shape, double radius, const QColor& color);
+
 /// A line along the inside of the edge.
 void edge(QPainter& painter, const QRectF& shape, double radius, const QBrush& brush, double width = 1);
 

@@ -39,12 +39,11 @@ Control::Outline Tab::outline() const { return {area(), area().height() / 2}; }
 
 void Tab::paint(QPainter& painter) {
     const QRectF capsule = Paint::snapped(painter, area());
-    if (selected)
-        Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.09));
-    else if (isPressed())
-        Paint::fill(painter, capsule, capsule.height() / 2, Theme::black(0.35));
-    else if (isHovered())
-        Paint::fill(painter, capsule, capsule.height() / 2, Theme::white(0.055));
+    const QColor ground = selected      ? Theme::white(0.09)
+                          : isPressed() ? Theme::black(0.35)
+                          : isHovered() ? Theme::white(0.055)
+                                        : QColor();
+    if (ground.isValid()) Paint::fillKept(painter, capsule, capsule.height() / 2, ground);
     Paint::text(painter, capsule, Qt::AlignCenter, title,
                 {titleFont(), selected ? Theme::accent : color, {}, false});
 }

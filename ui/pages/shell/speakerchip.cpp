@@ -88,9 +88,9 @@ void SpeakerChip::paint(QPainter& painter) {
     const QRectF capsule = Paint::snapped(painter, rect());
     const double radius = capsule.height() / 2;
     const bool bright = isHovered() && !isPressed();
-    Paint::fill(painter, capsule, radius, Theme::legible);
-    Paint::fill(painter, capsule, radius, selected ? Theme::accentSoft : Theme::white(0.04));
-    if (bright) Paint::fill(painter, capsule, radius, Theme::white(0.06));
+    Paint::fillKept(painter, capsule, radius, Theme::legible);
+    Paint::fillKept(painter, capsule, radius, selected ? Theme::accentSoft : Theme::white(0.04));
+    if (bright) Paint::fillKept(painter, capsule, radius, Theme::white(0.06));
     if (isPressed()) Paint::innerShadow(painter, capsule, radius, {Theme::black(0.7), 5, 3});
     Paint::edge(painter, capsule, radius,
                 selected ? Theme::faded(Theme::accent, bright ? 0.8 : 0.5)

@@ -117,11 +117,10 @@ void StatusLabel::paintEvent(QPaintEvent*) {
             shown |= part->geometry();
     if (shown.isEmpty()) return;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     const QRectF ground(shown.left() - groundPadding, (height() - groundHeight) / 2.0,
                         shown.width() + 2 * groundPadding, groundHeight);
     const QRectF capsule = Paint::snapped(painter, ground);
-    Paint::fill(painter, capsule, capsule.height() / 2, Theme::legible);
+    Paint::fillKept(painter, capsule, capsule.height() / 2, Theme::legible);
 }
 
 }  // namespace Corvane

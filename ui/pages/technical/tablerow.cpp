@@ -35,10 +35,9 @@ void TableRow::setTint(const QColor& color) {
 
 void TableRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     const double radius = cornerRadius * growth;
-    Paint::fill(painter, rect(), radius, Theme::black(0.38));
-    if (tint.isValid()) Paint::fill(painter, rect(), radius, tint);
+    Paint::fillKept(painter, rect(), radius, Theme::black(0.38));
+    if (tint.isValid()) Paint::fillKept(painter, rect(), radius, tint);
 }
 
 }  // namespace Corvane
