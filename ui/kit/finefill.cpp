@@ -179,7 +179,7 @@ void FinePicture::fill(const QSize& size, const FineFill& filling) {
     rowLength = (width + tile - 1) / tile * tile;
     const std::size_t length = rowLength * static_cast<std::size_t>(size.height());
     if (length > half.capacity()) {
-        half = {};
+        drop();
         half.reserve(length + length / 4);
     }
     half.resize(length);

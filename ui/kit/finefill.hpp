@@ -40,7 +40,7 @@ public:
 
     /// Gives the memory back; the next `draw` makes the picture anew.
     void drop() {
-        half = {};
+        half = std::vector<std::uint32_t>();  // assigning {} would keep it
         drawnSize = {};
     }
 

@@ -60,6 +60,22 @@ TEST(PaintTest, DigitsStandStillAndTextIsAlignedAndElided) {
     }
 }
 
+// One that lies an eighth of a pixel off is not the same from both sides within its pixels.
+TEST(PaintTest, AShadowThatIsMirroredLooksLikeOneThatIsNot) {
+    for (const int side : {12, 13}) {
+        const auto shadow = [side](double off) {
+            return drawn(100, [=](QPainter& painter) {
+                Paint::dropShadow(painter, QRectF(30 + off, 30 + off, side, side), 8, {Qt::black, 8});
+            });
+        };
+        const QImage mirrored = shadow(0);
+        const QImage other = shadow(0.125);
+        for (int y = 0; y < mirrored.height(); ++y)
+            for (int x = 0; x < mirrored.width(); ++x)
+                ASSERT_NEAR(qAlpha(mirrored.pixel(x, y)), qAlpha(other.pixel(x, y)), 4) << x << ", " << y;
+    }
+}
+
 /// The most by which the middle half of a line within `inner` stands out against both lines beside it.
 double seam(const QImage& image, const QRect& inner, Qt::Orientation lines) {
     const bool across = lines == Qt::Horizontal;
