@@ -4,7 +4,6 @@
 #include "ui/kit/shadows.hpp"
 #include "ui/kit/theme.hpp"
 
-#include <QPixmap>
 #include <QRegion>
 
 #include <algorithm>
@@ -115,27 +114,18 @@ QRect withinCorners(const QRect& place, double radius) {
     return place.adjusted(inset, inset, -inset, -inset);
 }
 
-// The toolkit computes all rows of a shape, even those that are clipped away. The edge of a corner is
-// therefore kept, as that of a small shape.
+// The toolkit computes all rows of a shape, even those that are clipped away. A small shape has the same
+// corner.
 void drawCorner(QPainter& painter, const QRect& place, const QRect& square, double radius,
                 const QRegion& exposed, const WritePixels& write) {
-    const QSize small = (2 * square.size()).boundedTo(place.size());
-    const QPixmap edge =
-        kept(keyOf("corners", {double(small.width()), double(small.height()), radius}, {}), [&] {
-            QPixmap whole(small);
-            whole.fill(Qt::transparent);
-            QPainter canvas(&whole);
-            canvas.setRenderHint(QPainter::Antialiasing);
-            Paint::fill(canvas, whole.rect(), radius, Qt::black);
-            return whole;
-        });
-    const QPoint within(square.left() > place.left() ? small.width() - square.width() : 0,
-                        square.top() > place.top() ? small.height() - square.height() : 0);
+    QRect small(place.topLeft(), (2 * square.size()).boundedTo(place.size()));
+    if (square.left() > place.left()) small.moveRight(place.right());
+    if (square.top() > place.top()) small.moveBottom(place.bottom());
     QImage corner(square.size(), QImage::Format_ARGB32_Premultiplied);
     write(square.topLeft(), corner.rect(), corner);
     QPainter canvas(&corner);
     canvas.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    canvas.drawPixmap(QPoint(), edge, {within, square.size()});
+    fillKept(canvas, small.translated(-square.topLeft()), radius, Qt::black);
     canvas.end();
     for (const QRect& part : exposed)
         painter.drawImage(part.topLeft(), corner, part.translated(-square.topLeft()));
@@ -185,7 +175,7 @@ void FinePicture::fill(const QSize& size, const FineFill& filling) {
     half.resize(length);
     std::vector<float> light(width, 0);
     for (int y = 0; y < size.height(); ++y) {
-        if (filling.light) filling.light(size, y, light);
+        filling.light(size, y, light);
         const QColor color = filling.color((y + 0.5) / size.height());
         constexpr float full = 255 * fineParts;
         constexpr float nearest = 0.5;  // before the fraction is cut off

@@ -21,8 +21,8 @@ using RowColor = std::function<QColor(double)>;
 struct FineFill {
     RowColor color;
 
-    /// The opacities of white light over one row of `size`, in device pixels. Left out: none.
-    std::function<void(const QSize& size, int row, std::span<float> opacities)> light = {};
+    /// The opacities of white light over one row of `size`, in device pixels.
+    std::function<void(const QSize& size, int row, std::span<float> opacities)> light;
 };
 
 /// Fills a rounded rectangle. The colours are computed more finely than the 8 bits that a pixel has for

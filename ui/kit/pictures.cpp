@@ -156,10 +156,10 @@ struct Span {
 
     bool isMiddle() const { return part == Part::middle; }
 
-    // Without what lies deeper than `depth` within the picture.
+    // Of an end: without what lies deeper than `depth` within the picture.
     Span outer(int depth) const {
         const int cut = extent - depth;
-        if (cut <= 0 || part == Part::whole || isMiddle()) return *this;
+        if (cut <= 0 || part == Part::whole) return *this;
         const int start = part == Part::last ? cut : 0;
         return {from + start, depth, to + start, depth, part};
     }

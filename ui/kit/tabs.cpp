@@ -39,11 +39,12 @@ Control::Outline Tab::outline() const { return {area(), area().height() / 2}; }
 
 void Tab::paint(QPainter& painter) {
     const QRectF capsule = Paint::snapped(painter, area());
-    const QColor ground = selected      ? Theme::white(0.09)
-                          : isPressed() ? Theme::black(0.35)
-                          : isHovered() ? Theme::white(0.055)
-                                        : QColor();
-    if (ground.isValid()) Paint::fillKept(painter, capsule, capsule.height() / 2, ground);
+    if (selected)
+        Paint::fillKept(painter, capsule, capsule.height() / 2, Theme::white(0.09));
+    else if (isPressed())
+        Paint::fillKept(painter, capsule, capsule.height() / 2, Theme::black(0.35));
+    else if (isHovered())
+        Paint::fillKept(painter, capsule, capsule.height() / 2, Theme::white(0.055));
     Paint::text(painter, capsule, Qt::AlignCenter, title,
                 {titleFont(), selected ? Theme::accent : color, {}, false});
 }
